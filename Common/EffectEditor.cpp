@@ -1,0 +1,247 @@
+#include "Common/EffectEditor.h"
+
+#include <QMenu>
+#include <QScrollArea>
+#include <cmath>
+
+#include "Common/EffectFonts.h"
+#include "Common/EffectStyle.h"
+#include "Common/Widgets/AbstractController.h"
+#include "Interfaces/IModelInfo.h"
+
+namespace {
+
+const char KnobClassName[] = "CommonController_MemAPI::KnobController";
+const char FaderClassName[] = "CommonController_MemAPI::FaderController";
+
+QList<QWidget *> childWidgets(const QWidget *widget)
+{
+    QList<QWidget *> children;
+    for (QObject *child : widget->children()) {
+        if (child->isWidgetType())
+            children.append(static_cast<QWidget *>(child));
+    }
+    return children;
+}
+
+int scaled(int value, double scale)
+{
+    return static_cast<int>(value * scale + 0.5);
+}
+
+void applyOperationType(QWidget *widget, const char *className, int type)
+{
+    if (widget->inherits(className))
+        widget->setProperty("operationType", type);
+    for (QWidget *child : childWidgets(widget))
+        applyOperationType(child, className, type);
+}
+
+} // namespace
+
+EffectEditor::EffectEditor(QWidget *parent)
+    : IQXEffectEditor2(parent)
+    , m_pStyle(new EffectStyle)
+{
+    m_pStyle->setParent(this);
+}
+
+EffectEditor::~EffectEditor() = default;
+
+void EffectEditor::setModelInfo(IModelInfo *modelInfo)
+{
+    m_pModelInfo = modelInfo;
+}
+
+void EffectEditor::initialize()
+{
+    initializeFontStyle(this);
+    initializeFontSize(this);
+    initializeStyle(this, m_pStyle);
+    initializePalette(this, palette());
+    m_widgetInformationList.clear();
+    getWidgetInformationList(this, m_widgetInformationList);
+}
+
+bool EffectEditor::getParameter(const char *key, unsigned short *prmId, unsigned short *second) const
+{
+    if (!m_pModelInfo || !key)
+        return false;
+    unsigned short index = 0;
+    if (!m_pModelInfo->findParameter(&index, key))
+        return false;
+    unsigned short id = 0;
+    unsigned short count = 0;
+    if (!m_pModelInfo->getParameterInfo(&id, &count, index))
+        return false;
+    if (prmId)
+        *prmId = id;
+    if (second)
+        *second = count;
+    return true;
+}
+
+bool EffectEditor::getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const
+{
+    if (!m_pModelInfo || !key)
+        return false;
+    unsigned short meter = 0;
+    if (!m_pModelInfo->findMeter(&meter, key))
+        return false;
+    unsigned short base = 0;
+    unsigned short channels = 0;
+    if (!m_pModelInfo->getMeterInfo(&base, &channels, meter))
+        return false;
+    if (channels <= ch)
+        return false;
+    if (index)
+        *index = static_cast<unsigned short>(base + 2 * ch + (right ? 1 : 0));
+    return true;
+}
+
+void EffectEditor::initializeFontStyle(QWidget *widget)
+{
+    for (QWidget *child : childWidgets(widget))
+        initializeFontStyle(child);
+
+    const QFont old = widget->font();
+    const EffectFonts::Weight weight = EffectFonts::designWeight(old.family());
+    if (weight == EffectFonts::NoDesignFamily)
+        return;
+    QFont font = EffectFonts::font(weight, old.pointSize() > 0 ? old.pointSize() : 9);
+    if (old.pointSize() <= 0 && old.pixelSize() > 0)
+        font.setPixelSize(old.pixelSize());
+    font.setWeight(old.weight() < 501 ? QFont::Weight(400) : QFont::Weight(700));
+    font.setItalic(old.style() != QFont::StyleNormal);
+    font.setUnderline(old.underline());
+    font.setStrikeOut(old.strikeOut());
+    font.setKerning(old.kerning());
+    font.setStyleStrategy(QFont::PreferAntialias);
+    // The weight above is a coarse hint; the style name keeps the designed
+    // face (Medium stays Medium) when the font is matched.
+    font.setStyleName(EffectFonts::styleName(weight));
+    widget->setFont(font);
+}
+
+void EffectEditor::initializeFontSize(QWidget *widget)
+{
+    QFont font = widget->font();
+    if (font.pointSize() > 0) {
+        font.setPixelSize(static_cast<int>(font.pointSize() * 1.34 + 0.5));
+        widget->setFont(font);
+    }
+    for (QWidget *child : childWidgets(widget))
+        initializeFontSize(child);
+}
+
+void EffectEditor::initializeStyle(QWidget *widget, QStyle *style)
+{
+    widget->setStyle(style);
+    for (QWidget *child : childWidgets(widget))
+        initializeStyle(child, style);
+}
+
+void EffectEditor::initializePalette(QWidget *widget, const QPalette &palette)
+{
+    QPalette result = widget->palette();
+    for (int role = 0; role <= 18; ++role) {
+        const auto colorRole = static_cast<QPalette::ColorRole>(role);
+        if (!result.isBrushSet(QPalette::Disabled, colorRole))
+            result.setBrush(QPalette::Disabled, colorRole, palette.brush(QPalette::Disabled, colorRole));
+    }
+    for (QWidget *child : childWidgets(widget))
+        initializePalette(child, result);
+    widget->setPalette(result);
+}
+
+void EffectEditor::getWidgetInformationList(QWidget *widget, QList<WidgetInformation> &list)
+{
+    const QRect geometry = widget->geometry();
+    const QFont font = widget->font();
+    list.append({ widget, geometry.left(), geometry.top(), geometry.right(), geometry.bottom(),
+        font.pointSize(), font.pixelSize() });
+
+    if (auto *scrollArea = qobject_cast<QScrollArea *>(widget)) {
+        if (QWidget *content = scrollArea->widget())
+            getWidgetInformationList(content, list);
+        return;
+    }
+    for (QWidget *child : childWidgets(widget))
+        getWidgetInformationList(child, list);
+}
+
+void EffectEditor::setScale(double scale)
+{
+    if (!(scale > 0.0) || !std::isfinite(scale))
+        return; // a broken host value must not collapse the panel
+    for (const WidgetInformation &info : std::as_const(m_widgetInformationList)) {
+        QWidget *widget = info.widget;
+        widget->setGeometry(scaled(info.left, scale), scaled(info.top, scale),
+            scaled(info.right - info.left + 1, scale), scaled(info.bottom - info.top + 1, scale));
+        if (info.pixelSize > 0) {
+            QFont font = widget->font();
+            font.setPixelSize(static_cast<int>(info.pixelSize * scale));
+            widget->setFont(font);
+        } else if (info.pointSize > 0) {
+            QFont font = widget->font();
+            font.setPointSize(static_cast<int>(info.pointSize * scale));
+            widget->setFont(font);
+        }
+        if (auto *controller = dynamic_cast<CommonController_MemAPI::AbstractController *>(widget))
+            controller->setScale(scale);
+    }
+    m_scale = scale;
+}
+
+int EffectEditor::knobOperationType(int dialEditMode)
+{
+    switch (dialEditMode) {
+    case 2: return 1;
+    case 1: return 2;
+    default: return 0;
+    }
+}
+
+int EffectEditor::faderOperationType(int sliderEditMode)
+{
+    static const int table[] = { 3, 1, 0, 2 };
+    return sliderEditMode >= 0 && sliderEditMode < 4 ? table[sliderEditMode] : 0;
+}
+
+void EffectEditor::setDialEditMode(int mode)
+{
+    setDialEditMode(this, mode);
+}
+
+void EffectEditor::setSliderEditMode(int mode)
+{
+    setSliderEditMode(this, mode);
+}
+
+void EffectEditor::setDialEditMode(QWidget *widget, int mode)
+{
+    applyOperationType(widget, KnobClassName, knobOperationType(mode));
+}
+
+void EffectEditor::setSliderEditMode(QWidget *widget, int mode)
+{
+    applyOperationType(widget, FaderClassName, faderOperationType(mode));
+}
+
+double getWidgetScale(const QWidget *widget)
+{
+    const QWidget *current = widget;
+    while (current) {
+        if (const auto *editor = qobject_cast<const EffectEditor *>(current))
+            return editor->scale();
+        if (qobject_cast<const QMenu *>(current)) {
+            const QVariant owner = current->property(EffectEditor::OwnerWidgetProperty);
+            if (auto *ownerWidget = qobject_cast<QWidget *>(owner.value<QObject *>())) {
+                current = ownerWidget;
+                continue;
+            }
+        }
+        current = current->parentWidget();
+    }
+    return 1.0;
+}

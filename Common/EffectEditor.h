@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QList>
+#include <QPalette>
+
+#include "Interfaces/IQXEffectEditor.h"
+
+class EffectStyle;
+class QStyle;
+
+// Base widget of every effect editor handed to the host. It prepares a freshly
+// built widget tree once (fonts, pixel sizes, style, palette), records every
+// widget's design geometry and font size, and rescales the tree from those
+// design values on demand, so repeated scaling never accumulates rounding.
+class EffectEditor : public IQXEffectEditor2 {
+    Q_OBJECT
+
+public:
+    struct WidgetInformation {
+        QWidget *widget = nullptr;
+        int left = 0;
+        int top = 0;
+        int right = 0;  // inclusive
+        int bottom = 0; // inclusive
+        int pointSize = -1;
+        int pixelSize = -1;
+    };
+
+    // A pop-up that belongs to a control names that control in this dynamic
+    // property, so that getWidgetScale() walks from the pop-up to its owner.
+    static constexpr const char *OwnerWidgetProperty = "effectEditorOwnerWidget";
+
+    explicit EffectEditor(QWidget *parent = nullptr);
+    ~EffectEditor() override;
+
+    void setModelInfo(IModelInfo *modelInfo) override;
+    void setStereo(bool) override { }
+    void setFs(int) override { }
+    void setOn(bool) override { }
+    void setDialEditMode(int mode) override;
+    void setSliderEditMode(int mode) override;
+    void setScale(double scale) override;
+    QMap<QString, QVariant> getEditorSettings() const override { return {}; }
+    void setEditorSettings(const QMap<QString, QVariant> &) override { }
+    double scale() const override { return m_scale; }
+
+    // Fonts, pixel sizes, style, palette and the widget list; once, after
+    // the form is built and the model info is set.
+    void initialize();
+
+    IModelInfo *modelInfo() const { return m_pModelInfo; }
+    bool getParameter(const char *key, unsigned short *prmId, unsigned short *second = nullptr) const;
+    bool getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const;
+    const QList<WidgetInformation> &widgetInformationList() const { return m_widgetInformationList; }
+    EffectStyle *effectStyle() const { return m_pStyle; }
+
+    static void initializeFontStyle(QWidget *widget);
+    static void initializeFontSize(QWidget *widget);
+    static void initializeStyle(QWidget *widget, QStyle *style);
+    static void initializePalette(QWidget *widget, const QPalette &palette);
+    static void getWidgetInformationList(QWidget *widget, QList<WidgetInformation> &list);
+    static void setDialEditMode(QWidget *widget, int mode);
+    static void setSliderEditMode(QWidget *widget, int mode);
+    // The host's edit-mode numbers mapped to the controls' operation types.
+    static int knobOperationType(int dialEditMode);
+    static int faderOperationType(int sliderEditMode);
+
+private:
+    EffectStyle *m_pStyle;
+    QList<WidgetInformation> m_widgetInformationList;
+    IModelInfo *m_pModelInfo = nullptr;
+    double m_scale = 1.0;
+};
+
+// The scale of the editor that `widget` belongs to (1.0 outside any editor).
+double getWidgetScale(const QWidget *widget);

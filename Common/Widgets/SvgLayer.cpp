@@ -1,0 +1,121 @@
+#include "Common/Widgets/SvgLayer.h"
+
+#include <QGraphicsBlurEffect>
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QPainter>
+
+#include "ORVChStrip/resources/OrvResources.h"
+
+namespace CommonController_MemAPI {
+
+SvgLayer::SvgLayer()
+{
+    QObject::connect(&m_renderer, &QSvgRenderer::repaintNeeded, &m_renderer, [this] { invalidate(); });
+}
+
+bool SvgLayer::load(const QString &path)
+{
+    initializeOrvChStripResources();
+    m_path = path;
+    invalidate();
+    if (path.isEmpty()) {
+        m_renderer.load(QByteArray()); // leaves the renderer invalid
+        return false;
+    }
+    return m_renderer.load(path);
+}
+
+void SvgLayer::invalidate()
+{
+    m_plain = Entry();
+    m_blurred = Entry();
+    m_tinted = Entry();
+}
+
+QPixmap SvgLayer::render(const QSize &size, qreal dpr)
+{
+    QPixmap pixmap(size * dpr);
+    pixmap.setDevicePixelRatio(dpr);
+    pixmap.fill(Qt::transparent);
+    if (m_renderer.isValid() && !size.isEmpty()) {
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        m_renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+    }
+    return pixmap;
+}
+
+QPixmap SvgLayer::pixmap(const QSize &size, qreal dpr)
+{
+    if (m_plain.pixmap.isNull() || m_plain.size != size || m_plain.dpr != dpr) {
+        m_plain.pixmap = render(size, dpr);
+        m_plain.size = size;
+        m_plain.dpr = dpr;
+    }
+    return m_plain.pixmap;
+}
+
+QPixmap SvgLayer::blurred(const QSize &size, qreal dpr, qreal radius)
+{
+    if (m_blurred.pixmap.isNull() || m_blurred.size != size || m_blurred.dpr != dpr
+        || m_blurred.radius != radius) {
+        m_blurred.pixmap = blur(pixmap(size, dpr), radius * dpr);
+        m_blurred.size = size;
+        m_blurred.dpr = dpr;
+        m_blurred.radius = radius;
+    }
+    return m_blurred.pixmap;
+}
+
+QPixmap SvgLayer::tinted(const QSize &size, qreal dpr, const QColor &color)
+{
+    if (m_tinted.pixmap.isNull() || m_tinted.size != size || m_tinted.dpr != dpr || m_tinted.color != color) {
+        QPixmap result = pixmap(size, dpr);
+        QPainter painter(&result);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(QRectF(QPointF(0, 0), QSizeF(size)), color);
+        painter.end();
+        m_tinted.pixmap = result;
+        m_tinted.size = size;
+        m_tinted.dpr = dpr;
+        m_tinted.color = color;
+    }
+    return m_tinted.pixmap;
+}
+
+void SvgLayer::paint(QPainter *painter, const QRectF &target, qreal dpr)
+{
+    if (!isValid() || target.isEmpty())
+        return;
+    const QSize size = target.size().toSize();
+    painter->drawPixmap(target.topLeft(), pixmap(size, dpr));
+}
+
+QPixmap SvgLayer::blur(const QPixmap &source, qreal radius)
+{
+    if (source.isNull() || radius <= 0)
+        return source;
+    // The blur works in device pixels; the scene holds the pixmap unscaled.
+    QPixmap device = source;
+    device.setDevicePixelRatio(1.0);
+
+    QGraphicsScene scene;
+    auto *item = new QGraphicsPixmapItem(device);
+    auto *effect = new QGraphicsBlurEffect;
+    effect->setBlurRadius(radius);
+    effect->setBlurHints(QGraphicsBlurEffect::QualityHint);
+    item->setGraphicsEffect(effect);
+    scene.addItem(item);
+
+    QPixmap result(device.size());
+    result.fill(Qt::transparent);
+    QPainter painter(&result);
+    const QRectF rect(QPointF(0, 0), QSizeF(device.size()));
+    scene.render(&painter, rect, rect);
+    painter.end();
+    result.setDevicePixelRatio(source.devicePixelRatio());
+    return result;
+}
+
+} // namespace CommonController_MemAPI

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QList>
+
+#include "Common/EffectEditor.h"
+#include "Interfaces/IMeterObserver.h"
+#include "Interfaces/IPrmObserver.h"
+
+class QLabel;
+
+// The channel strip's editor panel (1015 x 572 design pixels). For now the
+// panel shows its frame, section titles and the parts that already exist;
+// the controls are placed as they are built.
+class ORVChStripEditor : public EffectEditor, public IPrmObserver, public IMeterObserver {
+    Q_OBJECT
+
+public:
+    static constexpr int DesignWidth = 1015;
+    static constexpr int DesignHeight = 572;
+
+    // The two class ids under which the host files the editor's state.
+    static const FUID FirstUid;
+    static const FUID SecondUid;
+
+    explicit ORVChStripEditor(QWidget *parent = nullptr);
+    ~ORVChStripEditor() override;
+
+    FUID uid() const override { return SecondUid; }
+    void loadUids(std::vector<FUID> &uids) const override;
+    IComponent *getPlxComponent() const override;
+    void setMemAPI(IMemAPI *memAPI) override;
+    void setCh(int ch1, int ch2) override;
+
+    int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override;
+    int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override
+    {
+        return 0;
+    }
+    void notifyMeterLvlUpdated(unsigned int *, unsigned int) override { }
+    void notifyMeterDbUpdated(unsigned int *values, unsigned int count) override;
+
+    IMemAPI *memAPI() const { return m_pMemAPI; }
+    int ch1() const { return m_ch1; }
+    int ch2() const { return m_ch2; }
+
+private:
+    void buildPanel();
+    void unregisterObservers();
+    void registerObservers();
+
+    IMemAPI *m_pMemAPI = nullptr;
+    int m_ch1 = 0;
+    int m_ch2 = -1;
+    QList<unsigned short> m_observedIds;
+};

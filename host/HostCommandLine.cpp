@@ -1,0 +1,115 @@
+#include "HostCommandLine.h"
+
+#include <QCommandLineParser>
+
+namespace {
+
+bool toNumber(const QString &text, double *number)
+{
+    bool ok = false;
+    *number = text.toDouble(&ok);
+    return ok;
+}
+
+} // namespace
+
+HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Reference host of the Orvane Channel Strip editor: loads the plug-in, simulates the "
+                       "host's parameter memory and meters, and shows the editor."));
+    const QCommandLineOption helpOption(
+        { QStringLiteral("h"), QStringLiteral("help") }, QStringLiteral("Show this help."));
+    const QCommandLineOption pluginOption(QStringLiteral("plugin"),
+        QStringLiteral("The plug-in file to load (default: the one built "
+                       "beside the host)."),
+        QStringLiteral("path"));
+    const QCommandLineOption scaleOption(QStringLiteral("scale"),
+        QStringLiteral("Editor scale, 0.5 to 4 (default 1)."), QStringLiteral("factor"), QStringLiteral("1"));
+    const QCommandLineOption monoOption(QStringLiteral("mono"), QStringLiteral("Edit a mono strip."));
+    const QCommandLineOption stereoOption(
+        QStringLiteral("stereo"), QStringLiteral("Edit a stereo strip (the default)."));
+    const QCommandLineOption fsOption(QStringLiteral("fs"),
+        QStringLiteral("Sample rate in Hz (default 48000)."), QStringLiteral("hz"), QStringLiteral("48000"));
+    const QCommandLineOption channelOption(QStringLiteral("ch"),
+        QStringLiteral("First channel of the strip, 0 to 14 (default 0)."), QStringLiteral("channel"),
+        QStringLiteral("0"));
+    const QCommandLineOption dialOption(QStringLiteral("dial-mode"),
+        QStringLiteral("Knob edit mode: 0 circular, 1 relative circular, 2 "
+                       "linear (default 0)."),
+        QStringLiteral("mode"), QStringLiteral("0"));
+    const QCommandLineOption sliderOption(QStringLiteral("slider-mode"),
+        QStringLiteral("Fader edit mode 0 to 3 (default 0)."), QStringLiteral("mode"), QStringLiteral("0"));
+    const QCommandLineOption setOption(QStringLiteral("set"),
+        QStringLiteral("Set a parameter from its value text before the editor "
+                       "is shown, e.g. fx_eq_midfrq=1.2k. Repeatable."),
+        QStringLiteral("key=text"));
+    const QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
+        QStringLiteral("Render the editor panel to a PNG file and exit."), QStringLiteral("file"));
+    const QCommandLineOption listOption(QStringLiteral("list-parameters"),
+        QStringLiteral("Print the simulated parameters and meters and exit."));
+    parser.addOptions({ helpOption, pluginOption, scaleOption, monoOption, stereoOption, fsOption,
+        channelOption, dialOption, sliderOption, setOption, screenshotOption, listOption });
+    helpText = parser.helpText();
+
+    if (!parser.parse(arguments)) {
+        error = parser.errorText();
+        return Result::Error;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        error = QStringLiteral("unexpected argument '%1'").arg(parser.positionalArguments().first());
+        return Result::Error;
+    }
+    if (parser.isSet(helpOption))
+        return Result::ShowHelp;
+    if (parser.isSet(listOption))
+        return Result::ListParameters;
+
+    plugin.pluginPath
+        = parser.isSet(pluginOption) ? parser.value(pluginOption) : PluginHost::defaultPluginPath();
+    if (!toNumber(parser.value(scaleOption), &plugin.scale) || plugin.scale < 0.5 || plugin.scale > 4.0) {
+        error
+            = QStringLiteral("--scale takes a number from 0.5 to 4, not '%1'").arg(parser.value(scaleOption));
+        return Result::Error;
+    }
+    if (parser.isSet(monoOption) && parser.isSet(stereoOption)) {
+        error = QStringLiteral("--mono and --stereo exclude each other");
+        return Result::Error;
+    }
+    plugin.stereo = !parser.isSet(monoOption);
+
+    bool ok = false;
+    plugin.fs = parser.value(fsOption).toInt(&ok);
+    if (!ok || plugin.fs < 8000 || plugin.fs > 768000) {
+        error = QStringLiteral("--fs takes a sample rate from 8000 to 768000 Hz, not '%1'")
+                    .arg(parser.value(fsOption));
+        return Result::Error;
+    }
+    plugin.channel = parser.value(channelOption).toInt(&ok);
+    if (!ok || plugin.channel < 0 || plugin.channel > 14) {
+        error
+            = QStringLiteral("--ch takes a channel from 0 to 14, not '%1'").arg(parser.value(channelOption));
+        return Result::Error;
+    }
+    plugin.dialEditMode = parser.value(dialOption).toInt(&ok);
+    if (!ok) {
+        error = QStringLiteral("--dial-mode takes a number, not '%1'").arg(parser.value(dialOption));
+        return Result::Error;
+    }
+    plugin.sliderEditMode = parser.value(sliderOption).toInt(&ok);
+    if (!ok) {
+        error = QStringLiteral("--slider-mode takes a number, not '%1'").arg(parser.value(sliderOption));
+        return Result::Error;
+    }
+    for (const QString &assignment : parser.values(setOption)) {
+        const int equals = int(assignment.indexOf(QLatin1Char('=')));
+        if (equals <= 0) {
+            error = QStringLiteral("--set takes KEY=TEXT, not '%1'").arg(assignment);
+            return Result::Error;
+        }
+        settings.append({ assignment.left(equals), assignment.mid(equals + 1) });
+    }
+    screenshotPath = parser.value(screenshotOption);
+    return Result::Run;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QPair>
+#include <QString>
+#include <QStringList>
+
+#include "PluginHost.h"
+
+// The reference host's options. parse() reports a clear message for anything
+// it cannot use; the caller prints it and exits with a non-zero status.
+struct HostCommandLine {
+    enum class Result { Run, ShowHelp, ListParameters, Error };
+
+    PluginHost::Options plugin;
+    QList<QPair<QString, QString>> settings; // --set KEY=TEXT, in order
+    QString screenshotPath;
+    QString helpText;
+    QString error;
+
+    Result parse(const QStringList &arguments);
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QMainWindow>
+
+class IQXEffectEditor;
+class PluginHost;
+
+// The reference host's window: the editor at its own size, a menu with the
+// editor scale, and a status line naming the strip that is edited.
+class HostWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    HostWindow(PluginHost *host, IQXEffectEditor *editor, QWidget *parent = nullptr);
+
+    IQXEffectEditor *editor() const { return m_pEditor; }
+    // Reports a problem in the status bar and on standard error.
+    void reportError(const QString &message);
+
+public slots:
+    void setEditorScale(double scale);
+
+private:
+    void fitToEditor();
+
+    PluginHost *m_pHost;
+    IQXEffectEditor *m_pEditor;
+};

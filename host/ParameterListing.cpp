@@ -1,0 +1,35 @@
+#include "ParameterListing.h"
+
+#include <QTextStream>
+
+#include "HostModel.h"
+#include "ValueText.h"
+
+void printParameterListing(const HostModel &model, QTextStream &out)
+{
+    out << qSetFieldWidth(20) << Qt::left << "key" << qSetFieldWidth(14) << "range"
+        << "default" << qSetFieldWidth(8) << "unit" << qSetFieldWidth(0) << "values\n";
+    for (const ParameterSpec &spec : model.parameters()) {
+        const QString range = QStringLiteral("%1..%2").arg(spec.minimum).arg(spec.maximum);
+        QString values;
+        if (spec.isText())
+            values = QStringLiteral("text of %1 characters").arg(spec.decimals);
+        else
+            values = ValueText::format(spec, spec.minimum) + QStringLiteral(" .. ")
+                + ValueText::format(spec, spec.maximum);
+        if (!spec.morphTargetKey.isEmpty())
+            values += QStringLiteral("  (morph column of %1, points on ch*9+0..8)")
+                          .arg(QString::fromLatin1(spec.morphTargetKey));
+        const QString defaultText
+            = spec.isText() ? QStringLiteral("empty") : ValueText::format(spec, spec.defaultValue);
+        out << qSetFieldWidth(20) << QString::fromLatin1(spec.key) << qSetFieldWidth(14) << range
+            << defaultText << qSetFieldWidth(8) << spec.unit << qSetFieldWidth(0) << values << '\n';
+    }
+    out << "\nmeter               array base  channels  meaning\n";
+    for (const MeterSpec &meter : model.meters()) {
+        out << qSetFieldWidth(20) << QString::fromLatin1(meter.key) << qSetFieldWidth(12)
+            << model.meterBase(meter.key.constData()) << qSetFieldWidth(10) << meter.channels
+            << qSetFieldWidth(0) << meter.description << '\n';
+    }
+    out << "\nMeter values are tenths of a dB (-1270 = silence); entry base + 2 * channel + side.\n";
+}

@@ -1,0 +1,65 @@
+#include "PluginHost.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include "ChannelStripModel.h"
+#include "Interfaces/IQXEffect.h"
+#include "Interfaces/IQXEffectEditor.h"
+
+PluginHost::PluginHost()
+    : m_model(HostModel::channelStrip())
+    , m_memory(&m_model)
+{
+}
+
+PluginHost::~PluginHost() = default;
+
+QString PluginHost::defaultPluginPath()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/../plugins/orvchstrip");
+}
+
+bool PluginHost::load(const QString &path, QString *error)
+{
+    m_loader.setFileName(path);
+    m_pInstance = m_loader.instance();
+    if (!m_pInstance) {
+        *error = QStringLiteral("cannot load the plug-in %1: %2").arg(path, m_loader.errorString());
+        return false;
+    }
+    return true;
+}
+
+IQXEffectEditor *PluginHost::createEditor(QWidget *parent, const Options &options, QString *error)
+{
+    auto *effect = qobject_cast<IQXEffect *>(m_pInstance);
+    auto *channelEffect = qobject_cast<IQXEffectChFx *>(m_pInstance);
+    if (!effect || !channelEffect) {
+        *error
+            = QStringLiteral("%1 does not offer the interfaces %2 and %3")
+                  .arg(m_loader.fileName(), QStringLiteral(IQXEffect_iid), QStringLiteral(IQXEffectChFx_iid));
+        return nullptr;
+    }
+    if (channelEffect->fxType() != ChannelStripModel::ChannelStripFxKind) {
+        *error = QStringLiteral("%1 edits effect type %2, not the channel strip")
+                     .arg(m_loader.fileName())
+                     .arg(channelEffect->fxType());
+        return nullptr;
+    }
+    IQXEffectEditor *editor = effect->create(parent, ChannelStripModel::ChannelStripFxId, &m_model);
+    if (!editor) {
+        *error = QStringLiteral("the plug-in made no editor for this model");
+        return nullptr;
+    }
+    editor->setMemAPI(&m_memory);
+    editor->setCh(options.channel, options.stereo ? options.channel + 1 : -1);
+    editor->setStereo(options.stereo);
+    editor->setFs(options.fs);
+    editor->setOn(true);
+    editor->setScale(options.scale);
+    editor->setDialEditMode(options.dialEditMode);
+    editor->setSliderEditMode(options.sliderEditMode);
+    editor->setEditorSettings({});
+    return editor;
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QPluginLoader>
+#include <QString>
+
+#include "HostModel.h"
+#include "ParameterMemory.h"
+
+class IQXEffect;
+class IQXEffectEditor;
+
+// Loads the plug-in file through QPluginLoader, asks for its interfaces by
+// their ids and creates the editor, then drives it in the host's calling
+// order. This is all a host needs: the loader and the interface headers.
+class PluginHost {
+public:
+    struct Options {
+        QString pluginPath;
+        double scale = 1.0;
+        bool stereo = true;
+        int fs = 48000;
+        int channel = 0;
+        int dialEditMode = 0;
+        int sliderEditMode = 0;
+    };
+
+    PluginHost();
+    ~PluginHost();
+
+    // The plug-in built beside the host executable.
+    static QString defaultPluginPath();
+
+    bool load(const QString &path, QString *error);
+    // Creates the editor under `parent`; null (with a message) on failure.
+    IQXEffectEditor *createEditor(QWidget *parent, const Options &options, QString *error);
+
+    HostModel &model() { return m_model; }
+    ParameterMemory &memory() { return m_memory; }
+    QObject *pluginInstance() const { return m_pInstance; }
+
+private:
+    HostModel m_model;
+    ParameterMemory m_memory;
+    QPluginLoader m_loader;
+    QObject *m_pInstance = nullptr;
+};

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Builds the project and opens the reference host with the editor. Without a
+# display it renders the editor panel to editor.png (or --screenshot FILE).
+set -euo pipefail
+export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-/tmp/runtime-$(id -u)}
+mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+"$root/scripts/setup.sh"
+
+args=("$@")
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
+  export QT_QPA_PLATFORM=offscreen
+  case " $* " in
+    *" --screenshot "* | *" --screenshot="* | *" --help "* | *" -h "* | *" --list-parameters "*) ;;
+    *) args+=(--screenshot editor.png) ;;
+  esac
+fi
+exec "${ORV_BUILD_DIR:-$root/build}/host/orvchstrip-host" "${args[@]}"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+// A command group of orvchstrip-tool ("state", "chunk", "preset", "morph").
+// Each group lives in its own source file and registers itself with a static
+// ToolCommand object; main() dispatches on the first argument.
+struct ToolContext {
+    QStringList arguments; // after the group name, options included
+    bool json = false;     // --json was given anywhere
+    QTextStream &out;
+    QTextStream &err;
+};
+
+class ToolCommand {
+public:
+    using Runner = int (*)(ToolContext &context);
+
+    ToolCommand(const char *name, const char *usage, Runner runner);
+
+    static const ToolCommand *find(const QString &name);
+    static QList<const ToolCommand *> all();
+
+    const char *name;
+    const char *usage; // one or more lines: "state dump FILE [--json]"
+    Runner run;
+};
