@@ -1,0 +1,244 @@
+#include <QTest>
+#include <cstring>
+
+#include "ChannelStripModel.h"
+#include "HostModel.h"
+#include "Interfaces/IORVDMorphHandler.h"
+#include "ParameterMemory.h"
+#include "ValueText.h"
+
+namespace {
+
+// Records what the memory reports, in order.
+class RecordingObserver : public IPrmObserver
+{
+public:
+    int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override
+    {
+        updates.append({prmId, ch, value});
+        texts.append(QByteArray(text));
+        return 0;
+    }
+    int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override { return 0; }
+
+    struct Seen
+    {
+        unsigned short prmId;
+        unsigned short ch;
+        int value;
+    };
+    QList<Seen> updates;
+    QList<QByteArray> texts;
+};
+
+} // namespace
+
+// The simulated host is the tests' fake host and the reference host's memory:
+// its value texts, notifications and morph handling must hold.
+class tst_HostSimulation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void parsesValueTexts_data();
+    void parsesValueTexts();
+    void formatsValueTexts_data();
+    void formatsValueTexts();
+    void notifiesObserversOfChangesOnly();
+    void clampsAndRejects();
+    void appliesMorphBatch();
+    void followsMorphPosition();
+    void laysOutMeters();
+};
+
+void tst_HostSimulation::parsesValueTexts_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("ok");
+    QTest::addColumn<int>("value");
+    QTest::newRow("frequency with k") << QByteArray("fx_eq_midfrq") << "1.2k" << true << 75; // 1180 Hz
+    QTest::newRow("frequency with unit") << QByteArray("fx_eq_midfrq") << "1000 Hz" << true << 72;
+    QTest::newRow("frequency above table") << QByteArray("fx_eq_hsvfrq") << "50k" << true << 124;
+    QTest::newRow("gain") << QByteArray("fx_eq_lsvgain") << "-3 dB" << true << 150;
+    QTest::newRow("gain out of range") << QByteArray("fx_eq_lsvgain") << "+40" << true << 360;
+    QTest::newRow("ratio") << QByteArray("fx_cmp_rto") << "4:1" << true << 60;
+    QTest::newRow("limiting") << QByteArray("fx_cmp_rto") << "inf" << true << 120;
+    QTest::newRow("knee word") << QByteArray("fx_cmp_kne") << "hard" << true << 2;
+    QTest::newRow("knee prefix") << QByteArray("fx_cmp_kne") << "Med" << true << 1;
+    QTest::newRow("switch") << QByteArray("fx_eq_byps") << "on" << true << 1;
+    QTest::newRow("threshold") << QByteArray("fx_cmp_trsofst") << "-10 dB" << true << 50;
+    QTest::newRow("output") << QByteArray("fx_eq_peqgain") << "+6" << true << 240;
+    QTest::newRow("huge number") << QByteArray("fx_cmp_atck") << "1e300" << true << 200;
+    QTest::newRow("garbage") << QByteArray("fx_eq_midfrq") << "loud" << false << 0;
+    QTest::newRow("empty") << QByteArray("fx_cmp_kne") << "" << false << 0;
+    QTest::newRow("text parameter") << QByteArray("fx_mrp_systmname") << "x" << false << 0;
+}
+
+void tst_HostSimulation::parsesValueTexts()
+{
+    QFETCH(QByteArray, key);
+    QFETCH(QString, text);
+    QFETCH(bool, ok);
+    QFETCH(int, value);
+
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    int parsed = -1;
+    const int result = memory.setValueString(model.parameterId(key.constData()), 0,
+                                             text.toLocal8Bit().constData(), &parsed);
+    QCOMPARE(result >= 0, ok);
+    if (ok)
+        QCOMPARE(parsed, value);
+}
+
+void tst_HostSimulation::formatsValueTexts_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("low frequency") << QByteArray("fx_eq_lsvfreq") << 5 << "21.2";
+    QTest::newRow("kilohertz") << QByteArray("fx_eq_midfrq") << 73 << "1.06k";
+    QTest::newRow("gain") << QByteArray("fx_eq_midgain") << 210 << "+3.0";
+    QTest::newRow("zero gain") << QByteArray("fx_eq_midgain") << 180 << "0.0";
+    QTest::newRow("ratio") << QByteArray("fx_cmp_rto") << 60 << "4.00:1";
+    QTest::newRow("limiting") << QByteArray("fx_cmp_rto") << 120 << "INF:1";
+    QTest::newRow("knee") << QByteArray("fx_cmp_kne") << 1 << "MEDIUM";
+    QTest::newRow("morph position") << QByteArray("fx_mrp_vl") << 505 << "50.5";
+}
+
+void tst_HostSimulation::formatsValueTexts()
+{
+    QFETCH(QByteArray, key);
+    QFETCH(int, value);
+    QFETCH(QString, text);
+
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    char buffer[256];
+    QCOMPARE(memory.getValueString(model.parameterId(key.constData()), 0, value, buffer, sizeof buffer), 0);
+    QCOMPARE(QString::fromLocal8Bit(buffer), text);
+    // Every text reads back as the value it came from.
+    int parsed = -1;
+    QCOMPARE(memory.setValueString(model.parameterId(key.constData()), 0, buffer, &parsed), 0);
+    QCOMPARE(parsed, value);
+}
+
+void tst_HostSimulation::notifiesObserversOfChangesOnly()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    RecordingObserver observer;
+    const unsigned short gain = model.parameterId("fx_eq_midgain");
+    QCOMPARE(memory.queryPrmObserver(gain, 1, &observer), 1);
+    memory.addPrmObserver(gain, 1, &observer);
+    memory.addPrmObserver(gain, 1, &observer); // registering twice notifies once
+    QCOMPARE(memory.queryPrmObserver(gain, 1, &observer), 0);
+
+    memory.setValue(gain, 1, 200);
+    memory.setValue(gain, 1, 200); // unchanged: no report
+    memory.setValue(gain, 0, 190); // another channel
+    QCOMPARE(observer.updates.size(), 1);
+    QCOMPARE(observer.updates.first().value, 200);
+    QCOMPARE(observer.texts.first(), QByteArray("+2.0"));
+    QCOMPARE(memory.writes().size(), 3);
+
+    memory.removePrmObserver(gain, 1, &observer);
+    memory.setValue(gain, 1, 0);
+    QCOMPARE(observer.updates.size(), 1);
+    QCOMPARE(memory.totalObserverCount(), 0);
+}
+
+void tst_HostSimulation::clampsAndRejects()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    const unsigned short knee = model.parameterId("fx_cmp_kne");
+    memory.setValue(knee, 0, 9);
+    QCOMPARE(memory.value("fx_cmp_kne"), 2);
+
+    int value = 0;
+    QVERIFY(memory.getValue(0x7777, 0, &value) < 0);
+    QVERIFY(memory.setValue(0x7777, 0, 1) < 0);
+    QVERIFY(memory.getValue(knee, 0, nullptr) < 0);
+    const unsigned short name = model.parameterId("fx_mrp_systmname");
+    QVERIFY(memory.getValue(name, 0, &value, 256) < 0); // beyond the 256 characters
+    QVERIFY(memory.getValue(name, 0, &value, 255) >= 0);
+
+    memory.setFailing(true);
+    QVERIFY(memory.getValue(knee, 0, &value) < 0);
+    int min = 0;
+    int max = 0;
+    QVERIFY(memory.getRange(knee, 0, &min, &max) < 0);
+}
+
+void tst_HostSimulation::appliesMorphBatch()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    char iid[16];
+    ORVDMorphHandlerIID.toBytes(iid);
+    void *object = nullptr;
+    QCOMPARE(memory.queryInterface(iid, &object), 0);
+    auto *handler = static_cast<IORVDMorphHandler *>(object);
+    QVERIFY(handler);
+    char other[16] = {};
+    QCOMPARE(memory.queryInterface(other, &object), int(kNoInterface));
+    QVERIFY(!object);
+
+    RecordingObserver observer;
+    const unsigned short name = model.parameterId("fx_mrp_systmname");
+    const unsigned short attack = model.parameterId("fx_mrpcmp_atck");
+    memory.addPrmObserver(attack, 2 * 9 + 4, &observer);
+    QList<IORVDMorphHandler::OMD_PRMINFO> batch;
+    const char text[] = "Vox";
+    for (unsigned short i = 0; i < 3; ++i)
+        batch.append({name, i, text[i], 2});
+    for (unsigned int point = 0; point < 9; ++point)
+        batch.append({attack, 0, int(10 + point), 2 * 9 + point});
+    batch.append({0x7777, 0, 5, 0}); // unknown ids are skipped
+    batch.append({IORVDMorphHandler::kEndOfBatch, 0, 0, 0});
+    QCOMPARE(handler->setMorphData(batch.constData()), 0);
+
+    QCOMPARE(memory.text("fx_mrp_systmname", 2), QByteArray("Vox"));
+    QCOMPARE(memory.value("fx_mrpcmp_atck", 2 * 9 + 8), 18);
+    QCOMPARE(observer.updates.size(), 1);
+    QCOMPARE(observer.updates.first().value, 14);
+    QCOMPARE(memory.morphBatchCount(), 1);
+}
+
+void tst_HostSimulation::followsMorphPosition()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    const unsigned short gain = model.parameterId("fx_eq_midgain");
+    int base = -1;
+    memory.setValueByKey("fx_eq_midgain", 200);
+    QCOMPARE(memory.getBaseValue(gain, 0, &base), 0);
+    QCOMPARE(base, 200); // no morph data: the value itself
+
+    memory.setText("fx_mrp_systmname", "Drums");
+    for (int point = 0; point < 9; ++point)
+        memory.setValueByKey("fx_mrpeq_mdgain", 100 + 10 * point, point);
+    memory.setValueByKey("fx_mrp_vl", 500); // half-way between points 4 and 5
+    QCOMPARE(memory.getBaseValue(gain, 0, &base), 0);
+    QCOMPARE(base, 140);
+    QCOMPARE(memory.value("fx_eq_midgain"), 140); // the hardware follows the knob
+}
+
+void tst_HostSimulation::laysOutMeters()
+{
+    HostModel model = HostModel::channelStrip();
+    unsigned short index = 0;
+    unsigned short base = 0;
+    unsigned short channels = 0;
+    QVERIFY(model.findMeter(&index, "meter_eq"));
+    QVERIFY(model.getMeterInfo(&base, &channels, index));
+    QCOMPARE(int(channels), ChannelStripModel::ChannelCount);
+    QCOMPARE(base, model.meterBase("meter_eq"));
+    QCOMPARE(model.meterArraySize(), 4u * 2u * ChannelStripModel::ChannelCount);
+    QVERIFY(!model.findMeter(&index, "meter_nope"));
+}
+
+QTEST_MAIN(tst_HostSimulation)
+#include "tst_hostsimulation.moc"

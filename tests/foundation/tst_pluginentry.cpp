@@ -1,0 +1,219 @@
+#include <QJsonObject>
+#include <QPluginLoader>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "ChannelStripModel.h"
+#include "HostModel.h"
+#include "Interfaces/IQXEffect.h"
+#include "Interfaces/IQXEffectEditor.h"
+#include "ParameterMemory.h"
+
+// The plug-in as a host sees it: loaded through QPluginLoader, reached only
+// through the interface headers.
+class tst_PluginEntry : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void carriesMetadata();
+    void answersInterfaceIds();
+    void createsEditorOnlyForListedEffect_data();
+    void createsEditorOnlyForListedEffect();
+    void reportsClassIds();
+    void registersAndReleasesObservers();
+    void hostRendersEditorPanel_data();
+    void hostRendersEditorPanel();
+    void hostRejectsBadOptions_data();
+    void hostRejectsBadOptions();
+
+private:
+    QPluginLoader m_loader;
+    QObject *m_pInstance = nullptr;
+};
+
+namespace {
+
+ParameterSpec parameter(const char *key)
+{
+    ParameterSpec spec;
+    spec.key = key;
+    spec.maximum = 1;
+    return spec;
+}
+
+} // namespace
+
+void tst_PluginEntry::initTestCase()
+{
+    m_loader.setFileName(QStringLiteral(ORV_PLUGIN_PATH));
+    m_pInstance = m_loader.instance();
+    QVERIFY2(m_pInstance, qPrintable(m_loader.errorString()));
+}
+
+void tst_PluginEntry::carriesMetadata()
+{
+    const QJsonObject metaData = m_loader.metaData();
+    QCOMPARE(metaData.value(QStringLiteral("className")).toString(), QStringLiteral("ORVChStrip"));
+    const QJsonObject own = metaData.value(QStringLiteral("MetaData")).toObject();
+    QCOMPARE(own.value(QStringLiteral("name")).toString(), QStringLiteral("ChannelStrip_QX-C"));
+    QCOMPARE(own.value(QStringLiteral("version")).toString(), QStringLiteral("2.0.0"));
+    // A second instance() call gives the same object.
+    QCOMPARE(m_loader.instance(), m_pInstance);
+}
+
+void tst_PluginEntry::answersInterfaceIds()
+{
+    void *effect = m_pInstance->qt_metacast("IQXEffect/1.0");
+    void *channelEffect = m_pInstance->qt_metacast("IQXEffectChFx/1.0");
+    QVERIFY(effect);
+    QVERIFY(channelEffect);
+    QCOMPARE(m_pInstance->qt_metacast("IQXEffect"), effect);
+    QCOMPARE(m_pInstance->qt_metacast("IQXEffectChFx"), channelEffect);
+    QVERIFY(effect != channelEffect);
+    QCOMPARE(m_pInstance->qt_metacast("ORVChStrip"), static_cast<void *>(m_pInstance));
+    QVERIFY(!m_pInstance->qt_metacast("IQXEffect/2.0"));
+    QCOMPARE(static_cast<IQXEffectChFx *>(channelEffect)->fxType(), 1);
+}
+
+void tst_PluginEntry::createsEditorOnlyForListedEffect_data()
+{
+    QTest::addColumn<QList<int>>("effectIds");
+    QTest::addColumn<int>("requested");
+    QTest::addColumn<bool>("created");
+    QTest::newRow("listed last") << QList<int>{4, 9, 32} << 32 << true;
+    QTest::newRow("listed first") << QList<int>{32, 9} << 32 << true;
+    QTest::newRow("not listed") << QList<int>{4, 9} << 32 << false;
+    QTest::newRow("no effects") << QList<int>{} << 32 << false;
+}
+
+void tst_PluginEntry::createsEditorOnlyForListedEffect()
+{
+    QFETCH(QList<int>, effectIds);
+    QFETCH(int, requested);
+    QFETCH(bool, created);
+
+    QList<FxEntry> effects;
+    for (int id : effectIds)
+        effects.append({1, static_cast<unsigned short>(id)});
+    HostModel model(effects, {parameter("fx_cmp_byps")}, {});
+    auto *effect = qobject_cast<IQXEffect *>(m_pInstance);
+    QWidget parent;
+    IQXEffectEditor *editor = effect->create(&parent, static_cast<unsigned short>(requested), &model);
+    QCOMPARE(editor != nullptr, created);
+    if (editor) {
+        QCOMPARE(editor->parentWidget(), &parent);
+        QCOMPARE(editor->size(), QSize(1015, 572));
+        QCOMPARE(editor->scale(), 1.0);
+    }
+    QVERIFY(!effect->create(&parent, 32, nullptr));
+}
+
+void tst_PluginEntry::reportsClassIds()
+{
+    HostModel model = HostModel::channelStrip();
+    QWidget parent;
+    IQXEffectEditor *editor
+        = qobject_cast<IQXEffect *>(m_pInstance)->create(&parent, ChannelStripModel::ChannelStripFxId, &model);
+    QVERIFY(editor);
+    std::vector<FUID> uids{FUID(1, 2, 3, 4)};
+    editor->loadUids(uids);
+    QCOMPARE(uids.size(), size_t(3));
+    QCOMPARE(QString::fromStdString(uids[1].toString()), QStringLiteral("504C586373744D757220636820737472"));
+    QCOMPARE(QString::fromStdString(uids[2].toString()), QStringLiteral("504C5863737453757220636820737472"));
+    QCOMPARE(editor->uid(), uids[2]);
+}
+
+void tst_PluginEntry::registersAndReleasesObservers()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    ParameterMemory other(&model);
+    auto *parent = new QWidget;
+    IQXEffectEditor *editor
+        = qobject_cast<IQXEffect *>(m_pInstance)->create(parent, ChannelStripModel::ChannelStripFxId, &model);
+    QVERIFY(editor);
+
+    editor->setMemAPI(&memory);
+    editor->setCh(2, 3);
+    QCOMPARE(memory.meterObserverCount(), 1);
+    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 2), 1);
+    QCOMPARE(memory.observerCount(model.parameterId("fx_eq_midgain"), 2), 1); // a morphing parameter
+    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 0), 0); // moved off channel 0
+
+    // Moving to another memory leaves nothing behind in the old one.
+    editor->setMemAPI(&other);
+    QCOMPARE(memory.meterObserverCount(), 0);
+    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 2), 0);
+    QCOMPARE(memory.observerCount(model.parameterId("fx_eq_midgain"), 2), 0);
+    QVERIFY(other.observerCount(model.parameterId("fx_mrp_vl"), 2) >= 1);
+
+    delete parent;
+    QCOMPARE(other.meterObserverCount(), 0);
+    QCOMPARE(other.totalObserverCount(), 0);
+}
+
+void tst_PluginEntry::hostRendersEditorPanel_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("scale 1") << QStringList() << QSize(1015, 572);
+    QTest::newRow("scale 2, mono") << QStringList{QStringLiteral("--scale"), QStringLiteral("2"), QStringLiteral("--mono")}
+                                   << QSize(2030, 1144);
+    QTest::newRow("values set") << QStringList{QStringLiteral("--set"), QStringLiteral("fx_eq_midfrq=1.2k"),
+                                               QStringLiteral("--fs"), QStringLiteral("96000")}
+                                << QSize(1015, 572);
+}
+
+void tst_PluginEntry::hostRendersEditorPanel()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QSize, size);
+    QTemporaryDir dir;
+    const QString picture = dir.filePath(QStringLiteral("panel.png"));
+    QProcess host;
+    host.start(QStringLiteral(ORV_HOST_PATH),
+               arguments << QStringLiteral("--plugin") << QStringLiteral(ORV_PLUGIN_PATH)
+                         << QStringLiteral("--screenshot") << picture);
+    QVERIFY(host.waitForFinished(60000));
+    QCOMPARE(host.exitCode(), 0);
+    QCOMPARE(QImage(picture).size(), size);
+}
+
+void tst_PluginEntry::hostRejectsBadOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("unknown option") << QStringList{QStringLiteral("--bogus")} << 2 << QStringLiteral("bogus");
+    QTest::newRow("bad scale") << QStringList{QStringLiteral("--scale"), QStringLiteral("x")} << 2
+                               << QStringLiteral("--scale");
+    QTest::newRow("unknown key") << QStringList{QStringLiteral("--set"), QStringLiteral("fx_nope=1")} << 2
+                                 << QStringLiteral("no such parameter");
+    QTest::newRow("bad value text") << QStringList{QStringLiteral("--set"), QStringLiteral("fx_cmp_kne=loud")}
+                                    << 2 << QStringLiteral("does not parse");
+    QTest::newRow("missing plug-in") << QStringList{QStringLiteral("--plugin"), QStringLiteral("/nonexistent/x.so")}
+                                     << 1 << QStringLiteral("/nonexistent/x.so");
+}
+
+void tst_PluginEntry::hostRejectsBadOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    QProcess host;
+    if (!arguments.contains(QStringLiteral("--plugin")))
+        arguments << QStringLiteral("--plugin") << QStringLiteral(ORV_PLUGIN_PATH);
+    host.start(QStringLiteral(ORV_HOST_PATH),
+               arguments << QStringLiteral("--screenshot") << dir.filePath(QStringLiteral("x.png")));
+    QVERIFY(host.waitForFinished(60000));
+    QCOMPARE(host.exitCode(), exitCode);
+    QVERIFY2(QString::fromLocal8Bit(host.readAllStandardError()).contains(message), qPrintable(message));
+    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("x.png"))));
+}
+
+QTEST_MAIN(tst_PluginEntry)
+#include "tst_pluginentry.moc"
