@@ -1,0 +1,32 @@
+#include "ORVD_Collection.h"
+
+#include "ORVD_CollectionImp.h"
+#include "ORVD_FolderCollectionImp.h"
+
+ORVD_Collection::ORVD_Collection()
+    : m_pImp(std::make_unique<ORVD_FolderCollectionImp>())
+{
+}
+
+ORVD_Collection::ORVD_Collection(std::unique_ptr<ORVD_CollectionImp> imp)
+    : m_pImp(std::move(imp))
+{
+}
+
+ORVD_Collection::~ORVD_Collection() = default;
+
+void ORVD_Collection::Collection(std::vector<ORVD_Data *> &out)
+{
+    if (m_pImp)
+        m_pImp->Collection(out);
+}
+
+void ORVD_Collection::SetFolder(const QString &folder)
+{
+    m_pImp = std::make_unique<ORVD_FolderCollectionImp>(folder);
+}
+
+void ORVD_Collection::SetCollectionImp(std::unique_ptr<ORVD_CollectionImp> imp)
+{
+    m_pImp = std::move(imp);
+}

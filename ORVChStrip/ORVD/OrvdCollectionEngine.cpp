@@ -1,0 +1,100 @@
+#include "OrvdCollectionEngine.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <memory>
+
+#include "ORVD_Data.h"
+#include "OrvdEntryName.h"
+#include "OrvdFileReader.h"
+
+namespace {
+
+// The extension compared as the C library would after lower-casing it.
+bool isMorphDataExtension(QStringView extension)
+{
+    return extension.size() == 3 && extension.compare(QLatin1String("ord"), Qt::CaseInsensitive) == 0
+        && extension[0].unicode() < 0x80 && extension[1].unicode() < 0x80 && extension[2].unicode() < 0x80;
+}
+
+QString applicationSupportFolder()
+{
+#if defined(Q_OS_MACOS)
+    return QStringLiteral("/Library/Application Support");
+#elif defined(Q_OS_WIN)
+    const QString programData = qEnvironmentVariable("ProgramData");
+    return programData.isEmpty() ? QStringLiteral("C:/ProgramData") : QDir::fromNativeSeparators(programData);
+#else
+    // The first machine-wide XDG data directory; relative entries are invalid.
+    const QStringList dataDirs
+        = qEnvironmentVariable("XDG_DATA_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (const QString &dir : dataDirs) {
+        if (QDir::isAbsolutePath(dir))
+            return dir;
+    }
+    return QStringLiteral("/usr/local/share");
+#endif
+}
+
+} // namespace
+
+OrvdCollectionEngine::OrvdCollectionEngine(const QString &folder)
+    : m_iterator(folder, QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot | QDir::NoSymLinks)
+{
+}
+
+QString OrvdCollectionEngine::GetOrvdFolder()
+{
+    const QString override = qEnvironmentVariable("ORVCHSTRIP_MORPH_FOLDER");
+    if (!override.isEmpty())
+        return QDir::cleanPath(QDir::fromNativeSeparators(override));
+    return QDir::cleanPath(applicationSupportFolder() + QStringLiteral("/Halvorn/ORVD"));
+}
+
+void OrvdCollectionEngine::Collection(std::vector<ORVD_Data *> &list, int depth)
+{
+    while (m_iterator.hasNext()) {
+        m_iterator.next();
+        const QFileInfo info = m_iterator.fileInfo();
+        if (info.isDir())
+            AnalzeFolder(list, info, depth);
+        else
+            AnalyzeFile(list, info);
+    }
+}
+
+void OrvdCollectionEngine::AnalzeFolder(std::vector<ORVD_Data *> &list, const QFileInfo &info, int depth)
+{
+    if (depth <= 0)
+        return;
+#ifdef Q_OS_WIN
+    if (info.isJunction())
+        return;
+#endif
+    auto *folder = new ORVD_Data;
+    std::vector<ORVD_Data *> &children
+        = folder->SetFolderName(ORVD::ToEntryName(info.fileName()).constData());
+    list.push_back(folder);
+    OrvdCollectionEngine(info.filePath()).Collection(children, depth - 1);
+}
+
+void OrvdCollectionEngine::AnalyzeFile(std::vector<ORVD_Data *> &list, const QFileInfo &info)
+{
+    const QString fileName = info.fileName();
+    const qsizetype dot = fileName.lastIndexOf(QLatin1Char('.'));
+    if (dot < 0 || !isMorphDataExtension(QStringView(fileName).sliced(dot + 1)))
+        return;
+    const QByteArray name = ORVD::ToEntryName(fileName.left(dot));
+    if (name.isEmpty())
+        return;
+
+    OrvdFileReader reader(info.filePath());
+    const qint64 size = reader.GetSize();
+    if (size <= 0 || size > MaxDataSize)
+        return;
+    auto entry = std::make_unique<ORVD_Data>();
+    unsigned char *buffer = entry->SetFileData(name.constData(), static_cast<unsigned int>(size));
+    if (!buffer || reader.Read(buffer, size) != size)
+        return;
+    list.push_back(entry.release());
+}
