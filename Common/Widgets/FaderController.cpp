@@ -1,0 +1,436 @@
+#include "Common/Widgets/FaderController.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace CommonController_MemAPI {
+
+namespace {
+
+constexpr double FineFactor = 4.0;
+constexpr int WheelUnit = 120;
+constexpr int RampStep = 5;
+
+} // namespace
+
+FaderController::FaderController(QWidget *parent)
+    : QWidget(parent)
+{
+    setFocusPolicy(Qt::ClickFocus);
+    for (SvgLayer *layer : { &m_knob, &m_shadow, &m_background })
+        connect(layer->renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
+    m_rampTimer.setParent(this); // findable by name, e.g. by tests
+    m_rampTimer.setSingleShot(true);
+    m_rampTimer.setObjectName(QStringLiteral("rampTimer"));
+    connect(&m_rampTimer, &QTimer::timeout, this, qOverload<>(&FaderController::ramp));
+    m_doubleClickTimer.setSingleShot(true);
+    connect(&m_doubleClickTimer, &QTimer::timeout, this, &FaderController::doubleClickTimeout);
+    connect(this, &QObject::objectNameChanged, this, [this](const QString &name) {
+        if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
+            m_autoAccessibleName = name;
+            setAccessibleName(name);
+        }
+    });
+    updateAccessibleText();
+}
+
+FaderController::~FaderController() = default;
+
+void FaderController::setOrientation(Qt::Orientation orientation)
+{
+    if (orientation == m_orientation)
+        return;
+    m_orientation = orientation;
+    updateGeometry();
+    update();
+}
+
+void FaderController::setShadowBlur(double radius)
+{
+    radius = std::max(0.0, radius);
+    if (radius == m_shadowBlur)
+        return;
+    m_shadowBlur = radius;
+    if (m_shadow.isValid())
+        update();
+}
+
+void FaderController::setKnobDisableOpacity(double opacity)
+{
+    opacity = std::clamp(opacity, 0.0, 1.0);
+    if (opacity == m_knobDisableOpacity)
+        return;
+    m_knobDisableOpacity = opacity;
+    if (m_knob.isValid() && !isEnabled())
+        update();
+}
+
+void FaderController::setKnobSvg(const QString &path)
+{
+    if (path == m_knob.path())
+        return;
+    m_knob.load(path);
+    update();
+}
+
+void FaderController::setShadowSvg(const QString &path)
+{
+    if (path == m_shadow.path())
+        return;
+    m_shadow.load(path);
+    update();
+}
+
+void FaderController::setBackgroundSvg(const QString &path)
+{
+    if (path == m_background.path())
+        return;
+    m_background.load(path);
+    updateGeometry();
+    update();
+}
+
+void FaderController::setEnableDoubleClick(bool enable)
+{
+    m_enableDoubleClick = enable;
+}
+
+void FaderController::setReverse(bool reverse)
+{
+    if (reverse == m_reverse)
+        return;
+    m_reverse = reverse;
+    update();
+}
+
+void FaderController::setOperationType(OperationType type)
+{
+    m_operationType = type;
+}
+
+void FaderController::setScale(double scale)
+{
+    if (storeScale(scale)) {
+        updateGeometry();
+        update();
+    }
+}
+
+QSize FaderController::sizeHint() const
+{
+    QSize size = m_background.defaultSize();
+    if (size.isEmpty())
+        size = m_orientation == Qt::Vertical ? QSize(28, 160) : QSize(160, 28);
+    return (QSizeF(size) * scale()).toSize();
+}
+
+void FaderController::valueChangedRequest()
+{
+    valueChanged();
+    emit valueChanged(value());
+}
+
+void FaderController::valueChanged()
+{
+    updateAccessibleText();
+    update();
+}
+
+void FaderController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
+{
+    emit modifiersChange(this, modifiers);
+}
+
+void FaderController::updateAccessibleText()
+{
+    const QString text = string();
+    setAccessibleDescription(text.isEmpty() ? QString::number(value()) : text);
+}
+
+QSizeF FaderController::thumbSize() const
+{
+    return QSizeF(m_knob.defaultSize()) * scale();
+}
+
+QRectF FaderController::thumbRect() const
+{
+    const QSizeF thumb = thumbSize();
+    const double n = m_reverse ? 1.0 - normalized() : normalized();
+    if (m_orientation == Qt::Vertical)
+        return QRectF(
+            QPointF(0.5 * (width() - thumb.width()), (1.0 - n) * (height() - thumb.height())), thumb);
+    return QRectF(QPointF(n * (width() - thumb.width()), 0.0), thumb);
+}
+
+bool FaderController::isOnThumb(const QPoint &position) const
+{
+    const QRectF rect = thumbRect();
+    return !rect.isEmpty() && rect.contains(position);
+}
+
+double FaderController::trackPosition(const QPoint &position) const
+{
+    const QSizeF thumb = thumbSize();
+    if (m_orientation == Qt::Vertical) {
+        const double length = height() - thumb.height();
+        return length > 0 ? 1.0 - (position.y() - thumb.height() / 2) / length : 0.0;
+    }
+    const double length = width() - thumb.width();
+    return length > 0 ? (position.x() - thumb.width() / 2) / length : 0.0;
+}
+
+void FaderController::anchorAt(const QPoint &position)
+{
+    m_anchorNormalized = normalized();
+    m_anchorPosition = position;
+    m_lastPosition = position;
+}
+
+void FaderController::startDrag(const QPoint &position, Qt::KeyboardModifiers modifiers)
+{
+    if (!m_dragging)
+        beginEdit();
+    m_dragging = true;
+    m_fine = modifiers == Qt::ShiftModifier;
+    anchorAt(position);
+    emit drag(true);
+    if (m_operationType == Ramp)
+        ramp(false);
+}
+
+void FaderController::endDrag()
+{
+    m_rampTimer.stop();
+    if (!m_dragging)
+        return;
+    m_dragging = false;
+    endEdit();
+    emit drag(false);
+}
+
+void FaderController::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || !isEnabled()) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    event->accept();
+    const Qt::KeyboardModifiers modifiers = event->modifiers();
+    const QPoint position = event->position().toPoint();
+    const bool onThumb = isOnThumb(position);
+    if (modifiers == Qt::ControlModifier) {
+        if (onThumb || m_operationType == Jump)
+            gestureSetDefault(modifiers);
+        return;
+    }
+    if (m_dragging) // a second press without a release: keep one edit bracket
+        endDrag();
+    if (!onThumb) {
+        switch (m_operationType) {
+        case Touch: return;
+        case Jump: {
+            beginEdit();
+            m_dragging = true; // the jump and the drag after it share one edit
+            const float before = normalized();
+            const double r = trackPosition(position);
+            setNormalized(float(m_reverse ? 1.0 - r : r));
+            if (modifiers != Qt::NoModifier && normalized() != before)
+                emit modifiersChange(this, modifiers);
+            if (m_enableDoubleClick) {
+                m_justJumped = true;
+                m_doubleClickTimer.start(QApplication::doubleClickInterval());
+            }
+            break;
+        }
+        case Ramp:
+        case Relative: break;
+        }
+    }
+    startDrag(position, modifiers);
+}
+
+void FaderController::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    if (!(event->buttons() & Qt::LeftButton) || !m_dragging || !isEnabled() || position == m_lastPosition) {
+        QWidget::mouseMoveEvent(event);
+        return;
+    }
+    event->accept();
+    const Qt::KeyboardModifiers modifiers = event->modifiers();
+    const bool fine = modifiers == Qt::ShiftModifier;
+    if (fine != m_fine) {
+        m_fine = fine;
+        anchorAt(m_lastPosition);
+    }
+    if (m_operationType != Ramp) {
+        const QSizeF thumb = thumbSize();
+        const double factor = m_fine ? FineFactor : 1.0;
+        double delta = 0.0;
+        if (m_orientation == Qt::Vertical) {
+            const double length = height() - thumb.height();
+            delta = length > 0 ? (m_anchorPosition.y() - position.y()) / length / factor : 0.0;
+        } else {
+            const double length = width() - thumb.width();
+            delta = length > 0 ? (position.x() - m_anchorPosition.x()) / length / factor : 0.0;
+        }
+        const float before = normalized();
+        setNormalized(float(m_reverse ? m_anchorNormalized - delta : m_anchorNormalized + delta));
+        if (modifiers != Qt::NoModifier && normalized() != before)
+            emit modifiersChange(this, modifiers);
+    }
+    m_lastPosition = position;
+}
+
+void FaderController::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || !m_dragging) {
+        QWidget::mouseReleaseEvent(event);
+        return;
+    }
+    event->accept();
+    endDrag();
+}
+
+void FaderController::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (m_enableDoubleClick && event->button() == Qt::LeftButton && isEnabled() && !m_justJumped) {
+        const QPoint position = event->position().toPoint();
+        if (isOnThumb(position) || m_operationType == Jump) {
+            event->accept();
+            gestureSetDefault(event->modifiers());
+            return;
+        }
+    }
+    // Otherwise the second click is one more press.
+    mousePressEvent(event);
+}
+
+void FaderController::doubleClickTimeout()
+{
+    m_justJumped = false;
+}
+
+void FaderController::ramp()
+{
+    ramp(true);
+}
+
+void FaderController::ramp(bool repeat)
+{
+    if (!m_dragging || m_operationType != Ramp)
+        return;
+    const Qt::KeyboardModifiers modifiers = QGuiApplication::keyboardModifiers();
+    const int minimum = minimumValue();
+    const int maximum = maximumValue();
+    // The target spans the range less one; a pointer past the end of the
+    // track still reaches the end through the clamp of setValue().
+    const int offset = int(trackPosition(m_lastPosition) * (maximum - minimum - 1) + 0.5);
+    const int target = m_reverse ? maximum - offset : minimum + offset;
+    const int step = (modifiers & Qt::ShiftModifier) ? 1 : RampStep;
+    const int current = value();
+    int next = current;
+    if (current < target)
+        next = std::min(current + step, target);
+    else if (current > target)
+        next = std::max(current - step, target);
+
+    const float before = normalized();
+    setValue(next);
+    const bool moved = normalized() != before;
+    if (modifiers != Qt::NoModifier && moved)
+        emit modifiersChange(this, modifiers);
+    if (moved)
+        m_rampTimer.start(repeat ? RampRepeatDelay : RampFirstDelay);
+}
+
+void FaderController::wheelEvent(QWheelEvent *event)
+{
+    event->accept();
+    if (!isEnabled())
+        return;
+    setFocus(Qt::MouseFocusReason);
+    const QPoint angle = event->angleDelta();
+    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
+    if (m_wheelAccumulator != 0 && delta != 0 && (delta < 0) != (m_wheelAccumulator < 0))
+        m_wheelAccumulator = 0;
+    m_wheelAccumulator += delta;
+    const int unit = (event->modifiers() & Qt::ShiftModifier) ? 3 * WheelUnit : WheelUnit;
+    int steps = m_wheelAccumulator / unit;
+    m_wheelAccumulator %= unit;
+    if (m_reverse)
+        steps = -steps;
+    if (steps != 0)
+        gestureSetValue(value() + steps, event->modifiers());
+}
+
+void FaderController::keyPressEvent(QKeyEvent *event)
+{
+    if (!isEnabled()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    const bool vertical = m_orientation == Qt::Vertical;
+    int delta = 0;
+    switch (event->key()) {
+    case Qt::Key_Left: delta = vertical ? 0 : -1; break;
+    case Qt::Key_Right: delta = vertical ? 0 : 1; break;
+    case Qt::Key_Down: delta = vertical ? -1 : 0; break;
+    case Qt::Key_Up: delta = vertical ? 1 : 0; break;
+    case Qt::Key_PageUp: delta = 10; break;
+    case Qt::Key_PageDown: delta = -10; break;
+    default: QWidget::keyPressEvent(event); return;
+    }
+    event->accept();
+    if (delta == 0) // the arrows across the fader do nothing
+        return;
+    gestureSetValue(value() + (m_reverse ? -delta : delta), event->modifiers());
+}
+
+void FaderController::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange) {
+        if (!isEnabled())
+            endDrag();
+        update();
+    }
+}
+
+void FaderController::hideEvent(QHideEvent *event)
+{
+    endDrag();
+    QWidget::hideEvent(event);
+}
+
+void FaderController::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal dpr = devicePixelRatioF();
+
+    if (m_background.isValid())
+        m_background.paint(&painter, QRectF(rect()), dpr);
+
+    const QRectF thumb = thumbRect();
+    const QSize thumbPixels = thumb.size().toSize();
+    if (thumbPixels.isEmpty())
+        return;
+    // Whole pixels keep the cached layers sharp.
+    const QPointF topLeft(std::round(thumb.x()), std::round(thumb.y()));
+    if (m_shadow.isValid())
+        painter.drawPixmap(topLeft, m_shadow.blurred(thumbPixels, dpr, m_shadowBlur * scale()));
+    if (m_knob.isValid()) {
+        if (!isEnabled() && m_knobDisableOpacity < 1.0)
+            painter.setOpacity(m_knobDisableOpacity);
+        painter.drawPixmap(topLeft, m_knob.pixmap(thumbPixels, dpr));
+    }
+}
+
+} // namespace CommonController_MemAPI

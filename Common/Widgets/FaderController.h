@@ -1,0 +1,123 @@
+#pragma once
+
+#include <QPoint>
+#include <QTimer>
+#include <QWidget>
+
+#include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/SvgLayer.h"
+
+namespace CommonController_MemAPI {
+
+// A straight fader: an SVG track, a blurred shadow and an SVG thumb placed by
+// the value. How a press off the thumb behaves is the operation type: Touch
+// ignores it, Jump moves the thumb there, Ramp walks the thumb towards the
+// pointer in steps, Relative drags from wherever it was pressed.
+class FaderController : public QWidget, public AbstractController {
+    Q_OBJECT
+    Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
+    Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)
+    Q_PROPERTY(double knobDisableOpacity READ knobDisableOpacity WRITE setKnobDisableOpacity)
+    Q_PROPERTY(QString knobSvg READ knobSvg WRITE setKnobSvg)
+    Q_PROPERTY(QString shadowSvg READ shadowSvg WRITE setShadowSvg)
+    Q_PROPERTY(QString backgroundSvg READ backgroundSvg WRITE setBackgroundSvg)
+    Q_PROPERTY(bool enableDoubleClick READ enableDoubleClick WRITE setEnableDoubleClick)
+    Q_PROPERTY(bool reverse READ reverse WRITE setReverse)
+    Q_PROPERTY(OperationType operationType READ operationType WRITE setOperationType)
+
+public:
+    enum OperationType { Touch = 0, Jump = 1, Ramp = 2, Relative = 3 };
+    Q_ENUM(OperationType)
+
+    static constexpr int RampFirstDelay = 300;
+    static constexpr int RampRepeatDelay = 100;
+
+    explicit FaderController(QWidget *parent = nullptr);
+    ~FaderController() override;
+
+    Qt::Orientation orientation() const { return m_orientation; }
+    void setOrientation(Qt::Orientation orientation);
+    double shadowBlur() const { return m_shadowBlur; }
+    void setShadowBlur(double radius);
+    double knobDisableOpacity() const { return m_knobDisableOpacity; }
+    void setKnobDisableOpacity(double opacity);
+    QString knobSvg() const { return m_knob.path(); }
+    void setKnobSvg(const QString &path);
+    QString shadowSvg() const { return m_shadow.path(); }
+    void setShadowSvg(const QString &path);
+    QString backgroundSvg() const { return m_background.path(); }
+    void setBackgroundSvg(const QString &path);
+    bool enableDoubleClick() const { return m_enableDoubleClick; }
+    void setEnableDoubleClick(bool enable);
+    bool reverse() const { return m_reverse; }
+    void setReverse(bool reverse);
+    OperationType operationType() const { return m_operationType; }
+    void setOperationType(OperationType type);
+
+    bool isDragging() const { return m_dragging; }
+    // The thumb's rectangle at the current value, in widget coordinates.
+    QRectF thumbRect() const;
+
+    void setScale(double scale) override;
+    QSize sizeHint() const override;
+
+signals:
+    void valueChanged(int value);
+    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
+    void drag(bool dragging);
+
+public slots:
+    void valueChangedRequest() override;
+
+private slots:
+    void doubleClickTimeout();
+    void ramp(bool repeat);
+    void ramp();
+
+protected:
+    void valueChanged() override;
+    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
+
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    QSizeF thumbSize() const;
+    bool isOnThumb(const QPoint &position) const;
+    // Where a position lies along the track, 0 at the minimum end.
+    double trackPosition(const QPoint &position) const;
+    void startDrag(const QPoint &position, Qt::KeyboardModifiers modifiers);
+    void anchorAt(const QPoint &position);
+    void endDrag();
+    void updateAccessibleText();
+
+    Qt::Orientation m_orientation = Qt::Vertical;
+    double m_shadowBlur = 2.0;
+    double m_knobDisableOpacity = 1.0;
+    SvgLayer m_knob;
+    SvgLayer m_shadow;
+    SvgLayer m_background;
+    bool m_enableDoubleClick = false;
+    bool m_reverse = false;
+    OperationType m_operationType = Touch;
+
+    bool m_dragging = false;
+    bool m_fine = false;
+    float m_anchorNormalized = 0.0f;
+    QPoint m_anchorPosition;
+    QPoint m_lastPosition;
+    int m_wheelAccumulator = 0;
+    bool m_justJumped = false;
+    QTimer m_rampTimer;
+    QTimer m_doubleClickTimer;
+    QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
+};
+
+} // namespace CommonController_MemAPI

@@ -1,0 +1,444 @@
+#include "Common/Widgets/KnobController.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace CommonController_MemAPI {
+
+namespace {
+
+// The shortened constants are the ones the angle arithmetic is defined with.
+constexpr double Degree = 0.017453292519888888;
+constexpr double Pi = 3.14159265358;
+constexpr double TwoPi = 6.28318530716;
+constexpr double FineFactor = 4.0;
+constexpr int WheelUnit = 120;
+
+bool isExactlyShift(Qt::KeyboardModifiers modifiers)
+{
+    return modifiers == Qt::ShiftModifier;
+}
+
+} // namespace
+
+KnobController::KnobController(QWidget *parent)
+    : QWidget(parent)
+{
+    setFocusPolicy(Qt::ClickFocus);
+    for (SvgLayer *layer : { &m_knob, &m_shadow, &m_background })
+        connect(layer->renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
+    connect(this, &QObject::objectNameChanged, this, [this](const QString &name) {
+        if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
+            m_autoAccessibleName = name;
+            setAccessibleName(name);
+        }
+    });
+    updateAccessibleText();
+}
+
+KnobController::~KnobController() = default;
+
+void KnobController::setStartAngle(double degrees)
+{
+    if (degrees == m_startAngle)
+        return;
+    m_startAngle = degrees;
+    update();
+}
+
+void KnobController::setSpanAngle(double degrees)
+{
+    if (degrees == m_spanAngle)
+        return;
+    m_spanAngle = degrees;
+    update();
+}
+
+void KnobController::setInside(double radius)
+{
+    if (radius == m_inside)
+        return;
+    m_inside = radius;
+    m_outside = std::max(m_outside, radius);
+    update();
+}
+
+void KnobController::setOutside(double radius)
+{
+    if (radius == m_outside)
+        return;
+    m_outside = radius;
+    m_inside = std::min(m_inside, radius);
+    update();
+}
+
+void KnobController::setThick(double width)
+{
+    if (width == m_thick)
+        return;
+    m_thick = width;
+    update();
+}
+
+void KnobController::setShadowBlur(double radius)
+{
+    radius = std::max(0.0, radius);
+    if (radius == m_shadowBlur)
+        return;
+    m_shadowBlur = radius;
+    if (m_shadow.isValid())
+        update();
+}
+
+void KnobController::setKnobDisableOpacity(double opacity)
+{
+    opacity = std::clamp(opacity, 0.0, 1.0);
+    if (opacity == m_knobDisableOpacity)
+        return;
+    m_knobDisableOpacity = opacity;
+    if (m_knob.isValid() && !isEnabled())
+        update();
+}
+
+void KnobController::setKnobSvg(const QString &path)
+{
+    if (path == m_knob.path())
+        return;
+    m_knob.load(path);
+    updateGeometry();
+    update();
+}
+
+void KnobController::setShadowSvg(const QString &path)
+{
+    if (path == m_shadow.path())
+        return;
+    m_shadow.load(path);
+    update();
+}
+
+void KnobController::setBackgroundSvg(const QString &path)
+{
+    if (path == m_background.path())
+        return;
+    m_background.load(path);
+    updateGeometry();
+    update();
+}
+
+void KnobController::setKnobType(KnobType type)
+{
+    if (type == m_knobType)
+        return;
+    m_knobType = type;
+    update();
+}
+
+void KnobController::setOperationType(OperationType type)
+{
+    m_operationType = type;
+}
+
+void KnobController::setValueChangeStep(int step)
+{
+    m_valueChangeStep = step;
+}
+
+void KnobController::setScale(double scale)
+{
+    if (storeScale(scale)) {
+        updateGeometry();
+        update();
+    }
+}
+
+QSize KnobController::sizeHint() const
+{
+    QSize size = m_background.defaultSize().expandedTo(m_knob.defaultSize());
+    if (size.isEmpty())
+        size = QSize(36, 36);
+    return (QSizeF(size) * scale()).toSize();
+}
+
+void KnobController::valueChangedRequest()
+{
+    valueChanged();
+    emit valueChanged(value());
+}
+
+void KnobController::valueChanged()
+{
+    updateAccessibleText();
+    update();
+}
+
+void KnobController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
+{
+    emit modifiersChange(this, modifiers);
+}
+
+void KnobController::updateAccessibleText()
+{
+    const QString text = string();
+    setAccessibleDescription(text.isEmpty() ? QString::number(value()) : text);
+}
+
+double KnobController::pointerAngle(const QPoint &position) const
+{
+    return std::atan2(double(position.y() - height() / 2), double(position.x() - width() / 2));
+}
+
+float KnobController::angleToNormalized(double angle) const
+{
+    const double span = m_spanAngle * Degree;
+    if (!(span > 0.0))
+        return 0.0f;
+    const double gap = (360.0 - m_spanAngle) * 0.5 * Degree;
+    const double start = (m_startAngle - 90.0) * Degree;
+    double t = angle - (start - gap);
+    if (t < -64 * TwoPi) // an absurd start angle; keep the loop short
+        t = std::fmod(t, TwoPi);
+    while (t < 0.0)
+        t += TwoPi;
+    return float(std::clamp((t - gap) / span, 0.0, 1.0));
+}
+
+void KnobController::anchorAt(const QPoint &position)
+{
+    m_anchorValue = value();
+    m_anchorNormalized = normalized();
+    m_anchorPosition = position;
+    m_lastPosition = position;
+    m_rotation = 0.0;
+}
+
+void KnobController::jumpToAngle(const QPoint &position, Qt::KeyboardModifiers modifiers)
+{
+    const float before = normalized();
+    setNormalized(angleToNormalized(pointerAngle(position)));
+    if (modifiers != Qt::NoModifier && normalized() != before)
+        emit modifiersChange(this, modifiers);
+}
+
+void KnobController::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || !isEnabled()) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    event->accept();
+    const Qt::KeyboardModifiers modifiers = event->modifiers();
+    if (modifiers == Qt::ControlModifier) {
+        gestureSetDefault(modifiers);
+        return;
+    }
+    if (m_dragging) // a second press without a release: keep one edit bracket
+        endDrag();
+    const QPoint position = event->position().toPoint();
+    beginEdit();
+    if (m_operationType == Circular && !isExactlyShift(modifiers) && !(modifiers & Qt::ControlModifier))
+        jumpToAngle(position, modifiers);
+    m_dragging = true;
+    m_fine = isExactlyShift(modifiers);
+    anchorAt(position);
+    emit drag(true);
+}
+
+void KnobController::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPoint position = event->position().toPoint();
+    if (!(event->buttons() & Qt::LeftButton) || !m_dragging || !isEnabled() || position == m_lastPosition) {
+        QWidget::mouseMoveEvent(event);
+        return;
+    }
+    event->accept();
+    const Qt::KeyboardModifiers modifiers = event->modifiers();
+    const bool fine = isExactlyShift(modifiers);
+    if (fine != m_fine) {
+        if (m_operationType == Circular && !(modifiers & (Qt::ShiftModifier | Qt::ControlModifier)))
+            jumpToAngle(position, modifiers);
+        m_fine = fine;
+        anchorAt(m_lastPosition);
+    }
+
+    double delta = pointerAngle(position) - pointerAngle(m_lastPosition);
+    if (delta > Pi)
+        delta -= TwoPi;
+    else if (delta < -Pi)
+        delta += TwoPi;
+    m_rotation += delta;
+
+    const double factor = m_fine ? FineFactor : 1.0;
+    if (m_operationType == Linear) {
+        const int before = value();
+        const int range = std::max(1, maximumValue() - minimumValue() + 1);
+        const int pixelsPerStep = std::clamp(200 / range, 1, 20);
+        const QPoint moved = position - m_anchorPosition;
+        int steps = int((moved.x() - moved.y()) / scale() / pixelsPerStep / factor);
+        if (!m_fine)
+            steps *= m_valueChangeStep;
+        setValue(m_anchorValue + steps);
+        if (modifiers != Qt::NoModifier && value() != before)
+            emit modifiersChange(this, modifiers);
+    } else if (m_spanAngle != 0.0) {
+        const float before = normalized();
+        setNormalized(float(m_rotation / (m_spanAngle * Degree) / factor + m_anchorNormalized));
+        if (modifiers != Qt::NoModifier && normalized() != before)
+            emit modifiersChange(this, modifiers);
+    }
+    m_lastPosition = position;
+}
+
+void KnobController::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton || !m_dragging) {
+        QWidget::mouseReleaseEvent(event);
+        return;
+    }
+    event->accept();
+    endDrag();
+}
+
+void KnobController::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && isEnabled() && (event->modifiers() & Qt::ControlModifier)) {
+        event->accept();
+        gestureSetDefault(event->modifiers());
+        return;
+    }
+    // Otherwise the second click is one more press.
+    mousePressEvent(event);
+}
+
+void KnobController::endDrag()
+{
+    if (!m_dragging)
+        return;
+    m_dragging = false;
+    endEdit();
+    emit drag(false);
+}
+
+void KnobController::wheelEvent(QWheelEvent *event)
+{
+    event->accept();
+    if (!isEnabled())
+        return;
+    setFocus(Qt::MouseFocusReason);
+    const QPoint angle = event->angleDelta();
+    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
+    if (m_wheelAccumulator != 0 && (delta < 0) != (m_wheelAccumulator < 0) && delta != 0)
+        m_wheelAccumulator = 0;
+    m_wheelAccumulator += delta;
+
+    int unit = WheelUnit;
+    int steps = 0;
+    if (event->modifiers() & Qt::ShiftModifier) {
+        unit = m_valueChangeStep == 1 ? 3 * WheelUnit : WheelUnit;
+        steps = m_wheelAccumulator / unit;
+    } else {
+        steps = m_wheelAccumulator / unit * m_valueChangeStep;
+    }
+    m_wheelAccumulator %= unit;
+    if (steps != 0)
+        gestureSetValue(value() + steps, event->modifiers());
+}
+
+void KnobController::keyPressEvent(QKeyEvent *event)
+{
+    if (!isEnabled()) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    const int current = value();
+    int target = 0;
+    switch (event->key()) {
+    case Qt::Key_Home: target = minimumValue(); break;
+    case Qt::Key_End: target = maximumValue(); break;
+    case Qt::Key_Left:
+    case Qt::Key_Down: target = current - 1; break;
+    case Qt::Key_Up:
+    case Qt::Key_Right: target = current + 1; break;
+    case Qt::Key_PageUp: target = current + 10 * m_valueChangeStep; break;
+    case Qt::Key_PageDown: target = current - 10 * m_valueChangeStep; break;
+    default: QWidget::keyPressEvent(event); return;
+    }
+    event->accept();
+    gestureSetValue(target, event->modifiers());
+}
+
+void KnobController::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange) {
+        if (!isEnabled())
+            endDrag(); // a drag must not outlive the control's usability
+        update();
+    }
+}
+
+void KnobController::hideEvent(QHideEvent *event)
+{
+    endDrag();
+    QWidget::hideEvent(event);
+}
+
+QRectF KnobController::centredRect(const SvgLayer &layer) const
+{
+    const QSize size = (QSizeF(layer.defaultSize()) * scale()).toSize();
+    return QRectF(QPointF((width() - size.width()) * 0.5, (height() - size.height()) * 0.5), QSizeF(size));
+}
+
+void KnobController::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal dpr = devicePixelRatioF();
+    const float n = normalized();
+
+    if (m_background.isValid())
+        m_background.paint(&painter, centredRect(m_background), dpr);
+
+    if (m_shadow.isValid()) {
+        const QRectF rect = centredRect(m_shadow);
+        painter.drawPixmap(
+            rect.topLeft(), m_shadow.blurred(rect.size().toSize(), dpr, m_shadowBlur * scale()));
+    }
+
+    if (m_knob.isValid()) {
+        const QRectF rect = centredRect(m_knob);
+        const QPixmap knob = m_knob.pixmap(rect.size().toSize(), dpr);
+        painter.save();
+        if (!isEnabled() && m_knobDisableOpacity < 1.0)
+            painter.setOpacity(m_knobDisableOpacity);
+        if (m_knobType == RotateKnob) {
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.translate(width() * 0.5, height() * 0.5);
+            painter.rotate(m_spanAngle * n + m_startAngle);
+            painter.drawPixmap(QPointF(-rect.width() * 0.5, -rect.height() * 0.5), knob);
+        } else {
+            painter.drawPixmap(rect.topLeft(), knob);
+        }
+        painter.restore();
+    }
+
+    if (m_knobType == LineIndex) {
+        const QPalette::ColorGroup group = !isEnabled() ? QPalette::Disabled
+            : hasFocus()                                ? QPalette::Active
+                                                        : QPalette::Inactive;
+        const double theta = (m_spanAngle * n + m_startAngle - 90.0) * Degree;
+        const QPointF direction(std::cos(theta), std::sin(theta));
+        const QPointF centre(width() * 0.5, height() * 0.5);
+        painter.setPen(QPen(palette().color(group, QPalette::WindowText), m_thick * scale(), Qt::SolidLine,
+            Qt::FlatCap, Qt::BevelJoin));
+        painter.drawLine(
+            centre + direction * (m_inside * scale()), centre + direction * (m_outside * scale()));
+    }
+}
+
+} // namespace CommonController_MemAPI

@@ -1,0 +1,131 @@
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+
+#include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/SvgLayer.h"
+
+namespace CommonController_MemAPI {
+
+// A rotary knob drawn from SVG layers: a scale behind it, a blurred shadow and
+// the knob face, either rotated with the value or standing still with an index
+// line drawn over it. Dragging, the wheel and the keys change the value
+// through the value protocol of AbstractController.
+class KnobController : public QWidget, public AbstractController {
+    Q_OBJECT
+    Q_PROPERTY(double startAngle READ startAngle WRITE setStartAngle)
+    Q_PROPERTY(double spanAngle READ spanAngle WRITE setSpanAngle)
+    Q_PROPERTY(double inside READ inside WRITE setInside)
+    Q_PROPERTY(double outside READ outside WRITE setOutside)
+    Q_PROPERTY(double thick READ thick WRITE setThick)
+    Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)
+    Q_PROPERTY(double knobDisableOpacity READ knobDisableOpacity WRITE setKnobDisableOpacity)
+    Q_PROPERTY(QString knobSvg READ knobSvg WRITE setKnobSvg)
+    Q_PROPERTY(QString shadowSvg READ shadowSvg WRITE setShadowSvg)
+    Q_PROPERTY(QString backgroundSvg READ backgroundSvg WRITE setBackgroundSvg)
+    Q_PROPERTY(KnobType knobType READ knobType WRITE setKnobType)
+    Q_PROPERTY(OperationType operationType READ operationType WRITE setOperationType)
+    Q_PROPERTY(int valueChangeStep READ valueChangeStep WRITE setValueChangeStep)
+
+public:
+    enum KnobType { LineIndex = 0, RotateKnob = 1 };
+    Q_ENUM(KnobType)
+    enum OperationType { Circular = 0, Linear = 1, RelativeCircular = 2 };
+    Q_ENUM(OperationType)
+
+    explicit KnobController(QWidget *parent = nullptr);
+    ~KnobController() override;
+
+    double startAngle() const { return m_startAngle; }
+    void setStartAngle(double degrees);
+    double spanAngle() const { return m_spanAngle; }
+    void setSpanAngle(double degrees);
+    double inside() const { return m_inside; }
+    void setInside(double radius);
+    double outside() const { return m_outside; }
+    void setOutside(double radius);
+    double thick() const { return m_thick; }
+    void setThick(double width);
+    double shadowBlur() const { return m_shadowBlur; }
+    void setShadowBlur(double radius);
+    double knobDisableOpacity() const { return m_knobDisableOpacity; }
+    void setKnobDisableOpacity(double opacity);
+    QString knobSvg() const { return m_knob.path(); }
+    void setKnobSvg(const QString &path);
+    QString shadowSvg() const { return m_shadow.path(); }
+    void setShadowSvg(const QString &path);
+    QString backgroundSvg() const { return m_background.path(); }
+    void setBackgroundSvg(const QString &path);
+    KnobType knobType() const { return m_knobType; }
+    void setKnobType(KnobType type);
+    OperationType operationType() const { return m_operationType; }
+    void setOperationType(OperationType type);
+    int valueChangeStep() const { return m_valueChangeStep; }
+    void setValueChangeStep(int step);
+
+    bool isDragging() const { return m_dragging; }
+
+    void setScale(double scale) override;
+    QSize sizeHint() const override;
+
+    // The normalised value of a pointer angle (radians, clockwise from
+    // 3 o'clock); the dead zone below the knob splits at its middle.
+    float angleToNormalized(double angle) const;
+
+signals:
+    void valueChanged(int value);
+    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
+    void drag(bool dragging);
+
+public slots:
+    void valueChangedRequest() override;
+
+protected:
+    void valueChanged() override;
+    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
+
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    double pointerAngle(const QPoint &position) const;
+    void anchorAt(const QPoint &position);
+    void jumpToAngle(const QPoint &position, Qt::KeyboardModifiers modifiers);
+    void endDrag();
+    QRectF centredRect(const SvgLayer &layer) const;
+    void updateAccessibleText();
+
+    double m_startAngle = 210.0;
+    double m_spanAngle = 300.0;
+    double m_inside = 4.0;
+    double m_outside = 14.0;
+    double m_thick = 2.0;
+    double m_shadowBlur = 2.0;
+    double m_knobDisableOpacity = 1.0;
+    SvgLayer m_knob;
+    SvgLayer m_shadow;
+    SvgLayer m_background;
+    KnobType m_knobType = LineIndex;
+    OperationType m_operationType = Circular;
+    int m_valueChangeStep = 1;
+
+    bool m_dragging = false;
+    bool m_fine = false;
+    int m_anchorValue = 0;
+    float m_anchorNormalized = 0.0f;
+    QPoint m_anchorPosition;
+    QPoint m_lastPosition;
+    double m_rotation = 0.0;
+    int m_wheelAccumulator = 0;
+    QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
+};
+
+} // namespace CommonController_MemAPI

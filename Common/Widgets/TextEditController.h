@@ -1,0 +1,115 @@
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+
+#include "Common/Widgets/AbstractController.h"
+
+namespace CommonController_MemAPI {
+
+namespace TextEditControllerPrivate {
+class LineEdit;
+}
+
+// A parameter's value shown as text with an optional unit. Dragging, the
+// wheel and the arrow keys change it like a linear knob; a double click opens
+// an in-place line edit whose text the parameter memory parses.
+class TextEditController : public QWidget, public AbstractController {
+    Q_OBJECT
+    Q_PROPERTY(QString string READ string WRITE setString)
+    Q_PROPERTY(QString postfix READ postfix WRITE setPostfix)
+    Q_PROPERTY(bool expandUnit READ expandUnit WRITE setExpandUnit)
+    Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
+    Q_PROPERTY(bool textTrim READ textTrim WRITE setTextTrim)
+    Q_PROPERTY(int textLeftMargin READ textLeftMargin WRITE setTextLeftMargin)
+    Q_PROPERTY(int textRightMargin READ textRightMargin WRITE setTextRightMargin)
+    Q_PROPERTY(int textMaxLength READ textMaxLength WRITE setTextMaxLength)
+
+public:
+    explicit TextEditController(QWidget *parent = nullptr);
+    ~TextEditController() override;
+
+    QString postfix() const { return m_postfix; }
+    void setPostfix(const QString &postfix);
+    bool expandUnit() const { return m_expandUnit; }
+    void setExpandUnit(bool expand);
+    Qt::Alignment alignment() const { return m_alignment; }
+    void setAlignment(Qt::Alignment alignment);
+    bool textTrim() const { return m_textTrim; }
+    void setTextTrim(bool trim);
+    int textLeftMargin() const { return m_textLeftMargin; }
+    void setTextLeftMargin(int margin);
+    int textRightMargin() const { return m_textRightMargin; }
+    void setTextRightMargin(int margin);
+    int textMaxLength() const { return m_textMaxLength; }
+    void setTextMaxLength(int length);
+    // Value units per coarse step of a drag, the wheel and PageUp/PageDown.
+    int stepSize() const { return m_stepSize; }
+    void setStepSize(int step);
+
+    // The text as shown: the value's text with the postfix.
+    QString shownText() const;
+    // The text offered for editing: without the postfix, units expanded.
+    QString editText() const;
+    bool isEditing() const;
+    bool isDragging() const { return m_dragging; }
+    TextEditControllerPrivate::LineEdit *lineEdit() const { return m_pLineEdit; }
+
+    void setScale(double scale) override;
+    QSize sizeHint() const override;
+
+signals:
+    void valueChanged(int value);
+    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
+    void drag(bool dragging);
+    void textEdit(bool edit);
+
+public slots:
+    void edit();
+    void editFinish();
+    void editCancel();
+    void valueChangedRequest() override;
+
+protected:
+    void valueChanged() override;
+    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
+
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    QString valueText() const;
+    void closeLineEdit();
+    void anchorAt(const QPoint &position);
+    void endDrag();
+    void updateAccessibleText();
+
+    QString m_postfix;
+    bool m_expandUnit = false;
+    Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignVCenter;
+    bool m_textTrim = false;
+    int m_textLeftMargin = 0;
+    int m_textRightMargin = 0;
+    int m_textMaxLength = 10;
+    int m_stepSize = 1;
+
+    TextEditControllerPrivate::LineEdit *m_pLineEdit;
+    bool m_dragging = false;
+    bool m_fine = false;
+    int m_anchorValue = 0;
+    QPoint m_anchorPosition;
+    QPoint m_lastPosition;
+    int m_wheelAccumulator = 0;
+    QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
+};
+
+} // namespace CommonController_MemAPI

@@ -1,0 +1,221 @@
+#include <QApplication>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "Common/Widgets/TextEditController.h"
+#include "Common/Widgets/TextEditLineEdit.h"
+#include "host/Simulation/HostModel.h"
+#include "host/Simulation/ParameterMemory.h"
+
+using CommonController_MemAPI::TextEditController;
+
+namespace {
+
+void mouse(QWidget *widget, QEvent::Type type, QPoint position, Qt::KeyboardModifiers modifiers = {})
+{
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(
+        type, QPointF(position), widget->mapToGlobal(QPointF(position)), button, held, modifiers);
+    QApplication::sendEvent(widget, &event);
+}
+
+} // namespace
+
+class tst_TextEditController : public QObject {
+    Q_OBJECT
+
+private slots:
+    void shownAndEditText_data();
+    void shownAndEditText();
+    void typedText_data();
+    void typedText();
+    void hidingCommits();
+    void dragWheelAndKeys();
+};
+
+void tst_TextEditController::shownAndEditText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("postfix");
+    QTest::addColumn<bool>("expandUnit");
+    QTest::addColumn<bool>("trim");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("edit");
+    QTest::newRow("postfix appended") << "250"
+                                      << " Hz" << false << false << "250 Hz"
+                                      << "250";
+    QTest::newRow("postfix not doubled") << "250 Hz"
+                                         << " Hz" << false << false << "250 Hz"
+                                         << "250";
+    QTest::newRow("kilo expanded") << "1.2k"
+                                   << "" << true << false << "1.2k"
+                                   << "1200";
+    QTest::newRow("mega expanded") << "3.3M"
+                                   << "" << true << false << "3.3M"
+                                   << "3.3e+06";
+    QTest::newRow("giga expanded") << "2g"
+                                   << "" << true << false << "2g"
+                                   << "2e+09";
+    QTest::newRow("postfix cut, then expanded") << "1.2k Hz"
+                                                << " Hz" << true << false << "1.2k Hz"
+                                                << "1200";
+    QTest::newRow("not a number stays") << "peak"
+                                        << "" << true << false << "peak"
+                                        << "peak";
+    QTest::newRow("no expansion unless asked") << "1.2k"
+                                               << "" << false << false << "1.2k"
+                                               << "1.2k";
+    QTest::newRow("trimmed") << " 12 "
+                             << " ms" << false << true << "12 ms"
+                             << "12";
+    QTest::newRow("empty shows nothing") << ""
+                                         << " dB" << false << false << ""
+                                         << "";
+}
+
+void tst_TextEditController::shownAndEditText()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, postfix);
+    QFETCH(bool, expandUnit);
+    QFETCH(bool, trim);
+    QFETCH(QString, shown);
+    QFETCH(QString, edit);
+    TextEditController control;
+    control.setPostfix(postfix);
+    control.setExpandUnit(expandUnit);
+    control.setTextTrim(trim);
+    control.setString(text);
+    QCOMPARE(control.shownText(), shown);
+    QCOMPARE(control.editText(), edit);
+}
+
+void tst_TextEditController::typedText_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("finishKey");
+    QTest::addColumn<bool>("writes");
+    QTest::addColumn<QString>("expectedText");
+    QTest::newRow("new value with Return")
+        << "1.2k" << int(Qt::Key_Return) << true << "1.18k"; // the nearest table step
+    QTest::newRow("same text with Return") << "" << int(Qt::Key_Return) << false << "250";
+    QTest::newRow("Escape cancels") << "1.2k" << int(Qt::Key_Escape) << false << "250";
+    QTest::newRow("text the host rejects") << "abc" << int(Qt::Key_Return) << false << "250";
+}
+
+void tst_TextEditController::typedText()
+{
+    QFETCH(QString, typed);
+    QFETCH(int, finishKey);
+    QFETCH(bool, writes);
+    QFETCH(QString, expectedText);
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    QVERIFY(memory.setValueText("fx_cmp_scfrq", QStringLiteral("250")));
+
+    TextEditController control;
+    control.resize(60, 14);
+    control.setPostfix(QStringLiteral(" Hz"));
+    control.setExpandUnit(true);
+    control.setMemAPIValue(&memory, model.parameterId("fx_cmp_scfrq"), 0);
+    control.show();
+    control.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&control));
+    QCOMPARE(control.shownText(), QStringLiteral("250 Hz"));
+    memory.clearWrites();
+
+    QSignalSpy editSpy(&control, &TextEditController::textEdit);
+    mouse(&control, QEvent::MouseButtonDblClick, QPoint(10, 7));
+    QVERIFY(control.isEditing());
+    QCOMPARE(editSpy.count(), 1);
+    QCOMPARE(editSpy.at(0).at(0).toBool(), true);
+    QLineEdit *lineEdit = control.lineEdit();
+    QCOMPARE(lineEdit->text(), QStringLiteral("250"));
+    QCOMPARE(lineEdit->selectedText(), QStringLiteral("250"));
+    QCOMPARE(lineEdit->geometry(), control.rect());
+
+    if (!typed.isEmpty())
+        QTest::keyClicks(lineEdit, typed); // replaces the selection
+    QTest::keyClick(lineEdit, Qt::Key(finishKey));
+    QVERIFY(!control.isEditing());
+    QCOMPARE(editSpy.count(), 2);
+    QCOMPARE(editSpy.at(1).at(0).toBool(), false);
+    QCOMPARE(memory.writes().size(), writes ? 1 : 0);
+    QCOMPARE(control.string(), expectedText);
+    if (finishKey == Qt::Key_Escape)
+        QCOMPARE(lineEdit->text(), QStringLiteral("250"));
+    QVERIFY(control.hasFocus());
+
+    // Losing the focus without any edit closes the editor, writing nothing.
+    memory.clearWrites();
+    control.edit();
+    QVERIFY(control.isEditing());
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QTRY_VERIFY(!control.isEditing());
+    QCOMPARE(memory.writes().size(), 0);
+}
+
+void tst_TextEditController::hidingCommits()
+{
+    QWidget window;
+    TextEditController control(&window);
+    control.setGeometry(0, 0, 60, 14);
+    control.setMaximumValue(5000);
+    control.setString(QStringLiteral("100"));
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    control.edit();
+    QVERIFY(control.isEditing());
+    QTest::keyClicks(control.lineEdit(), QStringLiteral("440"));
+    QSignalSpy valueSpy(&control, qOverload<int>(&TextEditController::valueChanged));
+    control.hide();
+    QVERIFY(!control.isEditing());
+    QCOMPARE(control.string(), QStringLiteral("440"));
+    QCOMPARE(control.value(), 440);
+    QCOMPARE(valueSpy.count(), 1);
+}
+
+void tst_TextEditController::dragWheelAndKeys()
+{
+    TextEditController control;
+    control.resize(60, 14);
+    control.setMaximumValue(99); // 200 / 100: 2 pixels per step
+    control.setValue(50);
+    control.setStepSize(2);
+    QSignalSpy dragSpy(&control, &TextEditController::drag);
+
+    mouse(&control, QEvent::MouseButtonPress, QPoint(10, 7));
+    mouse(&control, QEvent::MouseMove, QPoint(16, 7)); // 3 steps of 2
+    QCOMPARE(control.value(), 56);
+    mouse(&control, QEvent::MouseMove, QPoint(16, 11)); // down undoes 2 of them
+    QCOMPARE(control.value(), 52);
+    mouse(&control, QEvent::MouseButtonRelease, QPoint(16, 11));
+    QCOMPARE(dragSpy.count(), 2);
+
+    QTest::keyClick(&control, Qt::Key_Up);
+    QCOMPARE(control.value(), 53);
+    QTest::keyClick(&control, Qt::Key_PageDown);
+    QCOMPARE(control.value(), 33);
+    QTest::keyClick(&control, Qt::Key_Right); // accepted, ignored
+    QCOMPARE(control.value(), 33);
+
+    QWheelEvent event(QPointF(5, 5), QPointF(5, 5), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::ShiftModifier,
+        Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&control, &event); // Shift with step size 2: one unit per notch
+    QCOMPARE(control.value(), 34);
+
+    control.setDefaultValue(10);
+    mouse(&control, QEvent::MouseButtonPress, QPoint(10, 7), Qt::ControlModifier);
+    QCOMPARE(control.value(), 10);
+    QCOMPARE(dragSpy.count(), 2);
+}
+
+QTEST_MAIN(tst_TextEditController)
+#include "tst_texteditcontroller.moc"
