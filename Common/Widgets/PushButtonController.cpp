@@ -1,0 +1,480 @@
+#include "Common/Widgets/PushButtonController.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QRegularExpression>
+#include <algorithm>
+#include <cmath>
+
+namespace CommonController_MemAPI {
+
+PushButtonController::PushButtonController(QWidget *parent)
+    : QPushButton(parent)
+{
+    setFocusPolicy(Qt::NoFocus);
+    setMaximumValue(1);
+
+    for (SvgLayer *layer : { &m_buttonSvg, &m_pushButtonSvg, &m_shadowSvg, &m_pushShadowSvg, &m_iconSvg,
+             &m_onIconSvg, &m_onButtonSvg, &m_onPushButtonSvg })
+        connect(layer->renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
+
+    connect(this, &QAbstractButton::pressed, this, &PushButtonController::buttonPress);
+    connect(this, &QAbstractButton::released, this, &PushButtonController::buttonRelease);
+    connect(this, &QAbstractButton::toggled, this, &PushButtonController::buttonToggle);
+    connect(this, &QObject::objectNameChanged, this, [this] { updateAccessibility(); });
+    if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance()))
+        connect(application, &QApplication::focusChanged, this, &PushButtonController::focusChange);
+}
+
+PushButtonController::~PushButtonController()
+{
+    // QWidget's destructor may still move the focus; this part is gone then.
+    if (auto *application = qobject_cast<QApplication *>(QCoreApplication::instance()))
+        disconnect(application, &QApplication::focusChanged, this, &PushButtonController::focusChange);
+}
+
+void PushButtonController::setShadowBlur(double blur)
+{
+    blur = std::max(0.0, blur);
+    if (blur == m_shadowBlur)
+        return;
+    m_shadowBlur = blur;
+    if (m_shadowSvg.isValid() || m_pushShadowSvg.isValid())
+        update();
+}
+
+void PushButtonController::setButtonDisableOpacity(double opacity)
+{
+    opacity = std::clamp(opacity, 0.0, 1.0);
+    if (opacity == m_buttonDisableOpacity)
+        return;
+    m_buttonDisableOpacity = opacity;
+    const bool bodyLoaded = m_buttonSvg.isValid() || m_pushButtonSvg.isValid() || m_onButtonSvg.isValid()
+        || m_onPushButtonSvg.isValid();
+    if (bodyLoaded && !isEnabled())
+        update();
+}
+
+bool PushButtonController::loadSvg(SvgLayer &layer, const QString &path)
+{
+    if (path == layer.path())
+        return false;
+    layer.load(path);
+    update();
+    return true;
+}
+
+void PushButtonController::setButtonSvg(const QString &path)
+{
+    loadSvg(m_buttonSvg, path);
+}
+void PushButtonController::setPushButtonSvg(const QString &path)
+{
+    loadSvg(m_pushButtonSvg, path);
+}
+void PushButtonController::setShadowSvg(const QString &path)
+{
+    loadSvg(m_shadowSvg, path);
+}
+void PushButtonController::setPushShadowSvg(const QString &path)
+{
+    loadSvg(m_pushShadowSvg, path);
+}
+void PushButtonController::setIconSvg(const QString &path)
+{
+    loadSvg(m_iconSvg, path);
+}
+void PushButtonController::setOnIconSvg(const QString &path)
+{
+    loadSvg(m_onIconSvg, path);
+}
+void PushButtonController::setOnButtonSvg(const QString &path)
+{
+    loadSvg(m_onButtonSvg, path);
+}
+void PushButtonController::setOnPushButtonSvg(const QString &path)
+{
+    loadSvg(m_onPushButtonSvg, path);
+}
+
+bool PushButtonController::anySvgLoaded() const
+{
+    for (const SvgLayer *layer : { &m_buttonSvg, &m_pushButtonSvg, &m_shadowSvg, &m_pushShadowSvg, &m_iconSvg,
+             &m_onIconSvg, &m_onButtonSvg, &m_onPushButtonSvg }) {
+        if (layer->isValid())
+            return true;
+    }
+    return false;
+}
+
+bool PushButtonController::setMargin(int &member, int margin)
+{
+    margin = std::max(0, margin);
+    if (margin == member)
+        return false;
+    member = margin;
+    if (!text().isEmpty())
+        update();
+    return true;
+}
+
+void PushButtonController::setTextLeftMargin(int margin)
+{
+    setMargin(m_textLeftMargin, margin);
+}
+void PushButtonController::setTextRightMargin(int margin)
+{
+    setMargin(m_textRightMargin, margin);
+}
+void PushButtonController::setTextTopMargin(int margin)
+{
+    setMargin(m_textTopMargin, margin);
+}
+void PushButtonController::setTextBottomMargin(int margin)
+{
+    setMargin(m_textBottomMargin, margin);
+}
+
+void PushButtonController::setSvgAlignment(Qt::Alignment alignment)
+{
+    if (alignment == m_svgAlignment)
+        return;
+    m_svgAlignment = alignment;
+    if (anySvgLoaded())
+        update();
+}
+
+void PushButtonController::setTextAlignment(Qt::Alignment alignment)
+{
+    if (alignment == m_textAlignment)
+        return;
+    m_textAlignment = alignment;
+    if (!text().isEmpty())
+        update();
+}
+
+void PushButtonController::setOpacity(double opacity)
+{
+    if (opacity == m_opacity)
+        return;
+    m_opacity = opacity;
+    update();
+}
+
+void PushButtonController::setCheckTrigger(CheckTrigger trigger)
+{
+    const CheckTrigger old = m_checkTrigger;
+    trigger &= CheckTrigger(Press | Release | On | Off);
+    // A newly added edge wins over the other one; clearing both edges (or
+    // both directions) flips to the one that was not set before.
+    if ((trigger & Press) && !(old & Press))
+        trigger &= ~CheckTrigger(Release);
+    if ((trigger & Release) && !(old & Release))
+        trigger &= ~CheckTrigger(Press);
+    if (!(trigger & (Press | Release)))
+        trigger |= (old & Press) ? Release : Press;
+    if (!(trigger & (On | Off)))
+        trigger |= (old & On) ? Off : On;
+    m_checkTrigger = trigger;
+}
+
+void PushButtonController::setScale(double scale)
+{
+    if (storeScale(scale))
+        update();
+}
+
+void PushButtonController::valueChangedRequest()
+{
+    valueChanged();
+    emit valueChanged(value());
+}
+
+void PushButtonController::valueChanged()
+{
+    if (isCheckable()) {
+        const bool checked = value() != minimumValue();
+        if (checked != isChecked())
+            setCheckedQuietly(checked);
+    }
+    updateAccessibility();
+    update();
+}
+
+void PushButtonController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
+{
+    emit modifiersChange(this, modifiers);
+}
+
+void PushButtonController::setCheckedQuietly(bool checked)
+{
+    const bool wasSelfChange = m_selfChange;
+    m_selfChange = true;
+    setChecked(checked);
+    m_selfChange = wasSelfChange;
+}
+
+bool PushButtonController::isOn() const
+{
+    return isCheckable() ? isChecked() : isDown();
+}
+
+void PushButtonController::setOn()
+{
+    if (!isEnabled() || !isCheckable() || isChecked())
+        return;
+    setCheckedQuietly(true);
+    gestureSetValue(maximumValue(), Qt::NoModifier);
+}
+
+void PushButtonController::setOff()
+{
+    if (!isEnabled() || !isCheckable() || !isChecked())
+        return;
+    setCheckedQuietly(false);
+    gestureSetValue(minimumValue(), Qt::NoModifier);
+}
+
+void PushButtonController::buttonPress()
+{
+    if (!isCheckable())
+        gestureSetValue(maximumValue(), m_modifiers);
+}
+
+void PushButtonController::buttonRelease()
+{
+    if (!isCheckable())
+        gestureSetValue(minimumValue(), m_modifiers);
+}
+
+void PushButtonController::buttonToggle(bool checked)
+{
+    updateAccessibility();
+    if (m_selfChange || (m_checkTrigger & Press))
+        return;
+    gestureSetValue(checked ? maximumValue() : minimumValue(), m_modifiers);
+}
+
+void PushButtonController::focusChange()
+{
+    // A momentary button must not stay held when the window loses focus.
+    if (focusPolicy() == Qt::NoFocus && isDown()) {
+        setDown(false);
+        buttonRelease();
+    }
+}
+
+bool PushButtonController::hitButton(const QPoint &pos) const
+{
+    return rect().contains(pos);
+}
+
+bool PushButtonController::event(QEvent *event)
+{
+    if (event->type() == QEvent::Show)
+        updateAccessibility();
+    return QPushButton::event(event);
+}
+
+void PushButtonController::mousePressEvent(QMouseEvent *event)
+{
+    m_modifiers = event->modifiers();
+    if (event->buttons() & Qt::RightButton) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    setInside(rect().contains(event->position().toPoint()));
+    // The press may open a modal menu in which the owner deletes us.
+    QPointer<PushButtonController> alive(this);
+    QPushButton::mousePressEvent(event);
+    if (!alive)
+        return;
+    if (event->button() != Qt::LeftButton || !isEnabled() || !isCheckable() || !(m_checkTrigger & Press))
+        return;
+    const bool checked = isChecked();
+    if ((!checked && (m_checkTrigger & On)) || (checked && (m_checkTrigger & Off))) {
+        setCheckedQuietly(!checked);
+        gestureSetValue(!checked ? maximumValue() : minimumValue(), m_modifiers);
+    }
+}
+
+void PushButtonController::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_modifiers = event->modifiers();
+    if (event->button() == Qt::RightButton) {
+        QWidget::mouseReleaseEvent(event);
+        return;
+    }
+    if (event->button() == Qt::LeftButton && isEnabled() && isCheckable()) {
+        const bool allowed = isChecked() ? bool(m_checkTrigger & Off) : bool(m_checkTrigger & On);
+        if (!(m_checkTrigger & Press) && allowed) {
+            QPushButton::mouseReleaseEvent(event);
+            return;
+        }
+        // Press-triggered, or the transition is not allowed: a click
+        // without a toggle.
+        setDown(false);
+        QWidget::mouseReleaseEvent(event);
+        emit clicked(isChecked());
+        emit released();
+        return;
+    }
+    QPushButton::mouseReleaseEvent(event);
+}
+
+void PushButtonController::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_hover || m_inside)
+        setInside(rect().contains(event->position().toPoint()));
+    QPushButton::mouseMoveEvent(event);
+}
+
+void PushButtonController::setInside(bool inside)
+{
+    if (inside == m_inside)
+        return;
+    m_inside = inside;
+    update();
+    emit sideChanged();
+}
+
+void PushButtonController::enterEvent(QEnterEvent *event)
+{
+    m_hover = true;
+    setInside(true);
+    update();
+    QPushButton::enterEvent(event);
+}
+
+void PushButtonController::leaveEvent(QEvent *event)
+{
+    m_hover = false;
+    setInside(false);
+    update();
+    QPushButton::leaveEvent(event);
+}
+
+void PushButtonController::changeEvent(QEvent *event)
+{
+    QPushButton::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
+        update();
+}
+
+QRectF PushButtonController::svgRect(const SvgLayer &layer) const
+{
+    if (m_svgAlignment & Qt::AlignJustify)
+        return QRectF(rect());
+    // Whole logical pixels keep the artwork on the device pixel grid.
+    const QSize size(
+        qRound(layer.defaultSize().width() * scale()), qRound(layer.defaultSize().height() * scale()));
+    int x = (width() - size.width()) / 2;
+    if (m_svgAlignment & Qt::AlignLeft)
+        x = 0;
+    else if (m_svgAlignment & Qt::AlignRight)
+        x = width() - size.width();
+    int y = (height() - size.height()) / 2;
+    if (m_svgAlignment & Qt::AlignTop)
+        y = 0;
+    else if (m_svgAlignment & Qt::AlignBottom)
+        y = height() - size.height();
+    return QRectF(QPointF(x, y), QSizeF(size));
+}
+
+void PushButtonController::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    paintButton(painter);
+}
+
+void PushButtonController::paintButton(QPainter &painter)
+{
+    painter.setRenderHints(
+        QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
+    painter.setOpacity(m_opacity);
+    const qreal dpr = devicePixelRatioF();
+    const bool pushed = isDown() && m_inside;
+
+    // Shadow, blurred once per size, ratio and radius by its layer.
+    SvgLayer &shadow = pushed ? m_pushShadowSvg : m_shadowSvg;
+    if (shadow.isValid()) {
+        const QRectF target = svgRect(shadow);
+        painter.drawPixmap(
+            target.topLeft(), shadow.blurred(target.size().toSize(), dpr, m_shadowBlur * scale()));
+    }
+
+    // Body.
+    SvgLayer *body = &m_buttonSvg;
+    if (pushed)
+        body = (isCheckable() && isChecked() && m_onPushButtonSvg.isValid()) ? &m_onPushButtonSvg
+                                                                             : &m_pushButtonSvg;
+    else if (isCheckable() && isChecked() && m_onButtonSvg.isValid())
+        body = &m_onButtonSvg;
+    if (body->isValid()) {
+        if (isEnabled() || m_buttonDisableOpacity >= 1.0) {
+            body->paint(&painter, svgRect(*body), dpr);
+        } else {
+            // The cached body drawn at a lower opacity looks exactly as an
+            // opacity effect over it would.
+            painter.save();
+            painter.setOpacity(m_opacity * m_buttonDisableOpacity);
+            body->paint(&painter, svgRect(*body), dpr);
+            painter.restore();
+        }
+    }
+
+    // Icon and text share one palette colour.
+    const QPalette::ColorGroup group
+        = !isEnabled() ? QPalette::Disabled : (m_hover ? QPalette::Active : QPalette::Inactive);
+    QPalette::ColorRole role = QPalette::ButtonText;
+    if (pushed)
+        role = m_onIconSvg.isValid() ? QPalette::BrightText : QPalette::HighlightedText;
+    const QColor color = palette().color(group, role);
+
+    SvgLayer &icon = (isOn() && m_onIconSvg.isValid()) ? m_onIconSvg : m_iconSvg;
+    if (icon.isValid()) {
+        const QRectF target = svgRect(icon);
+        painter.drawPixmap(target.topLeft(), icon.tinted(target.size().toSize(), dpr, color));
+    }
+
+    if (!text().isEmpty()) {
+        const QRectF textRect = QRectF(rect()).adjusted(m_textLeftMargin * scale(), m_textTopMargin * scale(),
+            -m_textRightMargin * scale(), -m_textBottomMargin * scale());
+        painter.setPen(color);
+        painter.setFont(font());
+        painter.drawText(textRect, int(m_textAlignment), text());
+    }
+}
+
+QString PushButtonController::fallbackAccessibleName(const QWidget *widget, const QString &text)
+{
+    QString name = text;
+    name.remove(QLatin1Char('&'));
+    if (!name.trimmed().isEmpty())
+        return name.trimmed();
+    name = widget->objectName();
+    static const QRegularExpression memberPrefix(QStringLiteral("^m_p?"));
+    static const QRegularExpression wordStart(QStringLiteral("([a-z0-9])([A-Z])"));
+    name.remove(memberPrefix);
+    name.replace(wordStart, QStringLiteral("\\1 \\2"));
+    return name.trimmed();
+}
+
+void PushButtonController::updateAccessibility()
+{
+    // A button with text is named by its text; an SVG-only one by its object.
+    // A name set by the owner stays; only the one set here follows.
+    if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
+        const QString name = text().isEmpty() ? fallbackAccessibleName(this, QString()) : QString();
+        m_autoAccessibleName = name;
+        if (name != accessibleName())
+            setAccessibleName(name);
+    }
+    const QString description = isCheckable() ? (isChecked() ? tr("on") : tr("off")) : QString();
+    if (description != accessibleDescription())
+        setAccessibleDescription(description);
+}
+
+} // namespace CommonController_MemAPI

@@ -1,0 +1,176 @@
+#pragma once
+
+#include <QPushButton>
+
+#include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/SvgLayer.h"
+
+namespace CommonController_MemAPI {
+
+// An SVG-painted push or toggle button bound to one parameter. A checkable
+// button toggles between minimum and maximum at the mouse edge that
+// checkTrigger names; a plain button is momentary (maximum while held).
+class PushButtonController : public QPushButton, public AbstractController {
+    Q_OBJECT
+    Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)
+    Q_PROPERTY(double buttonDisableOpacity READ buttonDisableOpacity WRITE setButtonDisableOpacity)
+    Q_PROPERTY(QString buttonSvg READ buttonSvg WRITE setButtonSvg)
+    Q_PROPERTY(QString pushButtonSvg READ pushButtonSvg WRITE setPushButtonSvg)
+    Q_PROPERTY(QString shadowSvg READ shadowSvg WRITE setShadowSvg)
+    Q_PROPERTY(QString pushShadowSvg READ pushShadowSvg WRITE setPushShadowSvg)
+    Q_PROPERTY(QString iconSvg READ iconSvg WRITE setIconSvg)
+    Q_PROPERTY(QString onIconSvg READ onIconSvg WRITE setOnIconSvg)
+    Q_PROPERTY(QString onButtonSvg READ onButtonSvg WRITE setOnButtonSvg)
+    Q_PROPERTY(QString onPushButtonSvg READ onPushButtonSvg WRITE setOnPushButtonSvg)
+    Q_PROPERTY(int textLeftMargin READ textLeftMargin WRITE setTextLeftMargin)
+    Q_PROPERTY(int textRightMargin READ textRightMargin WRITE setTextRightMargin)
+    Q_PROPERTY(int textTopMargin READ textTopMargin WRITE setTextTopMargin)
+    Q_PROPERTY(int textBottomMargin READ textBottomMargin WRITE setTextBottomMargin)
+    Q_PROPERTY(Qt::Alignment svgAlignment READ svgAlignment WRITE setSvgAlignment)
+    Q_PROPERTY(Qt::Alignment textAlignment READ textAlignment WRITE setTextAlignment)
+    Q_PROPERTY(double opacity READ opacity WRITE setOpacity)
+    Q_PROPERTY(CheckTrigger checkTrigger READ checkTrigger WRITE setCheckTrigger)
+
+public:
+    enum CheckTriggerFlag {
+        Press = 1,   // a checkable button changes state on the press
+        Release = 2, // ... or on the release
+        On = 16,     // a click may switch it on
+        Off = 32,    // a click may switch it off
+    };
+    Q_DECLARE_FLAGS(CheckTrigger, CheckTriggerFlag)
+    Q_FLAG(CheckTrigger)
+
+    explicit PushButtonController(QWidget *parent = nullptr);
+    ~PushButtonController() override;
+
+    double shadowBlur() const { return m_shadowBlur; }
+    void setShadowBlur(double blur);
+    double buttonDisableOpacity() const { return m_buttonDisableOpacity; }
+    void setButtonDisableOpacity(double opacity);
+
+    QString buttonSvg() const { return m_buttonSvg.path(); }
+    void setButtonSvg(const QString &path);
+    QString pushButtonSvg() const { return m_pushButtonSvg.path(); }
+    void setPushButtonSvg(const QString &path);
+    QString shadowSvg() const { return m_shadowSvg.path(); }
+    void setShadowSvg(const QString &path);
+    QString pushShadowSvg() const { return m_pushShadowSvg.path(); }
+    void setPushShadowSvg(const QString &path);
+    QString iconSvg() const { return m_iconSvg.path(); }
+    void setIconSvg(const QString &path);
+    QString onIconSvg() const { return m_onIconSvg.path(); }
+    void setOnIconSvg(const QString &path);
+    QString onButtonSvg() const { return m_onButtonSvg.path(); }
+    void setOnButtonSvg(const QString &path);
+    QString onPushButtonSvg() const { return m_onPushButtonSvg.path(); }
+    void setOnPushButtonSvg(const QString &path);
+
+    int textLeftMargin() const { return m_textLeftMargin; }
+    void setTextLeftMargin(int margin);
+    int textRightMargin() const { return m_textRightMargin; }
+    void setTextRightMargin(int margin);
+    int textTopMargin() const { return m_textTopMargin; }
+    void setTextTopMargin(int margin);
+    int textBottomMargin() const { return m_textBottomMargin; }
+    void setTextBottomMargin(int margin);
+
+    Qt::Alignment svgAlignment() const { return m_svgAlignment; }
+    void setSvgAlignment(Qt::Alignment alignment);
+    Qt::Alignment textAlignment() const { return m_textAlignment; }
+    void setTextAlignment(Qt::Alignment alignment);
+    double opacity() const { return m_opacity; }
+    void setOpacity(double opacity);
+    CheckTrigger checkTrigger() const { return m_checkTrigger; }
+    void setCheckTrigger(CheckTrigger trigger);
+
+    // Pointer state: inside the widget, and inside the button while moving.
+    bool isHovered() const { return m_hover; }
+    bool isInside() const { return m_inside; }
+
+    void setScale(double scale) override;
+
+    void setOn();
+    void setOff();
+
+    // A readable name for a control that has none: its text, else its
+    // object name without the member prefix, split into words.
+    static QString fallbackAccessibleName(const QWidget *widget, const QString &text);
+
+signals:
+    void valueChanged(int value);
+    void modifiersChange(
+        CommonController_MemAPI::AbstractController *pController, Qt::KeyboardModifiers modifiers);
+    void sideChanged();
+
+public slots:
+    void valueChangedRequest() override;
+    virtual void buttonPress();
+    virtual void buttonRelease();
+    virtual void buttonToggle(bool checked);
+    void focusChange();
+
+public:
+    // Brings the look (checked state, description) up to the value.
+    void valueChanged() override;
+
+protected:
+    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
+
+    bool hitButton(const QPoint &pos) const override;
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+    // Draws shadow, body, icon and text; subclasses paint on top.
+    void paintButton(QPainter &painter);
+    // On: checked, or held down when the button is momentary.
+    bool isOn() const;
+    Qt::KeyboardModifiers lastModifiers() const { return m_modifiers; }
+    // Keeps the accessible name and the value description current.
+    virtual void updateAccessibility();
+    // Checks or unchecks without running the toggle gesture.
+    void setCheckedQuietly(bool checked);
+
+private:
+    bool loadSvg(SvgLayer &layer, const QString &path);
+    bool anySvgLoaded() const;
+    QRectF svgRect(const SvgLayer &layer) const;
+    void setInside(bool inside);
+    bool setMargin(int &member, int margin);
+
+    SvgLayer m_buttonSvg;
+    SvgLayer m_pushButtonSvg;
+    SvgLayer m_shadowSvg;
+    SvgLayer m_pushShadowSvg;
+    SvgLayer m_iconSvg;
+    SvgLayer m_onIconSvg;
+    SvgLayer m_onButtonSvg;
+    SvgLayer m_onPushButtonSvg;
+
+    double m_shadowBlur = 2.0;
+    double m_buttonDisableOpacity = 1.0;
+    int m_textLeftMargin = 0;
+    int m_textRightMargin = 0;
+    int m_textTopMargin = 0;
+    int m_textBottomMargin = 0;
+    Qt::Alignment m_svgAlignment = Qt::AlignCenter;
+    Qt::Alignment m_textAlignment = Qt::AlignCenter;
+    double m_opacity = 1.0;
+    CheckTrigger m_checkTrigger = CheckTrigger(Release | On | Off);
+
+    bool m_selfChange = false;
+    bool m_hover = false;
+    bool m_inside = false;
+    QString m_autoAccessibleName; // the fallback name this control set itself
+    Qt::KeyboardModifiers m_modifiers;
+};
+
+} // namespace CommonController_MemAPI
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(CommonController_MemAPI::PushButtonController::CheckTrigger)
