@@ -1,0 +1,91 @@
+#include "MyPlxPresetFile.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+#include "BufferStream.h"
+#include "FileStream.h"
+#include "PresetFile.h"
+
+namespace {
+
+QString decodePath(const char *path)
+{
+    return path ? QFile::decodeName(path) : QString();
+}
+
+} // namespace
+
+MyPlxPresetFile::MyPlxPresetFile(IComponent *component)
+    : m_component(component)
+{
+}
+
+bool MyPlxPresetFile::load(const char *path, const FUID &classID)
+{
+    return load(decodePath(path), classID);
+}
+
+bool MyPlxPresetFile::load(const QString &path, const FUID &classID)
+{
+    try {
+        FileStream *stream = FileStream::open(path, "rb");
+        if (!stream)
+            return false;
+        const bool ok = PresetFile::loadPreset(stream, classID, m_component);
+        stream->release();
+        return ok;
+    } catch (...) {
+        return false;
+    }
+}
+
+bool MyPlxPresetFile::save(const char *path, const FUID &classID)
+{
+    return save(decodePath(path), classID);
+}
+
+bool MyPlxPresetFile::save(const QString &path, const FUID &classID)
+{
+    if (path.isEmpty())
+        return false;
+    try {
+        auto *buffer = new BufferStream;
+        const bool built = PresetFile::savePreset(buffer, classID, m_component);
+        const QByteArray bytes = buffer->data();
+        buffer->release();
+        if (!built)
+            return false;
+
+        QSaveFile file(path);
+        if (!file.open(QIODevice::WriteOnly))
+            return false;
+        // An uncommitted QSaveFile removes its temporary file when destroyed.
+        if (file.write(bytes) != bytes.size())
+            return false;
+        return file.commit();
+    } catch (...) {
+        return false;
+    }
+}
+
+int MyPlxPresetFile::checkID(const char *path, const FUID &classID)
+{
+    return checkID(decodePath(path), classID);
+}
+
+int MyPlxPresetFile::checkID(const QString &path, const FUID &classID)
+{
+    try {
+        FileStream *stream = FileStream::open(path, "rb");
+        if (!stream)
+            return -1;
+        PresetFile file(stream);
+        stream->release();
+        if (!file.readChunkList())
+            return -1;
+        return file.getClassID() == classID ? 1 : 0;
+    } catch (...) {
+        return -1;
+    }
+}

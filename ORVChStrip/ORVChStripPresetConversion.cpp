@@ -1,0 +1,265 @@
+#include "ORVChStripPresetConversion.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+#include <algorithm>
+
+#include "MyPlxPresetFile.h"
+#include "ORVChStripPresetConverterComponent.h"
+#include "PresetFileInfo.h"
+
+namespace {
+
+const char *const kOrganisation = "Quenmark";
+const char *const kApplication = "Orvane Channel Strip";
+const char *const kAskAgainKey = "PresetConverterAgain";
+
+const char *const kMonoSource = "/Quenmark/Orvane Ch Strip [m]";
+const char *const kStereoSource = "/Quenmark/Orvane Ch Strip [s]";
+const char *const kMonoDestination = "/Halvorn Corporation/Orvane Ch Strip/V1.2Mn";
+const char *const kStereoDestination = "/Halvorn Corporation/Orvane Ch Strip/V1.2St";
+
+const QString kPresetPattern = QStringLiteral("*.plxpreset");
+
+// The absolute path with every existing part resolved through symbolic links,
+// so that two spellings of one folder compare equal even before it exists.
+QString resolvedPath(const QString &path)
+{
+    QString existing = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    QString rest;
+    while (!QFileInfo::exists(existing)) {
+        const QFileInfo info(existing);
+        const QString parent = info.absolutePath();
+        if (parent == existing)
+            break;
+        rest = QLatin1Char('/') + info.fileName() + rest;
+        existing = parent;
+    }
+    const QString canonical = QFileInfo(existing).canonicalFilePath();
+    return QDir::cleanPath((canonical.isEmpty() ? existing : canonical) + rest);
+}
+
+bool isSameOrInside(const QString &path, const QString &folder)
+{
+    return path == folder
+        || path.startsWith(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/'));
+}
+
+PresetConversionItem item(const QString &source, const QString &destination,
+    PresetConversionItem::Outcome outcome, const QString &reason)
+{
+    return PresetConversionItem { source, destination, outcome, reason };
+}
+
+} // namespace
+
+int PresetConversionReport::count(PresetConversionItem::Outcome outcome) const
+{
+    return int(std::count_if(items.cbegin(), items.cend(),
+        [outcome](const PresetConversionItem &item) { return item.outcome == outcome; }));
+}
+
+void PresetConversionReport::append(const PresetConversionReport &other)
+{
+    items += other.items;
+    errors += other.errors;
+}
+
+QString ORVChStripPresetConversion::presetBase()
+{
+#if defined(Q_OS_MACOS)
+    return QStandardPaths::writableLocation(QStandardPaths::HomeLocation)
+        + QStringLiteral("/Library/Audio/Presets");
+#elif defined(Q_OS_WIN)
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+        + QStringLiteral("/Audio/Presets");
+#else
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + QStringLiteral("/Audio/Presets");
+#endif
+}
+
+ORVChStripPresetConversion::FolderPair ORVChStripPresetConversion::monoFolders()
+{
+    const QString base = presetBase();
+    return { base + QLatin1String(kMonoSource), base + QLatin1String(kMonoDestination) };
+}
+
+ORVChStripPresetConversion::FolderPair ORVChStripPresetConversion::stereoFolders()
+{
+    const QString base = presetBase();
+    return { base + QLatin1String(kStereoSource), base + QLatin1String(kStereoDestination) };
+}
+
+QList<ORVChStripPresetConversion::FolderPair> ORVChStripPresetConversion::folderPairs()
+{
+    return { monoFolders(), stereoFolders() };
+}
+
+QString ORVChStripPresetConversion::className(const FUID &classID)
+{
+    if (classID == MonoPresetID)
+        return QStringLiteral("mono");
+    if (classID == StereoPresetID)
+        return QStringLiteral("stereo");
+    return QStringLiteral("other");
+}
+
+PresetConversionReport ORVChStripPresetConversion::convertAll(Options options)
+{
+    PresetConversionReport report;
+    for (const FolderPair &pair : folderPairs())
+        report.append(convert(pair.source, pair.destination, options));
+    return report;
+}
+
+PresetConversionReport ORVChStripPresetConversion::convert(
+    const QString &source, const QString &destination, Options options)
+{
+    PresetConversionReport report;
+    const QFileInfo sourceInfo(source);
+    if (!sourceInfo.isDir())
+        return report; // nothing to convert
+
+    // Writing into the source tree, or into a folder that holds it, could
+    // overwrite the very files being read.
+    const QString from = resolvedPath(source);
+    const QString to = resolvedPath(destination);
+    if (isSameOrInside(to, from) || isSameOrInside(from, to)) {
+        report.errors << QStringLiteral("destination '%1' overlaps the source folder '%2'; nothing converted")
+                             .arg(QDir::toNativeSeparators(destination), QDir::toNativeSeparators(source));
+        return report;
+    }
+    convertFolder(source, destination, options, report);
+    return report;
+}
+
+void ORVChStripPresetConversion::convertFolder(
+    const QString &source, const QString &destination, const Options &options, PresetConversionReport &report)
+{
+    const QDir dir(source);
+    if (!dir.isReadable()) {
+        report.items << item(
+            source, destination, PresetConversionItem::Skipped, QStringLiteral("folder not readable"));
+        return;
+    }
+    const QFileInfoList entries = dir.entryInfoList(
+        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name | QDir::DirsLast);
+
+    for (const QFileInfo &entry : entries) {
+        const QString target = destination + QLatin1Char('/') + entry.fileName();
+        if (entry.isSymLink()) {
+            report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
+                entry.isDir() ? QStringLiteral("symbolic link to a folder")
+                              : QStringLiteral("symbolic link"));
+        } else if (entry.isDir()) {
+            if (entry.isReadable() && entry.isExecutable())
+                convertFolder(entry.filePath(), target, options, report);
+            else
+                report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
+                    QStringLiteral("folder not readable"));
+        } else if (!QDir::match(kPresetPattern, entry.fileName())) {
+            report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
+                QStringLiteral("not a .plxpreset file"));
+        } else if (!entry.isFile()) {
+            report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
+                QStringLiteral("not a regular file"));
+        } else if (!entry.isReadable()) {
+            report.items << item(
+                entry.filePath(), target, PresetConversionItem::Skipped, QStringLiteral("not readable"));
+        } else {
+            convertFile(entry.filePath(), destination, options, report);
+        }
+    }
+}
+
+void ORVChStripPresetConversion::convertFile(
+    const QString &source, const QString &destination, const Options &options, PresetConversionReport &report)
+{
+    const QString target = destination + QLatin1Char('/') + QFileInfo(source).fileName();
+
+    FUID classID;
+    if (MyPlxPresetFile::checkID(source, MonoPresetID) == 1) {
+        classID = MonoPresetID;
+    } else if (MyPlxPresetFile::checkID(source, StereoPresetID) == 1) {
+        classID = StereoPresetID;
+    } else {
+        const PresetFileInfo info = PresetFileInfo::read(source);
+        const QString reason = info.isValid()
+            ? QStringLiteral("class id %1 is neither the mono nor the stereo class")
+                  .arg(QString::fromLatin1(info.classIdText))
+            : QStringLiteral("not a preset: ") + info.error;
+        report.items << item(source, target, PresetConversionItem::Skipped, reason);
+        return;
+    }
+    const QString kind = className(classID) + QStringLiteral(" preset");
+
+    auto *component = new ORVChStripPresetConverterComponent;
+    MyPlxPresetFile preset(component);
+    const bool loaded = preset.load(source, classID);
+    if (!loaded) {
+        component->release();
+        report.items << item(source, target, PresetConversionItem::Skipped,
+            kind + QStringLiteral(" whose component state cannot be read"));
+        return;
+    }
+
+    const bool replaces = QFileInfo::exists(target);
+    QString done = kind;
+    if (classID != StereoPresetID)
+        done += QStringLiteral(", re-written under the stereo class id");
+    if (replaces)
+        done += QStringLiteral(", replaces the existing file");
+    PresetConversionItem result;
+    if (QFileInfo(destination).isSymLink() || QFileInfo(target).isSymLink()) {
+        // Writing through a link could land anywhere, the source tree included.
+        result = item(source, target, PresetConversionItem::Failed,
+            QStringLiteral("destination is a symbolic link; not written"));
+    } else if (QFileInfo(target).isDir()) {
+        result
+            = item(source, target, PresetConversionItem::Failed, QStringLiteral("destination is a folder"));
+    } else if (options.dryRun) {
+        result = item(source, target, PresetConversionItem::WouldConvert, done);
+    } else if (!createDirectory(destination)) {
+        result = item(source, target, PresetConversionItem::Failed,
+            QStringLiteral("cannot create the folder '%1'").arg(QDir::toNativeSeparators(destination)));
+    } else if (!preset.save(target, StereoPresetID)) {
+        result = item(source, target, PresetConversionItem::Failed,
+            replaces ? QStringLiteral("cannot write the file; the existing file is left as it was")
+                     : QStringLiteral("cannot write the file"));
+    } else {
+        result = item(source, target, PresetConversionItem::Converted, done);
+    }
+    component->release();
+    report.items << result;
+}
+
+bool ORVChStripPresetConversion::createDirectory(const QString &dir)
+{
+    if (dir.isEmpty())
+        return false;
+    const QFileInfo info(dir);
+    if (info.isDir())
+        return true;
+    if (info.exists())
+        return false; // a file stands where the folder should be
+    const QString path = QDir::cleanPath(info.absoluteFilePath());
+    const QString parent = QFileInfo(path).absolutePath();
+    if (parent == path || !createDirectory(parent))
+        return false;
+    return QDir(parent).mkdir(QFileInfo(path).fileName()) || QFileInfo(path).isDir();
+}
+
+bool ORVChStripPresetConversion::askAgain()
+{
+    const QSettings settings { QLatin1String(kOrganisation), QLatin1String(kApplication) };
+    return settings.value(QLatin1String(kAskAgainKey), true).toBool();
+}
+
+void ORVChStripPresetConversion::setAskAgain(bool again)
+{
+    QSettings settings { QLatin1String(kOrganisation), QLatin1String(kApplication) };
+    settings.setValue(QLatin1String(kAskAgainKey), again);
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include "Interfaces/FUID.h"
+
+// One file met by a conversion and what became of it.
+struct PresetConversionItem {
+    enum Outcome {
+        Converted,    // written to the destination
+        WouldConvert, // a dry run found it convertible
+        Skipped,      // not a preset of either class, a symbolic link, unreadable, ...
+        Failed,       // a preset that could not be loaded or written
+    };
+
+    QString source;
+    QString destination;
+    Outcome outcome = Skipped;
+    QString reason; // why it was skipped or failed; for a conversion, the class met
+};
+
+// What a conversion did, file by file.
+struct PresetConversionReport {
+    QList<PresetConversionItem> items;
+    QStringList errors; // problems with the folders themselves
+
+    int count(PresetConversionItem::Outcome outcome) const;
+    void append(const PresetConversionReport &other);
+};
+
+struct PresetConversionOptions {
+    bool dryRun = false; // report what would be done, write nothing
+};
+
+// Copies preset files of the old mono and stereo plug-in classes into the
+// folders the current version loads from, re-written under the stereo class
+// id with the component state carried across unchanged. Source folders are
+// only ever read. A destination file is only ever replaced by a complete one.
+class ORVChStripPresetConversion {
+public:
+    static constexpr FUID MonoPresetID { 0x504C5863, 0x73744D75, 0x72206368, 0x20737472 };
+    static constexpr FUID StereoPresetID { 0x504C5863, 0x73745375, 0x72206368, 0x20737472 };
+
+    struct FolderPair {
+        QString source;
+        QString destination;
+    };
+
+    using Options = PresetConversionOptions;
+
+    // The folder that holds the user's presets (macOS: ~/Library/Audio/Presets;
+    // Linux: $XDG_DATA_HOME/Audio/Presets; Windows: Documents/Audio/Presets).
+    static QString presetBase();
+    static FolderPair monoFolders();
+    static FolderPair stereoFolders();
+    static QList<FolderPair> folderPairs();
+
+    // "mono", "stereo" or "other".
+    static QString className(const FUID &classID);
+
+    // Converts source into destination, sub-folders included.
+    static PresetConversionReport convert(const QString &source, const QString &destination, Options options);
+    static PresetConversionReport convert(const QString &source, const QString &destination)
+    {
+        return convert(source, destination, Options());
+    }
+    // Converts both folder pairs.
+    static PresetConversionReport convertAll(Options options = Options());
+
+    // Creates dir with all its missing parents; true when it exists afterwards.
+    static bool createDirectory(const QString &dir);
+
+    // The user setting "PresetConverterAgain": whether the converter is to ask
+    // again. An absent key counts as asking again.
+    static bool askAgain();
+    static void setAskAgain(bool again);
+
+private:
+    static void convertFolder(const QString &source, const QString &destination, const Options &options,
+        PresetConversionReport &report);
+    static void convertFile(const QString &source, const QString &destination, const Options &options,
+        PresetConversionReport &report);
+};

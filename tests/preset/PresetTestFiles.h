@@ -1,0 +1,120 @@
+#pragma once
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QtEndian>
+
+#include "ORVChStrip/BufferStream.h"
+#include "ORVChStrip/MyPlxPresetFile.h"
+#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/PresetFile.h"
+
+// Helpers shared by the preset tests: build preset files with a known
+// component state, patch their bytes, and fingerprint folder trees.
+namespace PresetTestFiles {
+
+inline const FUID MonoID(0x504C5863, 0x73744D75, 0x72206368, 0x20737472);
+inline const FUID StereoID(0x504C5863, 0x73745375, 0x72206368, 0x20737472);
+inline const FUID ThirdID(0x11223344, 0x55667788, 0x99AABBCC, 0xDDEEFF00);
+
+// A state with every byte value, so that any re-encoding would show.
+inline QByteArray stateBytes(int size, int seed = 0)
+{
+    QByteArray bytes(size, '\0');
+    for (int i = 0; i < size; ++i)
+        bytes[i] = char((i * 7 + seed) & 0xFF);
+    return bytes;
+}
+
+inline bool writePreset(const QString &path, const FUID &classID, const QByteArray &state)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    auto *component = new ORVChStripPresetConverterComponent;
+    auto *input = new BufferStream(state);
+    const bool loaded = component->setState(input) == kResultOk;
+    input->release();
+    const bool saved = loaded && MyPlxPresetFile(component).save(path, classID);
+    component->release();
+    return saved;
+}
+
+inline QByteArray presetBytes(const FUID &classID, const QByteArray &state)
+{
+    auto *component = new ORVChStripPresetConverterComponent;
+    auto *input = new BufferStream(state);
+    component->setState(input);
+    input->release();
+    auto *output = new BufferStream;
+    PresetFile::savePreset(output, classID, component);
+    const QByteArray bytes = output->data();
+    output->release();
+    component->release();
+    return bytes;
+}
+
+inline QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+inline QByteArray littleEndian64(qint64 value)
+{
+    QByteArray bytes(8, '\0');
+    qToLittleEndian<qint64>(value, bytes.data());
+    return bytes;
+}
+
+inline QByteArray littleEndian32(qint32 value)
+{
+    QByteArray bytes(4, '\0');
+    qToLittleEndian<qint32>(value, bytes.data());
+    return bytes;
+}
+
+// The component state stored in a preset file, as the converter would read it.
+inline QByteArray loadState(const QString &path, const FUID &classID)
+{
+    auto *component = new ORVChStripPresetConverterComponent;
+    QByteArray state;
+    if (MyPlxPresetFile(component).load(path, classID)) {
+        const auto &bytes = component->state();
+        state = QByteArray(reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size()));
+    }
+    component->release();
+    return state;
+}
+
+// Relative path -> SHA-256 of every file, link target for symbolic links.
+inline QMap<QString, QByteArray> fingerprint(const QString &root)
+{
+    QMap<QString, QByteArray> result;
+    QDirIterator it(root, QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System,
+        QDirIterator::Subdirectories);
+    const QDir base(root);
+    while (it.hasNext()) {
+        const QFileInfo info(it.next());
+        const QString relative = base.relativeFilePath(info.filePath());
+        if (info.isSymLink())
+            result.insert(relative, "link:" + info.symLinkTarget().toUtf8());
+        else if (info.isDir())
+            result.insert(relative + QLatin1Char('/'), QByteArray());
+        else
+            result.insert(
+                relative, QCryptographicHash::hash(readFile(info.filePath()), QCryptographicHash::Sha256));
+    }
+    return result;
+}
+
+} // namespace PresetTestFiles

@@ -1,0 +1,134 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "PresetTestFiles.h"
+
+using namespace PresetTestFiles;
+
+namespace {
+
+struct ToolRun {
+    int exitCode = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+ToolRun runTool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(ORV_TOOL_PATH), arguments);
+    ToolRun run;
+    if (!process.waitForFinished(30000))
+        return run;
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.out = process.readAllStandardOutput();
+    run.err = process.readAllStandardError();
+    return run;
+}
+
+} // namespace
+
+class TestPresetTool : public QObject {
+    Q_OBJECT
+
+private slots:
+    void info_data();
+    void info();
+    void infoJson();
+    void convertDryRunJson();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestPresetTool::info_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QStringList>("expected"); // in stdout for a preset, stderr otherwise
+
+    const QByteArray mono = presetBytes(MonoID, stateBytes(30));
+    QTest::newRow("mono") << mono << 0
+                          << QStringList { "'PLX3'", "version      1",
+                                 "504C586373744D757220636820737472 (mono)",
+                                 "chunk list   offset 78, 1 entry declared",
+                                 "chunk 'Comp'  offset 48  size 30" };
+    QTest::newRow("third class") << presetBytes(ThirdID, stateBytes(30)) << 0 << QStringList { "(other)" };
+    QTest::newRow("bad magic") << QByteArray(mono).replace(0, 4, "XX\x01X") << 1
+                               << QStringList { "bad.plxpreset",
+                                      "bad magic 'XX\\x01X' at offset 0, expected 'PLX3'" };
+    QTest::newRow("list offset 0") << QByteArray(mono).replace(40, 8, littleEndian64(0)) << 1
+                                   << QStringList { "chunk list offset 0 in bytes 40-47" };
+    QTest::newRow("list moved") << QByteArray(mono).replace(40, 8, littleEndian64(50)) << 1
+                                << QStringList { "chunk list at offset 50: expected 'List'" };
+}
+
+void TestPresetTool::info()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, exitCode);
+    QFETCH(QStringList, expected);
+
+    const QString path = m_dir.filePath(
+        exitCode == 0 ? QStringLiteral("good [s].plxpreset") : QStringLiteral("bad.plxpreset"));
+    QVERIFY(writeFile(path, bytes));
+    const ToolRun run = runTool({ QStringLiteral("preset"), QStringLiteral("info"), path });
+    QCOMPARE(run.exitCode, exitCode);
+    const QString text = QString::fromUtf8(exitCode == 0 ? run.out : run.err);
+    for (const QString &part : expected)
+        QVERIFY2(text.contains(part), qPrintable(text));
+}
+
+void TestPresetTool::infoJson()
+{
+    const QString path = m_dir.filePath(QStringLiteral("json.plxpreset"));
+    QVERIFY(writeFile(path, presetBytes(StereoID, stateBytes(12))));
+    const ToolRun run
+        = runTool({ QStringLiteral("preset"), QStringLiteral("info"), path, QStringLiteral("--json") });
+    QCOMPARE(run.exitCode, 0);
+    const QJsonObject object = QJsonDocument::fromJson(run.out).object();
+    QCOMPARE(object.value(QLatin1String("class")).toString(), QStringLiteral("stereo"));
+    QCOMPARE(object.value(QLatin1String("list_offset")).toInteger(), 60);
+    const QJsonArray chunks = object.value(QLatin1String("chunks")).toArray();
+    QCOMPARE(chunks.size(), 1);
+    QCOMPARE(chunks.first().toObject().value(QLatin1String("size")).toInteger(), 12);
+
+    const ToolRun missing = runTool({ QStringLiteral("preset"), QStringLiteral("info"),
+        m_dir.filePath(QStringLiteral("none")), "--json" });
+    QCOMPARE(missing.exitCode, 1);
+    QCOMPARE(QJsonDocument::fromJson(missing.out).object().value(QLatin1String("valid")).toBool(true), false);
+}
+
+void TestPresetTool::convertDryRunJson()
+{
+    const QString source = m_dir.filePath(QStringLiteral("tree/src"));
+    const QString destination = m_dir.filePath(QStringLiteral("tree/dst"));
+    QVERIFY(writePreset(source + QStringLiteral("/A.plxpreset"), MonoID, stateBytes(40)));
+    QVERIFY(writePreset(source + QStringLiteral("/Vocals/Warm/B.plxpreset"), StereoID, stateBytes(40)));
+    QVERIFY(writePreset(source + QStringLiteral("/C.plxpreset"), ThirdID, stateBytes(40)));
+
+    const ToolRun run = runTool({ QStringLiteral("preset"), QStringLiteral("convert"),
+        QStringLiteral("--dry-run"), QStringLiteral("--json"), QStringLiteral("--from"), source,
+        QStringLiteral("--to"), destination });
+    QCOMPARE(run.exitCode, 0);
+    const QJsonObject object = QJsonDocument::fromJson(run.out).object();
+    QVERIFY2(!object.isEmpty(), run.out.constData());
+    QCOMPARE(object.value(QLatin1String("dry_run")).toBool(), true);
+    const QJsonObject totals = object.value(QLatin1String("totals")).toObject();
+    QCOMPARE(totals.value(QLatin1String("would_convert")).toInt(), 2);
+    QCOMPARE(totals.value(QLatin1String("skipped")).toInt(), 1);
+    QCOMPARE(totals.value(QLatin1String("converted")).toInt(), 0);
+    QCOMPARE(object.value(QLatin1String("files")).toArray().size(), 3);
+    QVERIFY(!QFileInfo::exists(destination));
+
+    const ToolRun bad
+        = runTool({ QStringLiteral("preset"), QStringLiteral("convert"), QStringLiteral("--from"), source });
+    QCOMPARE(bad.exitCode, 2);
+}
+
+QTEST_GUILESS_MAIN(TestPresetTool)
+#include "tst_preset_tool.moc"

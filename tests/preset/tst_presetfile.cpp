@@ -1,0 +1,276 @@
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "ORVChStrip/FileStream.h"
+#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/ReadOnlyBStream.h"
+#include "PresetTestFiles.h"
+
+using namespace PresetTestFiles;
+
+class TestPresetFile : public QObject {
+    Q_OBJECT
+
+private slots:
+    void saveLayout_data();
+    void saveLayout();
+    void checkID_data();
+    void checkID();
+    void listCappedOnRead();
+    void chunkLimitOnWrite();
+    void windowReads_data();
+    void windowReads();
+    void loadClassMatching_data();
+    void loadClassMatching();
+    void oddFileNames_data();
+    void oddFileNames();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestPresetFile::saveLayout_data()
+{
+    QTest::addColumn<int>("stateSize");
+    QTest::newRow("one byte") << 1;
+    QTest::newRow("one piece") << 256;
+    QTest::newRow("piece and a byte") << 257;
+    QTest::newRow("several pieces") << 5000;
+}
+
+void TestPresetFile::saveLayout()
+{
+    QFETCH(int, stateSize);
+    const QString path = m_dir.filePath(QStringLiteral("layout-%1.plxpreset").arg(stateSize));
+    const QByteArray state = stateBytes(stateSize, 3);
+    QVERIFY(writePreset(path, MonoID, state));
+
+    const QByteArray bytes = readFile(path);
+    const qint64 listOffset = 48 + stateSize;
+    QCOMPARE(bytes.size(), listOffset + 8 + 20);
+    QCOMPARE(bytes.left(4), QByteArray("PLX3"));
+    QCOMPARE(qFromLittleEndian<qint32>(bytes.constData() + 4), 1);
+    QCOMPARE(bytes.mid(8, 32), QByteArray("504C586373744D757220636820737472"));
+    QCOMPARE(qFromLittleEndian<qint64>(bytes.constData() + 40), listOffset);
+    QCOMPARE(bytes.mid(48, stateSize), state);
+    QCOMPARE(bytes.mid(listOffset, 4), QByteArray("List"));
+    QCOMPARE(qFromLittleEndian<qint32>(bytes.constData() + listOffset + 4), 1);
+    QCOMPARE(bytes.mid(listOffset + 8, 4), QByteArray("Comp"));
+    QCOMPARE(qFromLittleEndian<qint64>(bytes.constData() + listOffset + 12), qint64(48));
+    QCOMPARE(qFromLittleEndian<qint64>(bytes.constData() + listOffset + 20), qint64(stateSize));
+
+    QCOMPARE(loadState(path, MonoID), state);
+}
+
+void TestPresetFile::checkID_data()
+{
+    QTest::addColumn<QByteArray>("bytes"); // empty: no file at all
+    QTest::addColumn<int>("expected");     // checkID against the stereo class
+    QTest::addColumn<QString>("reason");   // start of PresetFileInfo's error
+
+    const QByteArray good = presetBytes(StereoID, stateBytes(100));
+    const qint64 listOffset = 148;
+    QTest::newRow("stereo preset") << good << 1 << QString();
+    QTest::newRow("mono preset") << presetBytes(MonoID, stateBytes(100)) << 0 << QString();
+    QTest::newRow("third class") << presetBytes(ThirdID, stateBytes(100)) << 0 << QString();
+    QTest::newRow("lower-case class id")
+        << QByteArray(good).replace(8, 32, QByteArray(StereoID.toString().c_str()).toLower()) << 1
+        << QString();
+    QTest::newRow("missing file") << QByteArray() << -1 << QStringLiteral("cannot open");
+    QTest::newRow("bad magic") << QByteArray(good).replace(0, 4, "XXXX") << -1
+                               << QStringLiteral("bad magic 'XXXX' at offset 0, expected 'PLX3'");
+    QTest::newRow("too short") << good.left(30) << -1 << QStringLiteral("file is 30 bytes long");
+    QTest::newRow("list offset 0") << QByteArray(good).replace(40, 8, littleEndian64(0)) << -1
+                                   << QStringLiteral("chunk list offset 0 in bytes 40-47");
+    QTest::newRow("negative list offset") << QByteArray(good).replace(40, 8, littleEndian64(-5)) << -1
+                                          << QStringLiteral("chunk list offset -5 in bytes 40-47");
+    QTest::newRow("list offset past end") << QByteArray(good).replace(40, 8,
+        littleEndian64(9999)) << -1 << QStringLiteral("chunk list offset 9999 in bytes 40-47 lies past");
+    QTest::newRow("list offset off by one")
+        << QByteArray(good).replace(40, 8, littleEndian64(listOffset + 1)) << -1
+        << QStringLiteral("chunk list at offset 149: expected 'List'");
+    QTest::newRow("class id not hex")
+        << QByteArray(good).replace(8, 1, "G") << -1 << QStringLiteral("class id in bytes 8-39");
+    QTest::newRow("no entries") << QByteArray(good).replace(listOffset + 4, 4, littleEndian32(0)) << -1
+                                << QStringLiteral("chunk list at offset 148 declares 0 entries");
+    QTest::newRow("list cut short") << good.left(listOffset + 8
+        + 10) << -1 << QStringLiteral("chunk list at offset 148: file ends before the first entry");
+}
+
+void TestPresetFile::checkID()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, expected);
+    QFETCH(QString, reason);
+
+    const QString path
+        = m_dir.filePath(QString::fromLatin1(QTest::currentDataTag()) + QStringLiteral(".plxpreset"));
+    if (!bytes.isEmpty())
+        QVERIFY(writeFile(path, bytes));
+    QCOMPARE(MyPlxPresetFile::checkID(path, StereoID), expected);
+
+    // The description agrees with the loader on what is a preset.
+    const PresetFileInfo info = PresetFileInfo::read(path);
+    QCOMPARE(info.isValid(), expected != -1);
+    QVERIFY2(info.error.startsWith(reason), qPrintable(info.error));
+}
+
+void TestPresetFile::listCappedOnRead()
+{
+    // A file whose list declares 200 entries and holds all of them.
+    QByteArray bytes = presetBytes(StereoID, stateBytes(10));
+    const qint64 listOffset = 58;
+    bytes.truncate(listOffset);
+    bytes += "List" + littleEndian32(200);
+    for (int i = 0; i < 200; ++i)
+        bytes += "Comp" + littleEndian64(48) + littleEndian64(10);
+    const QString path = m_dir.filePath(QStringLiteral("many.plxpreset"));
+    QVERIFY(writeFile(path, bytes));
+
+    FileStream *stream = FileStream::open(path, "rb");
+    QVERIFY(stream);
+    PresetFile file(stream);
+    stream->release();
+    QVERIFY(file.readChunkList());
+    QCOMPARE(file.getEntryCount(), 128);
+
+    const PresetFileInfo info = PresetFileInfo::read(path);
+    QVERIFY(info.isValid());
+    QCOMPARE(info.declaredCount, 200);
+    QCOMPARE(info.chunks.size(), 128);
+    QCOMPARE(info.warnings.size(), 1);
+}
+
+void TestPresetFile::chunkLimitOnWrite()
+{
+    auto *stream = new BufferStream;
+    PresetFile file(stream);
+    stream->release();
+    QVERIFY(file.writeHeader());
+    for (int i = 0; i < PresetFile::kMaxEntries; ++i) {
+        PresetFile::Entry entry;
+        QVERIFY(file.beginChunk(entry, PresetFile::kComponentState));
+        QCOMPARE(stream->write("ab", 2), int32_t(kResultOk));
+        QVERIFY(file.endChunk(entry));
+        QCOMPARE(entry.size, qint64(2));
+    }
+    PresetFile::Entry extra;
+    QVERIFY(!file.beginChunk(extra, PresetFile::kMetaInfo));
+    QVERIFY(!file.endChunk(extra));
+    QCOMPARE(file.getEntryCount(), 128);
+    QVERIFY(file.writeChunkList());
+
+    const qint64 listOffset = 48 + 2 * 128;
+    QCOMPARE(qFromLittleEndian<qint64>(stream->data().constData() + 40), listOffset);
+    QCOMPARE(stream->data().size(), listOffset + 8 + 20 * 128);
+}
+
+void TestPresetFile::windowReads_data()
+{
+    QTest::addColumn<qint64>("seekTo");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<qint64>("landed");
+    QTest::addColumn<int>("wanted");
+    QTest::addColumn<QByteArray>("expected");
+
+    // The window is "cdefgh" inside "abcdefghij".
+    QTest::newRow("start") << qint64(0) << int(IBStream::kIBSeekSet) << qint64(0) << 4 << QByteArray("cdef");
+    QTest::newRow("read clamped") << qint64(0) << int(IBStream::kIBSeekSet) << qint64(0) << 100
+                                  << QByteArray("cdefgh");
+    QTest::newRow("from end") << qint64(-2) << int(IBStream::kIBSeekEnd) << qint64(4) << 10
+                              << QByteArray("gh");
+    QTest::newRow("from current") << qint64(3) << int(IBStream::kIBSeekCur) << qint64(3) << 2
+                                  << QByteArray("fg");
+    QTest::newRow("past end") << qint64(50) << int(IBStream::kIBSeekSet) << qint64(6) << 4 << QByteArray();
+    QTest::newRow("before start") << qint64(-3) << int(IBStream::kIBSeekCur) << qint64(0) << 1
+                                  << QByteArray("c");
+}
+
+void TestPresetFile::windowReads()
+{
+    QFETCH(qint64, seekTo);
+    QFETCH(int, mode);
+    QFETCH(qint64, landed);
+    QFETCH(int, wanted);
+    QFETCH(QByteArray, expected);
+
+    auto *source = new BufferStream(QByteArray("abcdefghij"));
+    auto *window = new ReadOnlyBStream(source, 2, 6);
+    source->release(); // the window keeps it alive
+
+    // Someone else moving the source must not disturb the window.
+    QCOMPARE(source->seek(9, IBStream::kIBSeekSet), int32_t(kResultOk));
+    int64_t position = -1;
+    QCOMPARE(window->seek(seekTo, mode, &position), int32_t(kResultOk));
+    QCOMPARE(position, landed);
+    QByteArray buffer(wanted, '\0');
+    int32_t got = -1;
+    QCOMPARE(window->read(buffer.data(), wanted, &got), int32_t(kResultOk));
+    QCOMPARE(buffer.left(got), expected);
+    QCOMPARE(window->tell(&position), int32_t(kResultOk));
+    QCOMPARE(position, landed + got);
+
+    int32_t written = -1;
+    QVERIFY(window->write("z", 1, &written) != kResultOk);
+    QCOMPARE(written, 0);
+    QCOMPARE(source->data(), QByteArray("abcdefghij"));
+    window->release();
+}
+
+void TestPresetFile::loadClassMatching_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QList<FUID>>("alternatives");
+    QTest::addColumn<bool>("loads");
+
+    const QByteArray mono = presetBytes(MonoID, stateBytes(600));
+    QTest::newRow("same class") << mono << QList<FUID>() << false;
+    QTest::newRow("alternative") << mono << QList<FUID> { ThirdID, MonoID } << true;
+    QTest::newRow("no match") << mono << QList<FUID> { ThirdID } << false;
+    QTest::newRow("state cut short") << presetBytes(StereoID, stateBytes(600)).left(400) << QList<FUID>()
+                                     << false;
+    QTest::newRow("chunk past end")
+        << QByteArray(presetBytes(StereoID, stateBytes(600))).replace(48 + 600 + 20, 8, littleEndian64(1000))
+        << QList<FUID>() << false;
+    QTest::newRow("stereo") << presetBytes(StereoID, stateBytes(600)) << QList<FUID>() << true;
+}
+
+void TestPresetFile::loadClassMatching()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QList<FUID>, alternatives);
+    QFETCH(bool, loads);
+
+    auto *stream = new BufferStream(bytes);
+    auto *component = new ORVChStripPresetConverterComponent;
+    QCOMPARE(PresetFile::loadPreset(stream, StereoID, component, alternatives), loads);
+    if (loads)
+        QCOMPARE(QByteArray(reinterpret_cast<const char *>(component->state().data()), 600), stateBytes(600));
+    component->release();
+    stream->release();
+}
+
+void TestPresetFile::oddFileNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("spaces and brackets") << QStringLiteral("Orvane Ch Strip [s] (copy 2).plxpreset");
+    QTest::newRow("accents") << QStringLiteral("Wärme – Stimme é.plxpreset");
+    QTest::newRow("cjk") << QStringLiteral("ボーカル 温かい.plxpreset");
+    QTest::newRow("quotes and percent") << QStringLiteral("it's \"100%\" #1 & more.plxpreset");
+}
+
+void TestPresetFile::oddFileNames()
+{
+    QFETCH(QString, name);
+    const QString path = m_dir.filePath(QStringLiteral("odd/") + name);
+    const QByteArray state = stateBytes(321, 9);
+    QVERIFY(writePreset(path, StereoID, state));
+    QVERIFY(QFileInfo::exists(path));
+    QCOMPARE(MyPlxPresetFile::checkID(path, StereoID), 1);
+    QCOMPARE(MyPlxPresetFile::checkID(QFile::encodeName(path).constData(), StereoID), 1);
+    QCOMPARE(loadState(path, StereoID), state);
+    QVERIFY(PresetFileInfo::read(path).isValid());
+}
+
+QTEST_GUILESS_MAIN(TestPresetFile)
+#include "tst_presetfile.moc"
