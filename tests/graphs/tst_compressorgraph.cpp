@@ -1,0 +1,218 @@
+#include <QPainter>
+#include <QTest>
+#include <cmath>
+
+#include "GraphTestEditor.h"
+#include "HostModel.h"
+#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/ORVChStripCompressorGraph.h"
+#include "ParameterMemory.h"
+
+// Textbook quadratic knee of width w around threshold te, for checking the
+// curve's knee shapes independently.
+static double quadraticKnee(double x, double te, double ratio, double w)
+{
+    const double slope = 1.0 / ratio - 1.0;
+    if (x - te <= -w / 2)
+        return x;
+    if (x - te >= w / 2)
+        return x + slope * (x - te);
+    const double d = x - te + w / 2;
+    return x + slope * d * d / (2.0 * w);
+}
+
+class TestCompressorGraph : public QObject {
+    Q_OBJECT
+
+private slots:
+    void effectiveThreshold_data();
+    void effectiveThreshold();
+    void kneeShapes_data();
+    void kneeShapes();
+    void identityCases_data();
+    void identityCases();
+    void outline();
+    void observers();
+    void paintsTheArea_data();
+    void paintsTheArea();
+};
+
+void TestCompressorGraph::effectiveThreshold_data()
+{
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<int>("drive");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("T 0, no drive") << 100 << 0 << 0.0;
+    QTest::newRow("T -20, no drive") << 0 << 0 << 0.0;
+    QTest::newRow("T -20, drive 6.2") << 0 << 31 << -26.2;
+    QTest::newRow("T -20, drive 3 blends") << 0 << 15 << 3.0 * (-23.0) / 6.2;
+    QTest::newRow("T -20, drive 20") << 0 << 100 << -40.0;
+    QTest::newRow("T -10, drive 10") << 50 << 50 << -20.0;
+    QTest::newRow("T +10 held at 0") << 150 << 10 << 0.0;
+    QTest::newRow("T +20, drive 20") << 200 << 100 << 0.0;
+    QTest::newRow("T +10, drive 16") << 150 << 80 << -6.0;
+}
+
+void TestCompressorGraph::effectiveThreshold()
+{
+    QFETCH(int, offset);
+    QFETCH(int, drive);
+    QFETCH(double, expected);
+    const double te = CompressorCurve::effectiveThreshold(
+        CompressorCurve::threshold(offset), CompressorCurve::drive(drive));
+    QVERIFY2(std::abs(te - expected) < 1e-9, qPrintable(QString::number(te)));
+    // Below -54 dB the threshold is held.
+    QCOMPARE(CompressorCurve::effectiveThreshold(-40.0, 20.0), -54.0);
+}
+
+void TestCompressorGraph::kneeShapes_data()
+{
+    QTest::addColumn<int>("knee");
+    QTest::addColumn<double>("width");
+    QTest::newRow("soft, 52 dB") << int(CompressorCurve::Soft) << 52.0;
+    QTest::newRow("medium, 20 dB") << int(CompressorCurve::Medium) << 20.0;
+    QTest::newRow("hard") << int(CompressorCurve::Hard) << 0.0;
+}
+
+void TestCompressorGraph::kneeShapes()
+{
+    QFETCH(int, knee);
+    QFETCH(double, width);
+    for (double ratio : { 2.0, 4.0, 20.0 }) {
+        const double slope = 1.0 / ratio - 1.0;
+        for (double x = -60.0; x <= 0.0; x += 0.5) {
+            const double y = CompressorCurve::outputLevel(x, -30.0, slope, knee);
+            const double expected = width > 0 ? quadraticKnee(x, -30.0, ratio, width)
+                                              : (x > -30.0 ? -30.0 + (x + 30.0) / ratio : x);
+            QVERIFY2(std::abs(y - expected) < 2e-3, qPrintable(QStringLiteral("%1 dB in: %2").arg(x).arg(y)));
+        }
+    }
+    // An unknown knee gives no gain at all.
+    QCOMPARE(CompressorCurve::gainFactor(0.2, -0.5, 3), 0.0);
+}
+
+void TestCompressorGraph::identityCases_data()
+{
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<int>("drive");
+    QTest::addColumn<int>("ratio");
+    QTest::addColumn<int>("knee");
+    // T = 0 dB without drive forces the hard knee: nothing below 0 dB moves.
+    QTest::newRow("T 0 soft 20:1") << 100 << 0 << 96 << int(CompressorCurve::Soft);
+    QTest::newRow("T 0 medium limit") << 100 << 0 << 120 << int(CompressorCurve::Medium);
+    for (int knee = 0; knee < 3; ++knee)
+        QTest::addRow("ratio 1:1 knee %d", knee) << 0 << 60 << 0 << knee;
+}
+
+void TestCompressorGraph::identityCases()
+{
+    QFETCH(int, offset);
+    QFETCH(int, drive);
+    QFETCH(int, ratio);
+    QFETCH(int, knee);
+    const CompressorCurve::Settings settings { offset, drive, ratio, knee };
+    for (double x = -60.0; x <= 0.0; x += 0.25)
+        QVERIFY(std::abs(CompressorCurve::outputLevel(x, settings) - x) < 1e-9);
+}
+
+void TestCompressorGraph::outline()
+{
+    QCOMPARE(CompressorCurve::ratio(0), 1.0);
+    QCOMPARE(CompressorCurve::ratio(120), 3000.0);
+    QCOMPARE(CompressorCurve::ratio(121), 0.0);
+
+    const QSizeF size(191, 191);
+    const QPolygonF points = CompressorCurve::outline(size, 2, { 100, 0, 40, 0 });
+    QVERIFY(points.size() > 600);
+    QCOMPARE(points.first(), QPointF(196, 196));
+    QCOMPARE(points.last(), QPointF(196, 196));
+    // Identity on a square widget up to 0 dB: px + py = W; the curve starts
+    // just left of -60 dB and ends just right of 0 dB.
+    for (int i = 1; i < points.size() - 1 && points[i].x() <= 191.0; ++i)
+        QVERIFY(std::abs(points[i].x() + points[i].y() - 191.0) < 1e-9);
+    QVERIFY(points[1].x() < 0.0);
+    QVERIFY(points[points.size() - 2].x() > 191.0);
+}
+
+void TestCompressorGraph::observers()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    GraphTestEditor editor;
+    editor.setModelInfo(&model);
+    const unsigned short ratioId = model.parameterId("fx_cmp_rto");
+    {
+        ORVChStripCompressorGraph graph(nullptr, &editor);
+        graph.setMemAPI(&memory);
+        QCOMPARE(memory.totalObserverCount(), 4);
+        QCOMPARE(memory.observerCount(ratioId, 0), 1);
+        graph.setCh(1);
+        QCOMPARE(memory.observerCount(ratioId, 0), 0);
+        QCOMPARE(memory.observerCount(ratioId, 1), 1);
+        memory.setValueByKey("fx_cmp_rto", 80, 1);
+        QCOMPARE(graph.currentSettings().ratioIndex, 80);
+        graph.setMemAPI(nullptr);
+        QCOMPARE(memory.totalObserverCount(), 0);
+        graph.setMemAPI(&memory);
+    }
+    QCOMPARE(memory.totalObserverCount(), 0);
+}
+
+void TestCompressorGraph::paintsTheArea_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("scale 1") << 1.0 << 1.0;
+    QTest::newRow("scale 2") << 2.0 << 1.0;
+    QTest::newRow("scale 1, dpr 2") << 1.0 << 2.0;
+    QTest::newRow("scale 1.5") << 1.5 << 1.0;
+}
+
+void TestCompressorGraph::paintsTheArea()
+{
+    QFETCH(double, scale);
+    QFETCH(double, ratio);
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    GraphTestEditor editor;
+    editor.setModelInfo(&model);
+    ORVChStripCompressorGraph graph(nullptr, &editor);
+    graph.resize(QSize(191, 191) * scale);
+    graph.setMemAPI(&memory);
+    memory.setValueByKey("fx_cmp_trsofst", 100); // T = 0 dB, no drive: the diagonal
+
+    QPixmap pixmap(graph.size() * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::black);
+    graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
+    const QImage image = pixmap.toImage();
+    const auto at = [&](double fx, double fy) {
+        return image.pixelColor(int(fx * image.width()), int(fy * image.height()));
+    };
+    // On the diagonal: the curve's colour; below it the tinted body; above it
+    // nothing but the background.
+    QCOMPARE(at(0.5, 0.5), QColor(247, 147, 30));
+    const QColor body = at(0.8, 0.9);
+    QVERIFY(qAbs(body.red() - 247 * 40 / 255) <= 2 && qAbs(body.green() - 147 * 40 / 255) <= 2);
+    QCOMPARE(at(0.2, 0.1), QColor(Qt::black));
+
+    // The frame is whole device pixels of the frame colour with nothing
+    // blended beside it.
+    const int y = int(0.45 * image.height());
+    int left = 0;
+    while (left < image.width() && image.pixelColor(left, y) == QColor(Qt::black))
+        ++left;
+    QCOMPARE(image.pixelColor(left, y), QColor(74, 76, 82));
+    const int expectedWidth = qMax(1, qRound(scale * ratio));
+    for (int i = 0; i < expectedWidth; ++i)
+        QCOMPARE(image.pixelColor(left + i, y), QColor(74, 76, 82));
+    QCOMPARE(image.pixelColor(left + expectedWidth, y), QColor(Qt::black));
+
+    graph.setEnabled(false);
+    pixmap.fill(Qt::black);
+    graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
+    QCOMPARE(pixmap.toImage().pixelColor(image.width() / 2, image.height() / 2), QColor(128, 128, 128));
+}
+
+QTEST_MAIN(TestCompressorGraph)
+#include "tst_compressorgraph.moc"

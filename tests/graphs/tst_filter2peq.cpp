@@ -1,0 +1,393 @@
+#include <QTest>
+#include <cmath>
+#include <complex>
+
+#include "ORVChStrip/Filter/FILTER2PEQ.h"
+
+// Responses are checked against the analog prototypes that the bilinear
+// transform maps onto each setter, evaluated at the prewarped frequency.
+namespace {
+
+enum Shape { Peaking, LowShelf, HighShelf, LowShelf2, HighShelf2 };
+
+double db(std::complex<double> h)
+{
+    return 20.0 * std::log10(std::abs(h));
+}
+
+double prototypeDb(Shape shape, double fs, double f0, double gain, double q, double f)
+{
+    const std::complex<double> j(0.0, 1.0);
+    const double t = std::tan(M_PI * f0 / fs);
+    const double w = std::tan(M_PI * f / fs);
+    switch (shape) {
+    case Peaking: {
+        // Band width 1/Qw, widened as the gain falls below 18 dB.
+        const double qw = FILTER2PEQ::correctedPeakingQ(fs, f0, q);
+        const double beta = (1.0 / qw) * std::pow(10.0, -0.7 * (std::abs(gain) - 18.0) / 20.0);
+        const double a = std::pow(10.0, std::abs(gain) / 20.0);
+        const std::complex<double> s = j * w / t;
+        const std::complex<double> boost = (s * s + a * beta * s + 1.0) / (s * s + beta * s + 1.0);
+        return gain >= 0 ? db(boost) : -db(boost);
+    }
+    case LowShelf: {
+        const double a = std::pow(10.0, std::abs(gain) / 20.0);
+        const double k = std::pow(10.0, 0.32 * 18.0 / 20.0) * t * std::pow(a, 0.68);
+        const std::complex<double> s = j * w;
+        const std::complex<double> boost = (s + k) / (s + k / a);
+        return gain >= 0 ? db(boost) : -db(boost);
+    }
+    case HighShelf: {
+        const double g = std::pow(10.0, std::abs(gain) / 20.0);
+        const double k = std::pow(10.0, -0.32 * 18.0 / 20.0) * t * std::pow(g, -0.68);
+        const std::complex<double> s = j * w;
+        const std::complex<double> boost = g * (s + k) / (s + g * k);
+        return gain >= 0 ? db(boost) : -db(boost);
+    }
+    default: return 0.0;
+    }
+}
+
+void setShape(FILTER2PEQ &filter, Shape shape, double fs, double f0, double gain, double q = 1.0)
+{
+    switch (shape) {
+    case Peaking: filter.setCoefPEQ_C(fs, f0, gain, q, 0.7, 18.0); break;
+    case LowShelf: filter.setCoefLowShelf_C(fs, f0, gain, 0.32, 18.0); break;
+    case HighShelf: filter.setCoefHiShelf_C(fs, f0, gain, 0.32, 18.0); break;
+    case LowShelf2: filter.setCoefLowShelf_2C(fs, f0, gain, 0.32, 18.0); break;
+    case HighShelf2: filter.setCoefHiShelf_2C(fs, f0, gain, 0.32, 18.0); break;
+    }
+}
+
+// The steady-state gain of the running filter for a sine, in dB.
+double measuredDb(FILTER2PEQ &filter, double fs, double f)
+{
+    const int settle = 48000;
+    const int window = 4800; // whole periods for the test frequencies
+    double in = 0.0;
+    double out = 0.0;
+    for (int n = 0; n < settle + window; ++n) {
+        const double x = std::sin(2.0 * M_PI * f * n / fs);
+        const double y = filter.cal(x);
+        if (n >= settle) {
+            in += x * x;
+            out += y * y;
+        }
+    }
+    return 10.0 * std::log10(out / in);
+}
+
+} // namespace
+
+class TestFilter2Peq : public QObject {
+    Q_OBJECT
+
+private slots:
+    void constructionAndOrder();
+    void response_data();
+    void response();
+    void peakingQCorrection_data();
+    void peakingQCorrection();
+    void boostAndCutCancel_data();
+    void boostAndCutCancel();
+    void shelfLimits_data();
+    void shelfLimits();
+    void nyquistGuard_data();
+    void nyquistGuard();
+    void vanishingNumerator();
+    void runningFilterMatchesPower_data();
+    void runningFilterMatchesPower();
+    void crossfadeTakesOverAfterEnd();
+    void crossfadeBlendsOldAndNew();
+    void copyLeavesPendingFlag();
+};
+
+void TestFilter2Peq::constructionAndOrder()
+{
+    FILTER2PEQ filter;
+    QCOMPARE(filter.order(), 2L);
+    QCOMPARE(filter.crossfadeLength(), 441.0);
+    QCOMPARE(filter.crossfadeCounter(), 442L);
+    QVERIFY(filter.isPending());
+    filter.setCoefPEQ_C(48000, 1000, 6, 1, 0.7, 18);
+    filter._setOrder(4);
+    QCOMPARE(filter.order(), 2L);
+    // A fresh order starts from silence.
+    QCOMPARE(filter.power(1000, 48000), -100.0);
+
+    filter.initializeFilterProc(96000);
+    QCOMPARE(filter.crossfadeLength(), 960.0);
+    QCOMPARE(filter.crossfadeCounter(), 961L);
+    QVERIFY(!filter.isPending());
+}
+
+void TestFilter2Peq::response_data()
+{
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<double>("fs");
+    QTest::addColumn<double>("f0");
+    QTest::addColumn<double>("gain");
+    QTest::addColumn<double>("q");
+
+    QTest::newRow("peak boost 1k") << int(Peaking) << 48000.0 << 1000.0 << 12.0 << 1.0;
+    QTest::newRow("peak cut 250") << int(Peaking) << 44100.0 << 250.0 << -9.5 << 4.0;
+    QTest::newRow("peak narrow 8k 48k") << int(Peaking) << 48000.0 << 8000.0 << 18.0 << 16.0;
+    QTest::newRow("peak 6k 96k") << int(Peaking) << 96000.0 << 6000.0 << 3.0 << 2.0;
+    QTest::newRow("peak 10k 32k") << int(Peaking) << 32000.0 << 10000.0 << -18.0 << 0.5;
+    QTest::newRow("low shelf boost") << int(LowShelf) << 48000.0 << 100.0 << 6.0 << 1.0;
+    QTest::newRow("low shelf cut") << int(LowShelf) << 44100.0 << 400.0 << -12.0 << 1.0;
+    QTest::newRow("high shelf boost") << int(HighShelf) << 48000.0 << 10000.0 << 9.0 << 1.0;
+    QTest::newRow("high shelf cut") << int(HighShelf) << 88200.0 << 3000.0 << -15.0 << 1.0;
+}
+
+void TestFilter2Peq::response()
+{
+    QFETCH(int, shape);
+    QFETCH(double, fs);
+    QFETCH(double, f0);
+    QFETCH(double, gain);
+    QFETCH(double, q);
+
+    FILTER2PEQ filter;
+    setShape(filter, Shape(shape), fs, f0, gain, q);
+    for (double f : { 20.0, 63.0, 180.0, 700.0, 1000.0, 2500.0, 7000.0, 12000.0, 15000.0 }) {
+        const double expected = prototypeDb(Shape(shape), fs, f0, gain, q, f);
+        QVERIFY2(std::abs(filter.power(f, fs) - expected) < 1e-6,
+            qPrintable(
+                QStringLiteral("%1 Hz: %2 dB, expected %3").arg(f).arg(filter.power(f, fs)).arg(expected)));
+    }
+    if (shape == Peaking)
+        QVERIFY(std::abs(filter.power(f0, fs) - gain) < 1e-9);
+}
+
+void TestFilter2Peq::peakingQCorrection_data()
+{
+    QTest::addColumn<double>("fs");
+    QTest::addColumn<double>("f0");
+    QTest::addColumn<double>("q");
+    QTest::addColumn<double>("expected");
+
+    // 1.25686 - 0.02143 * log2(16) - 4.103e-5 * 8000 = 0.84290
+    QTest::newRow("48k 8k Q16") << 48000.0 << 8000.0 << 16.0 << 16.0 * 0.842900;
+    QTest::newRow("48k at the threshold") << 48000.0 << 2000.0 << 16.0 << 16.0;
+    // 1.25513 - 0.0301 * 1 - 4.817e-5 * 10000 = 0.74333
+    QTest::newRow("44.1k 10k Q2") << 44100.0 << 10000.0 << 2.0 << 2.0 * 0.74333;
+    // k > 1: the correction never raises Q.
+    QTest::newRow("96k 5k Q1") << 96000.0 << 5000.0 << 1.0 << 1.0;
+    // Q * k below 0.1 is held at 0.1.
+    QTest::newRow("44.1k 20k Q0.1") << 44100.0 << 20000.0 << 0.1 << 0.1;
+    QTest::newRow("384k row") << 384000.0 << 100000.0 << 4.0
+                              << 4.0
+            * (1.00041829825 + 0.000395429657653 * 2.0 - 6.56655493056e-7 * 100000.0);
+    QTest::newRow("above 384k") << 400000.0 << 100000.0 << 4.0 << 4.0;
+}
+
+void TestFilter2Peq::peakingQCorrection()
+{
+    QFETCH(double, fs);
+    QFETCH(double, f0);
+    QFETCH(double, q);
+    QFETCH(double, expected);
+    QVERIFY2(std::abs(FILTER2PEQ::correctedPeakingQ(fs, f0, q) - expected) < 1e-4,
+        qPrintable(QString::number(FILTER2PEQ::correctedPeakingQ(fs, f0, q), 'g', 10)));
+}
+
+void TestFilter2Peq::boostAndCutCancel_data()
+{
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<double>("gain");
+    for (double gain : { 0.5, 6.0, 18.0 }) {
+        QTest::addRow("peak %g", gain) << int(Peaking) << gain;
+        QTest::addRow("low shelf %g", gain) << int(LowShelf) << gain;
+        QTest::addRow("high shelf %g", gain) << int(HighShelf) << gain;
+        QTest::addRow("low shelf 2nd %g", gain) << int(LowShelf2) << gain;
+        QTest::addRow("high shelf 2nd %g", gain) << int(HighShelf2) << gain;
+    }
+}
+
+void TestFilter2Peq::boostAndCutCancel()
+{
+    QFETCH(int, shape);
+    QFETCH(double, gain);
+    FILTER2PEQ boost;
+    FILTER2PEQ cut;
+    setShape(boost, Shape(shape), 48000, 1500, gain, 2.0);
+    setShape(cut, Shape(shape), 48000, 1500, -gain, 2.0);
+    for (double f = 20.0; f < 24000.0; f *= 1.17)
+        QVERIFY2(
+            std::abs(boost.power(f, 48000) + cut.power(f, 48000)) < 1e-9, qPrintable(QString::number(f)));
+
+    FILTER2PEQ flat;
+    setShape(flat, Shape(shape), 48000, 1500, 0.0, 2.0);
+    for (double f : { 20.0, 1500.0, 20000.0 })
+        QVERIFY(std::abs(flat.power(f, 48000)) < 1e-9);
+}
+
+void TestFilter2Peq::shelfLimits_data()
+{
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<double>("gain");
+    QTest::addColumn<double>("dcDb");
+    QTest::addColumn<double>("nyquistDb");
+    QTest::newRow("low boost") << int(LowShelf) << 9.0 << 9.0 << 0.0;
+    QTest::newRow("low cut") << int(LowShelf) << -9.0 << -9.0 << 0.0;
+    QTest::newRow("high boost") << int(HighShelf) << 9.0 << 0.0 << 9.0;
+    QTest::newRow("high cut") << int(HighShelf) << -9.0 << 0.0 << -9.0;
+    QTest::newRow("low 2nd boost") << int(LowShelf2) << 12.0 << 12.0 << 0.0;
+    QTest::newRow("low 2nd cut") << int(LowShelf2) << -12.0 << -12.0 << 0.0;
+    QTest::newRow("high 2nd boost") << int(HighShelf2) << 12.0 << 0.0 << 12.0;
+    QTest::newRow("high 2nd cut") << int(HighShelf2) << -12.0 << 0.0 << -12.0;
+}
+
+void TestFilter2Peq::shelfLimits()
+{
+    QFETCH(int, shape);
+    QFETCH(double, gain);
+    QFETCH(double, dcDb);
+    QFETCH(double, nyquistDb);
+    FILTER2PEQ filter;
+    setShape(filter, Shape(shape), 48000, 2000, gain);
+    QVERIFY(std::abs(filter.power(0.0, 48000) - dcDb) < 1e-9);
+    QVERIFY(std::abs(filter.power(24000.0, 48000) - nyquistDb) < 1e-6);
+    QCOMPARE(filter.newCoefficients()[2] == 0.0, shape == LowShelf || shape == HighShelf);
+}
+
+void TestFilter2Peq::nyquistGuard_data()
+{
+    QTest::addColumn<double>("fs");
+    QTest::addColumn<double>("f0");
+    QTest::addColumn<bool>("guarded");
+    QTest::newRow("32k 15995") << 32000.0 << 15995.0 << true;
+    QTest::newRow("32k 15990") << 32000.0 << 15990.0 << false;
+    QTest::newRow("44.1k 22045") << 44100.0 << 22045.0 << false;
+}
+
+void TestFilter2Peq::nyquistGuard()
+{
+    QFETCH(double, fs);
+    QFETCH(double, f0);
+    QFETCH(bool, guarded);
+    for (int shape = Peaking; shape <= HighShelf2; ++shape) {
+        FILTER2PEQ filter;
+        filter.initializeFilterProc(fs);
+        setShape(filter, Shape(shape), fs, f0, 12.0, 1.0);
+        QVERIFY(filter.isPending());
+        const FILTER2PEQ::Coefficients passThrough { 1.0, 0.0, 0.0, 0.0, 0.0 };
+        QCOMPARE(filter.newCoefficients() == passThrough, guarded);
+        if (guarded) {
+            for (double f : { 100.0, 5000.0, 15000.0 })
+                QCOMPARE(filter.power(f, fs), 0.0);
+        }
+    }
+}
+
+void TestFilter2Peq::vanishingNumerator()
+{
+    // A cut of exactly -100 dB on the high shelf means G = 0, so b0 = b1 = 0.
+    FILTER2PEQ filter;
+    filter.setCoefHiShelf_C(48000, 1000, -100.0, 0.32, 18.0);
+    QCOMPARE(filter.newCoefficients()[0], 0.0);
+    QCOMPARE(filter.power(1000, 48000), -100.0);
+    QCOMPARE(filter.power(23000, 48000), -100.0);
+    FILTER2PEQ silent;
+    QCOMPARE(silent.power(1000, 48000), -100.0);
+    QCOMPARE(silent.power(0, 48000), -100.0);
+}
+
+void TestFilter2Peq::runningFilterMatchesPower_data()
+{
+    QTest::addColumn<int>("shape");
+    QTest::addColumn<double>("f0");
+    QTest::addColumn<double>("gain");
+    QTest::newRow("peak +12 at 1k") << int(Peaking) << 1000.0 << 12.0;
+    QTest::newRow("peak -9 at 1k") << int(Peaking) << 1000.0 << -9.0;
+    QTest::newRow("low shelf +6") << int(LowShelf) << 200.0 << 6.0;
+    QTest::newRow("high shelf -8") << int(HighShelf) << 4000.0 << -8.0;
+}
+
+void TestFilter2Peq::runningFilterMatchesPower()
+{
+    QFETCH(int, shape);
+    QFETCH(double, f0);
+    QFETCH(double, gain);
+    const double fs = 48000.0;
+    for (double f : { 100.0, 1000.0, 2000.0, 8000.0 }) {
+        FILTER2PEQ filter;
+        filter.initializeFilterProc(fs);
+        setShape(filter, Shape(shape), fs, f0, gain, 2.0);
+        const double measured = measuredDb(filter, fs, f);
+        QVERIFY2(std::abs(measured - filter.power(f, fs)) < 0.01,
+            qPrintable(QStringLiteral("%1 Hz: ran %2 dB, power %3 dB")
+                           .arg(f)
+                           .arg(measured)
+                           .arg(filter.power(f, fs))));
+    }
+}
+
+void TestFilter2Peq::crossfadeTakesOverAfterEnd()
+{
+    FILTER2PEQ filter;
+    filter.initializeFilterProc(48000); // 480 samples
+    filter.setCoefLowShelf_C(48000, 100, 6, 0.32, 18);
+    const FILTER2PEQ::Coefficients first = filter.newCoefficients();
+    filter.cal(0.5);
+    QCOMPARE(filter.currentCoefficients(), first);
+    QCOMPARE(filter.crossfadeCounter(), 1L);
+
+    filter.setCoefLowShelf_C(48000, 400, -6, 0.32, 18);
+    const FILTER2PEQ::Coefficients second = filter.newCoefficients();
+    for (int n = 1; n < 480; ++n)
+        filter.cal(0.5);
+    QCOMPARE(filter.crossfadeCounter(), 480L);
+    QVERIFY(filter.isPending());
+    QCOMPARE(filter.currentCoefficients(), first);
+
+    filter.cal(0.5);
+    QVERIFY(!filter.isPending());
+    QCOMPARE(filter.currentCoefficients(), second);
+    QCOMPARE(filter.previousCoefficients(), first);
+    QCOMPARE(filter.crossfadeCounter(), 1L);
+}
+
+void TestFilter2Peq::crossfadeBlendsOldAndNew()
+{
+    // Old set: pass-through; new set: a shelf started from silence. The output
+    // blends the two along a logistic curve (0.5 at the middle) and is the new
+    // filter alone once the crossfade has run.
+    const double fs = 48000.0;
+    FILTER2PEQ blended;
+    blended.setCoefPEQ_C(32000, 16000, 0, 1, 0.7, 18);
+    blended.initializeFilterProc(fs);
+    blended.setCoefLowShelf_C(fs, 300, 12, 0.32, 18);
+
+    FILTER2PEQ fresh;
+    fresh.setCoefLowShelf_C(fs, 300, 12, 0.32, 18);
+    fresh.initializeFilterProc(fs);
+
+    for (int n = 0; n < 2000; ++n) {
+        const double x = std::sin(0.01 * n) + 0.25;
+        const double y = blended.cal(x);
+        const double yNew = fresh.cal(x);
+        if (n == 0)
+            QVERIFY(std::abs(y - x) < 0.01 * std::abs(yNew - x) + 1e-12);
+        if (n == 240)
+            QVERIFY(std::abs(y - 0.5 * (x + yNew)) < 1e-3 * std::abs(yNew) + 1e-9);
+        if (n >= 480)
+            QCOMPARE(y, yNew);
+    }
+}
+
+void TestFilter2Peq::copyLeavesPendingFlag()
+{
+    FILTER2PEQ source;
+    source.setCoefPEQ_C(48000, 3000, 6, 2, 0.7, 18);
+    FILTER2PEQ copy;
+    copy.initializeFilterProc(48000);
+    copy.setCoefByCopy(&source);
+    QVERIFY(!copy.isPending());
+    QCOMPARE(copy.newCoefficients(), source.newCoefficients());
+    QCOMPARE(copy.power(3000, 48000), source.power(3000, 48000));
+}
+
+QTEST_APPLESS_MAIN(TestFilter2Peq)
+#include "tst_filter2peq.moc"
