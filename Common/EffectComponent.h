@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QList>
+
+#include "Interfaces/IComponent.h"
+
+class IMemAPI;
+class IModelInfo;
+
+// The state component an effect editor hands to the host. The values never
+// live here: getState reads them out of the host's parameter memory and
+// serialises them, setState parses a stream and writes them back. The base
+// stores a version and one big-endian normalised float per key.
+class EffectComponent : public IComponent {
+public:
+    static constexpr int DataVersionSize = 4;
+
+    EffectComponent();
+    virtual ~EffectComponent();
+
+    EffectComponent(const EffectComponent &) = delete;
+    EffectComponent &operator=(const EffectComponent &) = delete;
+
+    // Answers no interface for every id.
+    int32_t queryInterface(const char *iid, void **obj) override;
+    uint32_t addRef() override;
+    // Destroys the component when the count reaches 0.
+    uint32_t release() override;
+
+    // Not implemented: the component has no processing side.
+    int32_t initialize(FUnknown *context) override;
+    int32_t terminate() override;
+    int32_t getControllerClassId(char *classId) override;
+    int32_t setIoMode(int32_t mode) override;
+    int32_t getBusCount(int32_t type, int32_t direction) override;
+    int32_t getBusInfo(int32_t type, int32_t direction, int32_t index, BusInfo &bus) override;
+    int32_t getRoutingInfo(RoutingInfo &inInfo, RoutingInfo &outInfo) override;
+    int32_t activateBus(int32_t type, int32_t direction, int32_t index, unsigned char state) override;
+    int32_t setActive(unsigned char state) override;
+
+    int32_t setState(IBStream *state) override;
+    int32_t getState(IBStream *state) override;
+    // Four bytes, no terminator.
+    virtual const char *getDataVersion() const;
+    // The keys of the float block, in stream order; a null key keeps its slot.
+    virtual QList<const char *> getParameterList(const unsigned char *version) const;
+
+    void setModelInfo(IModelInfo *modelInfo) { m_pModelInfo = modelInfo; }
+    void setMemAPI(IMemAPI *memAPI) { m_pMemAPI = memAPI; }
+    void setCh(int ch) { m_ch = ch; }
+    IModelInfo *modelInfo() const { return m_pModelInfo; }
+    IMemAPI *memAPI() const { return m_pMemAPI; }
+    int ch() const { return m_ch; }
+
+    // (value - min) / (max - min); 0 for an empty range.
+    static float normalized(int value, int min, int max);
+    // trunc((max - min) * f + 0.5) + min, the product in single precision;
+    // NaN and out-of-range products saturate instead of overflowing.
+    static int denormalized(float f, int min, int max);
+    static void writeBigEndianFloat(float value, unsigned char *bytes);
+    static float readBigEndianFloat(const unsigned char *bytes);
+
+protected:
+    unsigned short channel() const { return static_cast<unsigned short>(m_ch); }
+    // The host's id for a key; false when the model does not know it.
+    bool findParameter(const char *key, unsigned short *prmId) const;
+    // The normalised current value; false when the key or a host read fails.
+    bool readNormalized(const char *key, float *value) const;
+    // Writes all `count` bytes; a host error or a short write is returned.
+    static int32_t writeAll(IBStream *stream, const void *data, int32_t count);
+    static int32_t readAll(IBStream *stream, void *data, int32_t count);
+
+private:
+    uint32_t m_refCount = 0;
+    IModelInfo *m_pModelInfo = nullptr;
+    IMemAPI *m_pMemAPI = nullptr;
+    int m_ch = 0;
+};

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QVector>
+
+class QTextStream;
+
+// Describes a saved plug-in state or a bare channel-strip chunk file: the
+// layout, every chunk and marker with its offset and size, the version, the
+// morph system name and table, and the normalised values by key. It reads
+// the bytes as the state component and the chunk reader do, so what it
+// rejects is what they reject, with the offset and what was expected there.
+class ChStripInspector {
+public:
+    struct Entry {
+        QString name;
+        qint64 offset = 0;
+        qint64 size = 0;
+        int depth = 0; // 0 top level, 1 inside a form
+        QString note;
+    };
+    struct Value {
+        QString key; // empty for the generic block's unused slot
+        float value = 0.0f;
+    };
+
+    bool inspectState(const QByteArray &bytes);
+    bool inspectChunk(const QByteArray &bytes);
+
+    bool isValid() const { return m_error.isEmpty(); }
+    // What went wrong, where, and what was expected there.
+    QString error() const { return m_error; }
+    qint64 errorOffset() const { return m_errorOffset; }
+
+    QString kind() const { return m_kind; }               // "state" or "chunk"
+    QString stateLayout() const { return m_stateLayout; } // "newer" or "older"
+    QString chunkLayout() const { return m_chunkLayout; } // "32-bit" or "64-bit"
+    QByteArray version() const { return m_version; }
+    int versionNumber() const { return m_versionNumber; }
+    const QList<Entry> &entries() const { return m_entries; }
+    QByteArray morphSystemName() const { return m_systemName; }
+    const QVector<QVector<short>> &morphTable() const { return m_table; }
+    const QVector<Value> &genericValues() const { return m_generic; }
+    const QVector<Value> &extendedValues() const { return m_extended; }
+    // The values of the chunk that a restore uses.
+    const QVector<Value> &chunkValues() const { return m_chunkValues; }
+
+    QJsonObject toJson() const;
+    void writeText(QTextStream &out) const;
+
+private:
+    void reset(const QString &kind);
+    bool fail(qint64 offset, const QString &message);
+    bool readChunk(const QByteArray &bytes, qint64 offset, bool primary, qint64 *length);
+    void listChunks(const QByteArray &bytes, qint64 offset, bool wide);
+
+    QString m_kind;
+    QString m_error;
+    qint64 m_errorOffset = -1;
+    QString m_stateLayout;
+    QString m_chunkLayout;
+    QByteArray m_version;
+    int m_versionNumber = 0;
+    QList<Entry> m_entries;
+    QByteArray m_systemName;
+    QVector<QVector<short>> m_table;
+    QVector<Value> m_generic;
+    QVector<Value> m_extended;
+    QVector<Value> m_chunkValues;
+};

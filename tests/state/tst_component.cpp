@@ -1,0 +1,350 @@
+#include <QTest>
+#include <QtEndian>
+
+#include "ChunkBytes.h"
+#include "HostModel.h"
+#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/ChStripInspector.h"
+#include "ORVChStrip/Chunk/YChannelStripChunk.h"
+#include "ORVChStrip/Chunk/YPlx3Stream.h"
+#include "ORVChStrip/ORVChStripComponent.h"
+#include "ORVChStrip/ORVChStripEditor.h"
+#include "ORVChStrip/ORVChStripParameters.h"
+#include "ParameterMemory.h"
+
+using namespace ORVChStripParameters;
+
+namespace {
+
+constexpr int Channel = 1;
+constexpr int SnapshotChannels = 20; // the strip's channel and its morph points 9..17
+
+// A fake host with a component bound to it on channel 1.
+struct Host {
+    Host()
+        : model(HostModel::channelStrip())
+        , memory(&model)
+    {
+        component->addRef();
+        component->setModelInfo(&model);
+        component->setMemAPI(&memory);
+        component->setCh(Channel);
+    }
+    ~Host() { component->release(); }
+
+    QByteArray save()
+    {
+        auto *stream = new MemoryBStream;
+        const int32_t result = component->getState(stream);
+        const QByteArray bytes = stream->data();
+        stream->release();
+        return result == kResultOk ? bytes : QByteArray();
+    }
+    int32_t restore(const QByteArray &bytes)
+    {
+        auto *stream = new MemoryBStream(bytes);
+        const int32_t result = component->setState(stream);
+        stream->release();
+        return result;
+    }
+    // Settings away from every default, a morph name and a morph table.
+    void customise()
+    {
+        // The morph position first: moving it moves the parameters it drives.
+        memory.setText("fx_mrp_systmname", "Warm \xe9tage", Channel);
+        for (int k = 0; k < OrvaneDataParameterCount; ++k)
+            for (int r = 0; r < MorphPointCount; ++r)
+                memory.setValueByKey(OrvaneDataParameterList[k], 2 + k + r, Channel * 9 + r);
+        memory.setValueByKey("fx_mrp_vl", 375, Channel);
+        memory.setValueByKey("fx_cmp_atck", 200, Channel); // maximum
+        memory.setValueByKey("fx_cmp_drv", 0, Channel);    // minimum
+        memory.setValueByKey("fx_eq_midfrq", 90, Channel);
+        memory.setValueByKey("fx_eq_hsv_onf", 0, Channel);
+        memory.setValueByKey("fx_cmp_sc_onf", 1, Channel);
+        memory.setValueByKey("fx_eq_peqgain", 17, Channel);
+        memory.setValueByKey("fx_cmp_rls", 1234, Channel);
+    }
+
+    HostModel model;
+    ParameterMemory memory;
+    ORVChStripComponent *component = new ORVChStripComponent;
+};
+
+float bigEndianFloat(const QByteArray &bytes, int offset)
+{
+    return EffectComponent::readBigEndianFloat(
+        reinterpret_cast<const unsigned char *>(bytes.constData() + offset));
+}
+
+// Version, 22 generic floats, then a 26-value chunk right away.
+QByteArray olderLayout(const char *version, const QByteArray &newerState)
+{
+    const QByteArray chunk = newerState.mid(92 + 720 + 4 + 4 + 104 + 4);
+    return QByteArray(version, 4) + newerState.mid(4, 88) + chunk;
+}
+
+} // namespace
+
+class TestComponent : public QObject {
+    Q_OBJECT
+
+private slots:
+    void stateLayout();
+    void roundTrip();
+    void restoreWritesMorphPositionFirst();
+    void versionSelectsLayout_data();
+    void versionSelectsLayout();
+    void malformedStreamChangesNothing_data();
+    void malformedStreamChangesNothing();
+    void withoutHost();
+    void failingHostReadsStoreZero();
+    void interfaceDefaults();
+    void inspectorDescribesState();
+    void editorHandsOutItsComponent();
+};
+
+void TestComponent::stateLayout()
+{
+    Host host;
+    host.customise();
+    const QByteArray bytes = host.save();
+    QCOMPARE(bytes.size(), 4 + 88 + 720 + 4 + 4 + 104 + 4 + 736);
+    QCOMPARE(bytes.left(4), QByteArray("3690"));
+    QCOMPARE(bigEndianFloat(bytes, 4 + 4 * 1), 1.0f);        // fx_cmp_atck at its maximum
+    QCOMPARE(bigEndianFloat(bytes, 4 + 4 * 0), 0.0f);        // fx_cmp_drv at its minimum
+    QCOMPARE(bytes.mid(4 + 4 * 21, 4), QByteArray(4, '\0')); // the unused slot
+    QCOMPARE(bytes.mid(92, 8), QByteArray("CHST") + ChunkBytes::le32(712));
+    QCOMPARE(bytes.mid(812, 4), QByteArray("prms"));
+    QCOMPARE(qFromLittleEndian<quint32>(bytes.constData() + 816), 26u);
+    QCOMPARE(bigEndianFloat(bytes, 820 + 4 * 24), 0.0f); // fx_eq_hsv_onf off
+    QCOMPARE(bigEndianFloat(bytes, 820 + 4 * 25), 1.0f); // fx_cmp_sc_onf on
+    QCOMPARE(bytes.mid(924, 4), QByteArray("chnk"));
+    QCOMPARE(bytes.mid(928, 8), QByteArray("CHST") + ChunkBytes::le32(728));
+    QCOMPARE(bytes.mid(928 + 28, 11), QByteArray("Warm \xe9tage", 11)); // zero-padded
+    // Row 9 of the table is the end mark; row 2 column 0 is the stored point.
+    QCOMPARE(qFromLittleEndian<qint16>(bytes.constData() + 928 + 284 + 2 * (9 * 17)), qint16(-1));
+    QCOMPARE(qFromLittleEndian<qint16>(bytes.constData() + 928 + 284 + 2 * (2 * 17)), qint16(4));
+    // Both chunks carry the same name; the first only 22 floats.
+    QCOMPARE(bytes.mid(92 + 28, 256), bytes.mid(928 + 28, 256));
+}
+
+void TestComponent::roundTrip()
+{
+    Host source;
+    source.customise();
+    const QByteArray bytes = source.save();
+
+    Host target;
+    QCOMPARE(target.restore(bytes), kResultOk);
+    QCOMPARE(target.memory.snapshot(SnapshotChannels), source.memory.snapshot(SnapshotChannels));
+    QCOMPARE(target.memory.text("fx_mrp_systmname", Channel), QByteArray("Warm \xe9tage"));
+    QCOMPARE(target.memory.value("fx_mrpeq_peqgain", Channel * 9 + 8), 2 + 16 + 8);
+    QCOMPARE(target.memory.value("fx_cmp_rls", Channel), 1234);
+    QCOMPARE(target.memory.morphBatchCount(), 1);
+    QCOMPARE(target.save(), bytes);
+}
+
+void TestComponent::restoreWritesMorphPositionFirst()
+{
+    Host source;
+    source.customise();
+    Host target;
+    QCOMPARE(target.restore(source.save()), kResultOk);
+    const QVector<ParameterMemory::Write> writes = target.memory.writes();
+    QCOMPARE(writes.size(), ParameterListExCount - 1); // every key but the unused slot
+    QCOMPARE(writes.first().prmId, target.model.parameterId(MorphValueKey));
+    QSet<unsigned short> written;
+    for (const ParameterMemory::Write &write : writes) {
+        QCOMPARE(write.ch, Channel);
+        written.insert(write.prmId);
+    }
+    for (const char *key : ParameterListEx) {
+        if (key)
+            QVERIFY2(written.contains(target.model.parameterId(key)), key);
+    }
+}
+
+void TestComponent::versionSelectsLayout_data()
+{
+    QTest::addColumn<QByteArray>("version");
+    QTest::addColumn<bool>("older");
+    QTest::addColumn<int>("result");
+    // Character codes, not digit values: "0zzz" counts as newer.
+    QTest::newRow("2620 reads the older layout") << QByteArray("2620") << true << 0;
+    QTest::newRow("2620 refuses the newer layout's markers") << QByteArray("1999") << true << 0;
+    QTest::newRow("2621 wants the newer layout") << QByteArray("2621") << true << 1;
+    QTest::newRow("2621 newer layout") << QByteArray("2621") << false << 0;
+    QTest::newRow("3690 newer layout") << QByteArray("3690") << false << 0;
+    QTest::newRow("0zzz is newer") << QByteArray("0zzz") << true << 1;
+}
+
+void TestComponent::versionSelectsLayout()
+{
+    QFETCH(QByteArray, version);
+    QFETCH(bool, older);
+    Host source;
+    source.customise();
+    QByteArray bytes = source.save();
+    bytes = older ? olderLayout(version.constData(), bytes) : version + bytes.mid(4);
+    Host target;
+    QTEST(int(target.restore(bytes)), "result");
+    if (target.restore(bytes) == kResultOk)
+        QCOMPARE(target.memory.snapshot(SnapshotChannels), source.memory.snapshot(SnapshotChannels));
+}
+
+void TestComponent::malformedStreamChangesNothing_data()
+{
+    Host source;
+    source.customise();
+    const QByteArray good = source.save();
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("result");
+    auto patched = [&](int offset, const QByteArray &with) {
+        return QByteArray(good).replace(offset, with.size(), with);
+    };
+    QTest::newRow("empty") << QByteArray() << 1;
+    QTest::newRow("version only") << good.left(4) << 1;
+    QTest::newRow("cut inside the generic block") << good.left(50) << 1;
+    QTest::newRow("no first chunk") << patched(92, "CHSx") << 1;
+    QTest::newRow("negative first chunk size") << patched(96, ChunkBytes::le32(-712)) << 1;
+    QTest::newRow("first chunk size past the end") << patched(96, ChunkBytes::le32(100000)) << 1;
+    QTest::newRow("no prms") << patched(812, "PRMS") << 1;
+    QTest::newRow("count past the end") << patched(816, ChunkBytes::le32(-1)) << 1;
+    QTest::newRow("no chnk") << patched(924, "chnK") << 1;
+    QTest::newRow("chunk with an abnormal id") << patched(928, "CHSx") << 1;
+    QTest::newRow("chunk without file information") << patched(936, "FINX") << 1;
+    QTest::newRow("cut before the chunk") << good.left(928) << 1;
+    QTest::newRow("older layout, no chunk") << QByteArray("2620") + good.mid(4, 88) << 1;
+}
+
+void TestComponent::malformedStreamChangesNothing()
+{
+    QFETCH(QByteArray, bytes);
+    Host target;
+    target.memory.setValueByKey("fx_eq_midgain", 33, Channel);
+    target.memory.setText("fx_mrp_systmname", "Before", Channel);
+    target.memory.clearWrites();
+    const QMap<QString, QString> before = target.memory.snapshot(SnapshotChannels);
+    QTEST(int(target.restore(bytes)), "result");
+    QCOMPARE(target.memory.snapshot(SnapshotChannels), before);
+    QVERIFY(target.memory.writes().isEmpty());
+    QCOMPARE(target.memory.morphBatchCount(), 0);
+}
+
+void TestComponent::withoutHost()
+{
+    auto *component = new ORVChStripComponent;
+    component->addRef();
+    auto *stream = new MemoryBStream;
+    QCOMPARE(component->getState(nullptr), kResultFalse);
+    QCOMPARE(component->setState(nullptr), kResultFalse);
+    QCOMPARE(component->getState(stream), kResultFalse);
+    QCOMPARE(stream->data(), QByteArray("3690")); // the version goes out first
+    stream->seek(0, IBStream::kIBSeekSet);
+    QCOMPARE(component->setState(stream), kResultFalse);
+    stream->release();
+    QCOMPARE(component->release(), 0u);
+}
+
+void TestComponent::failingHostReadsStoreZero()
+{
+    Host host;
+    host.customise();
+    host.memory.setFailing(true);
+    const QByteArray bytes = host.save();
+    QCOMPARE(bytes.size(), 1664);
+    QCOMPARE(bytes.mid(4, 88), QByteArray(88, '\0'));
+    QCOMPARE(bytes.mid(928 + 28, 256), QByteArray(256, '\0'));
+    QCOMPARE(bytes.mid(820, 104), QByteArray(104, '\0'));
+}
+
+void TestComponent::interfaceDefaults()
+{
+    ORVChStripComponent component;
+    void *object = &component;
+    QCOMPARE(component.queryInterface("anything", &object), kNoInterface);
+    QCOMPARE(object, nullptr);
+    RoutingInfo in, out;
+    BusInfo bus;
+    QCOMPARE(component.initialize(nullptr), kNotImplemented);
+    QCOMPARE(component.terminate(), kNotImplemented);
+    QCOMPARE(component.getBusCount(0, 0), kNotImplemented);
+    QCOMPARE(component.getBusInfo(0, 0, 0, bus), kNotImplemented);
+    QCOMPARE(component.getRoutingInfo(in, out), kNotImplemented);
+    QCOMPARE(component.setActive(1), kNotImplemented);
+    QCOMPARE(QByteArray(component.getDataVersion(), 4), QByteArray("3690"));
+    const QList<const char *> keys
+        = component.getParameterList(reinterpret_cast<const unsigned char *>("2620"));
+    QCOMPARE(keys.size(), 22);
+    QCOMPARE(QByteArray(keys.first()), QByteArray("fx_cmp_drv"));
+    QCOMPARE(keys.last(), nullptr);
+    QCOMPARE(ORVChStripComponent::versionNumber(reinterpret_cast<const unsigned char *>("2621")), 55949);
+    // Restoring a stored float rounds to the nearest step, NaN to the minimum.
+    QCOMPARE(EffectComponent::denormalized(0.5f, 1, 200), 101); // 99.5 + 0.5, plus the minimum
+    QCOMPARE(EffectComponent::denormalized(std::numeric_limits<float>::quiet_NaN(), 10, 20), 10);
+    QCOMPARE(EffectComponent::denormalized(1e30f, 0, 100), INT_MAX);
+}
+
+void TestComponent::inspectorDescribesState()
+{
+    Host host;
+    host.customise();
+    const QByteArray bytes = host.save();
+    ChStripInspector inspector;
+    QVERIFY2(inspector.inspectState(bytes), qPrintable(inspector.error()));
+    QCOMPARE(inspector.stateLayout(), QStringLiteral("newer"));
+    QCOMPARE(inspector.chunkLayout(), QStringLiteral("32-bit"));
+    QCOMPARE(inspector.morphSystemName(), QByteArray("Warm \xe9tage"));
+    QCOMPARE(inspector.morphTable().at(2).at(5), short(2 + 5 + 2));
+    QCOMPARE(inspector.genericValues().size(), 22);
+    QCOMPARE(inspector.extendedValues().size(), 26);
+    QCOMPARE(inspector.chunkValues().size(), 26);
+    QCOMPARE(inspector.extendedValues().at(1).key, QStringLiteral("fx_cmp_atck"));
+    QCOMPARE(inspector.extendedValues().at(1).value, 1.0f);
+    QStringList names;
+    QList<qint64> offsets;
+    for (const ChStripInspector::Entry &entry : inspector.entries()) {
+        if (entry.depth == 0) {
+            names << entry.name;
+            offsets << entry.offset;
+        }
+    }
+    QCOMPARE(names,
+        QStringList(
+            { "version", "generic floats", "CHST", "prms", "count", "extended floats", "chnk", "CHST" }));
+    QCOMPARE(offsets, QList<qint64>({ 0, 4, 92, 812, 816, 820, 924, 928 }));
+
+    QVERIFY(!inspector.inspectState(QByteArray(bytes).replace(924, 4, "xxxx")));
+    QCOMPARE(inspector.errorOffset(), 924);
+    QVERIFY(inspector.error().contains(QStringLiteral("expected \"chnk\"")));
+    QVERIFY(!inspector.inspectState(QByteArray(bytes).replace(928, 4, "CHSx")));
+    QCOMPARE(inspector.errorOffset(), 928 + 8);
+    QVERIFY(inspector.error().contains(QStringLiteral("The chunk ID is abnormal.")));
+
+    QVERIFY(inspector.inspectState(olderLayout("2620", bytes)));
+    QCOMPARE(inspector.stateLayout(), QStringLiteral("older"));
+    QVERIFY(inspector.extendedValues().isEmpty());
+    QVERIFY(inspector.inspectChunk(bytes.mid(928)));
+    QCOMPARE(inspector.chunkValues().at(25).key, QStringLiteral("fx_cmp_sc_onf"));
+}
+
+void TestComponent::editorHandsOutItsComponent()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    memory.setValueByKey("fx_eq_midfrq", 99, 3);
+    ORVChStripEditor editor;
+    editor.setModelInfo(&model);
+    editor.setMemAPI(&memory);
+    editor.setCh(3, 4);
+    IComponent *component = editor.getPlxComponent();
+    QVERIFY(component);
+    QCOMPARE(editor.getPlxComponent(), component);
+    auto *stream = new MemoryBStream;
+    QCOMPARE(component->getState(stream), kResultOk);
+    QCOMPARE(bigEndianFloat(stream->data(), 4 + 4 * 12), EffectComponent::normalized(99, 0, 124));
+    stream->release();
+}
+
+QTEST_MAIN(TestComponent)
+#include "tst_component.moc"

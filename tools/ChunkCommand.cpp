@@ -1,0 +1,43 @@
+// orvchstrip-tool chunk dump FILE: describes a channel-strip chunk file.
+#include <QFile>
+#include <QJsonDocument>
+
+#include "ORVChStrip/Chunk/ChStripInspector.h"
+#include "ToolCommand.h"
+
+namespace {
+
+int runChunk(ToolContext &context)
+{
+    if (context.arguments.size() != 2 || context.arguments.first() != QLatin1String("dump")) {
+        context.err << "orvchstrip-tool: usage: orvchstrip-tool chunk dump FILE [--json]\n";
+        return 2;
+    }
+    const QString path = context.arguments.at(1);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        context.err << "orvchstrip-tool: " << path << ": " << file.errorString() << '\n';
+        return 1;
+    }
+    ChStripInspector inspector;
+    const bool valid = inspector.inspectChunk(file.readAll());
+    if (context.json) {
+        QJsonObject object = inspector.toJson();
+        object.insert(QStringLiteral("file"), path);
+        context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
+    } else {
+        context.out << path << ":\n";
+        inspector.writeText(context.out);
+    }
+    context.out.flush();
+    if (!valid) {
+        context.err << "orvchstrip-tool: " << path << ": not a valid chunk file: " << inspector.error()
+                    << '\n';
+        return 1;
+    }
+    return 0;
+}
+
+const ToolCommand chunkCommand("chunk", "chunk dump FILE [--json]", &runChunk);
+
+} // namespace
