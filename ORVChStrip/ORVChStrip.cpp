@@ -1,6 +1,7 @@
 #include "ORVChStrip/ORVChStrip.h"
 
 #include "Interfaces/IModelInfo.h"
+#include "ORVChStrip/ControlsGallery.h"
 #include "ORVChStrip/ORVChStripEditor.h"
 
 IQXEffectEditor *ORVChStrip::create(QWidget *parent, unsigned short fxId, IModelInfo *modelInfo)
@@ -22,4 +23,9 @@ IQXEffectEditor *ORVChStrip::create(QWidget *parent, unsigned short fxId, IModel
     editor->setModelInfo(modelInfo);
     editor->initialize();
     return editor;
+}
+
+QWidget *ORVChStrip::createControlsGallery(QWidget *parent, IModelInfo *modelInfo, IMemAPI *memAPI)
+{
+    return new ControlsGallery(modelInfo, memAPI, parent);
 }

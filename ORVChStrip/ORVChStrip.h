@@ -2,14 +2,16 @@
 
 #include <QObject>
 
+#include "Interfaces/IORVControlsGallery.h"
 #include "Interfaces/IQXEffect.h"
 
 // The plug-in object the host loads. It says which kind of effect it edits
-// and makes an editor for one effect of one hardware model.
-class ORVChStrip : public QObject, public IQXEffect, public IQXEffectChFx {
+// and makes an editor for one effect of one hardware model; it also offers
+// the gallery of its controls.
+class ORVChStrip : public QObject, public IQXEffect, public IQXEffectChFx, public IORVControlsGallery {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "com.quenmark.orvane.ChannelStrip/2.0" FILE "ORVChStrip.json")
-    Q_INTERFACES(IQXEffect IQXEffectChFx)
+    Q_INTERFACES(IQXEffect IQXEffectChFx IORVControlsGallery)
 
 public:
     // The channel-strip effect type in the host's numbering.
@@ -17,4 +19,5 @@ public:
 
     IQXEffectEditor *create(QWidget *parent, unsigned short fxId, IModelInfo *modelInfo) override;
     int fxType() override { return ChannelStripFxType; }
+    QWidget *createControlsGallery(QWidget *parent, IModelInfo *modelInfo, IMemAPI *memAPI) override;
 };

@@ -7,6 +7,9 @@
 #include "Interfaces/IPrmObserver.h"
 
 class QLabel;
+class ORVChStripComponent;
+class ORVChStripCompressorGraph;
+class ORVChStripEqualizerGraph;
 
 // The channel strip's editor panel (1015 x 572 design pixels). For now the
 // panel shows its frame, section titles and the parts that already exist;
@@ -27,9 +30,12 @@ public:
 
     FUID uid() const override { return SecondUid; }
     void loadUids(std::vector<FUID> &uids) const override;
+    // The editor's state component; it follows the editor's model, memory and channel.
     IComponent *getPlxComponent() const override;
+    void setModelInfo(IModelInfo *modelInfo) override;
     void setMemAPI(IMemAPI *memAPI) override;
     void setCh(int ch1, int ch2) override;
+    void setFs(int fs) override;
 
     int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override;
     int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override
@@ -45,11 +51,15 @@ public:
 
 private:
     void buildPanel();
+    void buildGraphs();
     void unregisterObservers();
     void registerObservers();
 
+    ORVChStripComponent *m_pComponent;
     IMemAPI *m_pMemAPI = nullptr;
     int m_ch1 = 0;
     int m_ch2 = -1;
     QList<unsigned short> m_observedIds;
+    ORVChStripCompressorGraph *m_pCompressorGraph = nullptr;
+    ORVChStripEqualizerGraph *m_pEqualizerGraph = nullptr;
 };

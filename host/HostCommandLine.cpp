@@ -51,6 +51,19 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         QStringLiteral("Print the simulated parameters and meters and exit."));
     parser.addOptions({ helpOption, pluginOption, scaleOption, monoOption, stereoOption, fsOption,
         channelOption, dialOption, sliderOption, setOption, screenshotOption, listOption });
+    const QCommandLineOption loadStateOption(QStringLiteral("load-state"),
+        QStringLiteral("Restore the effect's state from a file before the editor is shown."),
+        QStringLiteral("file"));
+    const QCommandLineOption saveStateOption(QStringLiteral("save-state"),
+        QStringLiteral("Save the effect's state to a file once the editor is set up (after --load-state "
+                       "and --set)."),
+        QStringLiteral("file"));
+    parser.addOption(loadStateOption);
+    parser.addOption(saveStateOption);
+    const QCommandLineOption galleryOption(QStringLiteral("gallery"),
+        QStringLiteral("Show the gallery of the plug-in's controls, bound to the simulated memory, instead "
+                       "of the editor (with --screenshot: render it to a file)."));
+    parser.addOption(galleryOption);
     helpText = parser.helpText();
 
     if (!parser.parse(arguments)) {
@@ -111,5 +124,8 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         settings.append({ assignment.left(equals), assignment.mid(equals + 1) });
     }
     screenshotPath = parser.value(screenshotOption);
+    gallery = parser.isSet(galleryOption);
+    loadStatePath = parser.value(loadStateOption);
+    saveStatePath = parser.value(saveStateOption);
     return Result::Run;
 }

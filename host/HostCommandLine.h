@@ -14,6 +14,9 @@ struct HostCommandLine {
     PluginHost::Options plugin;
     QList<QPair<QString, QString>> settings; // --set KEY=TEXT, in order
     QString screenshotPath;
+    bool gallery = false; // --gallery: the controls gallery instead of the editor
+    QString loadStatePath; // --load-state FILE: restored before the editor is shown
+    QString saveStatePath; // --save-state FILE: written once the editor is set up
     QString helpText;
     QString error;
 

@@ -1,12 +1,14 @@
 #include "HostWindow.h"
 
 #include <QActionGroup>
+#include <QFileDialog>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTextStream>
 
 #include "Interfaces/IQXEffectEditor.h"
 #include "PluginHost.h"
+#include "StateFile.h"
 
 HostWindow::HostWindow(PluginHost *host, IQXEffectEditor *editor, QWidget *parent)
     : QMainWindow(parent)
@@ -21,6 +23,9 @@ HostWindow::HostWindow(PluginHost *host, IQXEffectEditor *editor, QWidget *paren
 
     QMenu *fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
     fileMenu->setObjectName(QStringLiteral("fileMenu"));
+    fileMenu->addAction(QStringLiteral("Load State..."), this, &HostWindow::loadState);
+    fileMenu->addAction(QStringLiteral("Save State..."), this, &HostWindow::saveState);
+    fileMenu->addSeparator();
     fileMenu->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 
     QMenu *viewMenu = menuBar()->addMenu(QStringLiteral("&View"));
@@ -52,4 +57,42 @@ void HostWindow::reportError(const QString &message)
 {
     statusBar()->showMessage(message);
     QTextStream(stderr) << "orvchstrip-host: " << message << '\n';
+}
+
+void HostWindow::loadState()
+{
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Load State"), QString(),
+        QStringLiteral("Effect states (*.orvstate);;All files (*)"));
+    if (!path.isEmpty())
+        loadStateFile(path);
+}
+
+void HostWindow::saveState()
+{
+    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save State"), QString(),
+        QStringLiteral("Effect states (*.orvstate);;All files (*)"));
+    if (!path.isEmpty())
+        saveStateFile(path);
+}
+
+bool HostWindow::loadStateFile(const QString &path)
+{
+    QString error;
+    if (!StateFile::load(m_pEditor->getPlxComponent(), m_pHost->memory(), path, &error)) {
+        reportError(error);
+        return false;
+    }
+    statusBar()->showMessage(QStringLiteral("Restored the state from %1").arg(path));
+    return true;
+}
+
+bool HostWindow::saveStateFile(const QString &path)
+{
+    QString error;
+    if (!StateFile::save(m_pEditor->getPlxComponent(), path, &error)) {
+        reportError(error);
+        return false;
+    }
+    statusBar()->showMessage(QStringLiteral("Saved the state to %1").arg(path));
+    return true;
 }

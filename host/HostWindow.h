@@ -17,8 +17,14 @@ public:
     // Reports a problem in the status bar and on standard error.
     void reportError(const QString &message);
 
+    // Restore or save the effect's state; false (reported) when it fails.
+    bool loadStateFile(const QString &path);
+    bool saveStateFile(const QString &path);
+
 public slots:
     void setEditorScale(double scale);
+    void loadState();
+    void saveState();
 
 private:
     void fitToEditor();

@@ -1,13 +1,16 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QTextStream>
+#include <memory>
 
 #include "HostCommandLine.h"
 #include "HostWindow.h"
+#include "Interfaces/IORVControlsGallery.h"
 #include "Interfaces/IQXEffectEditor.h"
 #include "MeterSignalGenerator.h"
 #include "ParameterListing.h"
 #include "PluginHost.h"
+#include "StateFile.h"
 
 namespace {
 
@@ -17,16 +20,43 @@ bool hasDisplay()
     return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
 }
 
-int writeScreenshot(IQXEffectEditor *editor, const QString &path, QTextStream &err)
+int writeScreenshot(QWidget *widget, const QString &what, const QString &path, QTextStream &err)
 {
-    const QPixmap picture = editor->grab();
+    const QPixmap picture = widget->grab();
     if (!picture.save(path, "PNG")) {
         err << "orvchstrip-host: cannot write the picture to " << path << '\n';
         return 1;
     }
-    QTextStream(stdout) << "Wrote the editor panel to " << path << " (" << picture.width() << " x "
+    QTextStream(stdout) << "Wrote the " << what << " to " << path << " (" << picture.width() << " x "
                         << picture.height() << " pixels)\n";
     return 0;
+}
+
+// The controls gallery in place of the editor. The plug-in object offers it
+// through its own interface; the meters run as they do for the editor.
+int runGallery(PluginHost &host, const HostCommandLine &options, QTextStream &err)
+{
+    auto *galleryFactory = qobject_cast<IORVControlsGallery *>(host.pluginInstance());
+    if (!galleryFactory) {
+        err << "orvchstrip-host: the plug-in offers no controls gallery (" IORVControlsGallery_iid ")\n";
+        return 1;
+    }
+    std::unique_ptr<QWidget> gallery(
+        galleryFactory->createControlsGallery(nullptr, &host.model(), &host.memory()));
+    if (!gallery) {
+        err << "orvchstrip-host: the plug-in made no controls gallery\n";
+        return 1;
+    }
+    MeterSignalGenerator meters(&host.memory());
+    if (!options.screenshotPath.isEmpty() || !hasDisplay()) {
+        host.memory().publishMeters(meters.levelsAt(2.0));
+        const QString path
+            = options.screenshotPath.isEmpty() ? QStringLiteral("gallery.png") : options.screenshotPath;
+        return writeScreenshot(gallery.get(), QStringLiteral("controls gallery"), path, err);
+    }
+    meters.start();
+    gallery->show();
+    return QApplication::exec();
 }
 
 // QGuiApplication takes "-plugin" and "--plugin" for input plug-ins of its
@@ -90,10 +120,29 @@ int main(int argc, char *argv[])
         }
     }
 
+    if (options.gallery)
+        return runGallery(host, options, err);
+
     IQXEffectEditor *editor = host.createEditor(nullptr, options.plugin, &error);
     if (!editor) {
         err << "orvchstrip-host: " << error << '\n';
         return 1;
+    }
+    if (!options.loadStatePath.isEmpty()) {
+        if (!StateFile::load(editor->getPlxComponent(), host.memory(), options.loadStatePath, &error)) {
+            err << "orvchstrip-host: --load-state: " << error << '\n';
+            return 1;
+        }
+        // --set refines the restored state.
+        for (const auto &[key, text] : std::as_const(options.settings))
+            host.memory().setValueText(key.toLatin1().constData(), text, options.plugin.channel);
+    }
+    if (!options.saveStatePath.isEmpty()) {
+        if (!StateFile::save(editor->getPlxComponent(), options.saveStatePath, &error)) {
+            err << "orvchstrip-host: --save-state: " << error << '\n';
+            return 1;
+        }
+        out << "Saved the effect's state to " << options.saveStatePath << '\n';
     }
     HostWindow window(&host, editor);
     MeterSignalGenerator meters(&host.memory());
@@ -104,7 +153,7 @@ int main(int argc, char *argv[])
         host.memory().publishMeters(meters.levelsAt(2.0));
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("editor.png") : options.screenshotPath;
-        return writeScreenshot(editor, path, err);
+        return writeScreenshot(editor, QStringLiteral("editor panel"), path, err);
     }
     meters.start();
     window.show();

@@ -7,6 +7,8 @@
 #include "Common/EffectEditor.h"
 #include "Common/EffectFonts.h"
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/FaderController.h"
+#include "Common/Widgets/KnobController.h"
 #include "HostModel.h"
 
 namespace {
@@ -57,6 +59,7 @@ private slots:
     void fillsOnlyUnsetDisabledColours();
     void mapsEditModes_data();
     void mapsEditModes();
+    void appliesEditModesToTheTree();
     void looksUpParameters();
     void computesMeterIndex_data();
     void computesMeterIndex();
@@ -191,6 +194,22 @@ void tst_EffectEditor::mapsEditModes()
     QFETCH(int, fader);
     QCOMPARE(EffectEditor::knobOperationType(mode), knob);
     QCOMPARE(EffectEditor::faderOperationType(mode), fader);
+}
+
+void tst_EffectEditor::appliesEditModesToTheTree()
+{
+    using namespace CommonController_MemAPI;
+    TestEditor editor;
+    auto *knob = new KnobController(new QWidget(&editor));
+    auto *fader = new FaderController(&editor);
+    editor.setDialEditMode(2);
+    editor.setSliderEditMode(1);
+    QCOMPARE(knob->operationType(), KnobController::Linear);
+    QCOMPARE(fader->operationType(), FaderController::Jump);
+    editor.setDialEditMode(1);
+    editor.setSliderEditMode(-1);
+    QCOMPARE(knob->operationType(), KnobController::RelativeCircular);
+    QCOMPARE(fader->operationType(), FaderController::Touch);
 }
 
 void tst_EffectEditor::looksUpParameters()

@@ -139,8 +139,9 @@ void tst_PluginEntry::registersAndReleasesObservers()
     editor->setMemAPI(&memory);
     editor->setCh(2, 3);
     QCOMPARE(memory.meterObserverCount(), 1);
-    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 2), 1);
-    QCOMPARE(memory.observerCount(model.parameterId("fx_eq_midgain"), 2), 1); // a morphing parameter
+    // The editor and the parts that draw these values (graphs, controls) follow them.
+    QVERIFY(memory.observerCount(model.parameterId("fx_cmp_kne"), 2) >= 1);
+    QVERIFY(memory.observerCount(model.parameterId("fx_eq_midgain"), 2) >= 1); // a morphing parameter
     QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 0), 0); // moved off channel 0
 
     // Moving to another memory leaves nothing behind in the old one.

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+#include "Interfaces/IMeterObserver.h"
+
+class EffectStyle;
+class IMemAPI;
+class IModelInfo;
+class QLabel;
+class SvgLabel;
+
+namespace CommonController_MemAPI {
+class AbstractController;
+class ButtonGroupController;
+class MeterController;
+class PushButtonController;
+} // namespace CommonController_MemAPI
+
+// A page that shows every control of the library on the editor's palette
+// and style, each bound to a parameter of the host's memory, with the meters
+// fed from the host's meter notifier. It is a review bench for the artwork
+// and the controls' behaviour, outside the editor's fixed form.
+class ControlsGallery : public QWidget, public IMeterObserver {
+    Q_OBJECT
+
+public:
+    static constexpr int DesignWidth = 1000;
+    static constexpr int DesignHeight = 740;
+
+    ControlsGallery(IModelInfo *modelInfo, IMemAPI *memAPI, QWidget *parent = nullptr);
+    ~ControlsGallery() override;
+
+    void notifyMeterLvlUpdated(unsigned int *, unsigned int) override { }
+    void notifyMeterDbUpdated(unsigned int *values, unsigned int count) override;
+
+private:
+    struct MeterRoute {
+        CommonController_MemAPI::MeterController *meter;
+        unsigned short index;
+    };
+
+    void buildHeader();
+    void buildButtons();
+    void buildKnobs();
+    void buildFaderAndTextFields();
+    void buildMeters();
+    void updateKnee();
+
+    bool parameterId(const char *key, unsigned short *prmId) const;
+    // Binds to the key on channel 0; an unknown key leaves the control unbound.
+    void bind(CommonController_MemAPI::AbstractController *control, const char *key);
+    // The host's text for every value of a parameter.
+    QStringList valueTexts(const char *key) const;
+    void route(
+        CommonController_MemAPI::MeterController *meter, const char *key, unsigned short ch, bool right);
+
+    QLabel *sectionTitle(const QString &title, int x, int y, int width);
+    // Two lines under a control: what it is, and the key it is bound to.
+    QLabel *caption(const QString &name, const char *key, const QRect &control, int width = 110);
+    QLabel *scaleLabel(QWidget *parent, const QString &text, int y);
+
+    IModelInfo *m_pModelInfo;
+    IMemAPI *m_pMemAPI;
+    IMeterNotifier *m_pMeterNotifier = nullptr;
+    EffectStyle *m_pStyle;
+    CommonController_MemAPI::ButtonGroupController *m_pKneeButtonGroup = nullptr;
+    QList<SvgLabel *> m_kneeSelectBackgrounds;
+    QList<SvgLabel *> m_kneePushBackgrounds;
+    QList<MeterRoute> m_meterRoutes;
+};

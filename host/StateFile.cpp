@@ -1,0 +1,114 @@
+#include "StateFile.h"
+
+#include <QMap>
+#include <QSaveFile>
+#include <algorithm>
+
+#include "ChannelStripModel.h"
+#include "Interfaces/FileBStream.h"
+#include "Interfaces/IComponent.h"
+#include "Interfaces/MemoryBStream.h"
+#include "ParameterMemory.h"
+
+namespace {
+
+// Every strip's own channels and its nine morph points per channel.
+constexpr int SnapshotChannels = ChannelStripModel::ChannelCount * 9;
+
+// Puts back what `before` held wherever the memory now differs.
+void restoreSnapshot(ParameterMemory &memory, const QMap<QString, QString> &before)
+{
+    // The morph position first: writing it moves the parameters it drives.
+    const QString morphPosition = QStringLiteral("fx_mrp_vl@");
+    QList<QString> keys = before.keys();
+    std::stable_partition(
+        keys.begin(), keys.end(), [&](const QString &k) { return k.startsWith(morphPosition); });
+    const QMap<QString, QString> now = memory.snapshot(SnapshotChannels);
+    for (const QString &name : std::as_const(keys)) {
+        const QString value = before.value(name);
+        if (now.value(name) == value)
+            continue;
+        const int at = int(name.lastIndexOf(QLatin1Char('@')));
+        const QByteArray key = name.left(at).toLatin1();
+        const int ch = name.mid(at + 1).toInt();
+        const ParameterSpec *spec = memory.model()->spec(memory.model()->parameterId(key.constData()));
+        if (spec && spec->isText())
+            memory.setText(key.constData(), QByteArray::fromHex(value.toLatin1()), ch);
+        else
+            memory.setValueByKey(key.constData(), value.toInt(), ch);
+    }
+}
+
+} // namespace
+
+bool StateFile::save(IComponent *component, const QString &path, QString *error)
+{
+    if (!component) {
+        *error = QStringLiteral("the editor has no state component");
+        return false;
+    }
+    auto *stream = new MemoryBStream;
+    const int32_t result = component->getState(stream);
+    const QByteArray bytes = stream->data();
+    stream->release();
+    if (result != kResultOk) {
+        *error = QStringLiteral("the plug-in could not write its state (result %1)").arg(result);
+        return false;
+    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        *error = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+bool StateFile::load(IComponent *component, ParameterMemory &memory, const QString &path, QString *error)
+{
+    if (!component) {
+        *error = QStringLiteral("the editor has no state component");
+        return false;
+    }
+    auto *stream = new FileBStream;
+    if (!stream->open(path, QIODevice::ReadOnly)) {
+        *error = QStringLiteral("cannot read %1: %2").arg(path, stream->errorString());
+        stream->release();
+        return false;
+    }
+    const QMap<QString, QString> before = memory.snapshot(SnapshotChannels);
+    const int32_t result = component->setState(stream);
+    QByteArray bytes;
+    if (result != kResultOk) {
+        stream->file().seek(0);
+        bytes = stream->file().readAll();
+    }
+    stream->release();
+    if (result == kResultOk)
+        return true;
+
+    // The component changes nothing when it refuses a stream; make sure.
+    for (int pass = 0; pass < 3 && memory.snapshot(SnapshotChannels) != before; ++pass)
+        restoreSnapshot(memory, before);
+    const QString problem = diagnose(bytes);
+    *error = QStringLiteral("%1 is not a state of this plug-in%2 (result %3); nothing was changed")
+                 .arg(path, problem.isEmpty() ? QString() : QStringLiteral(": ") + problem)
+                 .arg(result);
+    return false;
+}
+
+QString StateFile::diagnose(const QByteArray &bytes)
+{
+    constexpr int ChunkOffset = 4 + 4 * 22;
+    if (bytes.isEmpty())
+        return QStringLiteral("the file is empty");
+    if (bytes.size() < ChunkOffset + 8)
+        return QStringLiteral("the file is too short (%1 bytes)").arg(bytes.size());
+    const QByteArray chunk = bytes.mid(ChunkOffset, 8);
+    if (!chunk.startsWith("CHST") && chunk.mid(4) != "CHST")
+        return QStringLiteral("no channel-strip chunk at offset %1").arg(ChunkOffset);
+    const auto *version = reinterpret_cast<const unsigned char *>(bytes.constData());
+    const int versionNumber = version[0] * 1000 + version[1] * 100 + version[2] * 10 + version[3];
+    if (versionNumber >= 55949 && (!bytes.contains("prms") || !bytes.contains("chnk")))
+        return QStringLiteral("the \"prms\" or \"chnk\" marker is missing");
+    return QStringLiteral("the channel-strip chunk is damaged");
+}
