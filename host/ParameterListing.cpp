@@ -9,21 +9,21 @@ void printParameterListing(const HostModel &model, QTextStream &out)
 {
     out << qSetFieldWidth(20) << Qt::left << "key" << qSetFieldWidth(14) << "range"
         << "default" << qSetFieldWidth(8) << "unit" << qSetFieldWidth(0) << "values\n";
-    for (const ParameterSpec &spec : model.parameters()) {
-        const QString range = QStringLiteral("%1..%2").arg(spec.minimum).arg(spec.maximum);
+    for (const ParameterSpec &parameter : model.parameters()) {
+        const QString range = QStringLiteral("%1..%2").arg(parameter.minimum).arg(parameter.maximum);
         QString values;
-        if (spec.isText())
-            values = QStringLiteral("text of %1 characters").arg(spec.decimals);
+        if (parameter.isText())
+            values = QStringLiteral("text of %1 characters").arg(parameter.decimals);
         else
-            values = ValueText::format(spec, spec.minimum) + QStringLiteral(" .. ")
-                + ValueText::format(spec, spec.maximum);
-        if (!spec.morphTargetKey.isEmpty())
+            values = ValueText::format(parameter, parameter.minimum) + QStringLiteral(" .. ")
+                + ValueText::format(parameter, parameter.maximum);
+        if (!parameter.morphTargetKey.isEmpty())
             values += QStringLiteral("  (morph column of %1, points on ch*9+0..8)")
-                          .arg(QString::fromLatin1(spec.morphTargetKey));
+                          .arg(QString::fromLatin1(parameter.morphTargetKey));
         const QString defaultText
-            = spec.isText() ? QStringLiteral("empty") : ValueText::format(spec, spec.defaultValue);
-        out << qSetFieldWidth(20) << QString::fromLatin1(spec.key) << qSetFieldWidth(14) << range
-            << defaultText << qSetFieldWidth(8) << spec.unit << qSetFieldWidth(0) << values << '\n';
+            = parameter.isText() ? QStringLiteral("empty") : ValueText::format(parameter, parameter.defaultValue);
+        out << qSetFieldWidth(20) << QString::fromLatin1(parameter.key) << qSetFieldWidth(14) << range
+            << defaultText << qSetFieldWidth(8) << parameter.unit << qSetFieldWidth(0) << values << '\n';
     }
     out << "\nmeter               array base  channels  meaning\n";
     for (const MeterSpec &meter : model.meters()) {

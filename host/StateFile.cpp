@@ -31,8 +31,8 @@ void restoreSnapshot(ParameterMemory &memory, const QMap<QString, QString> &befo
         const int at = int(name.lastIndexOf(QLatin1Char('@')));
         const QByteArray key = name.left(at).toLatin1();
         const int ch = name.mid(at + 1).toInt();
-        const ParameterSpec *spec = memory.model()->spec(memory.model()->parameterId(key.constData()));
-        if (spec && spec->isText())
+        const ParameterSpec *parameter = memory.model()->parameter(memory.model()->parameterId(key.constData()));
+        if (parameter && parameter->isText())
             memory.setText(key.constData(), QByteArray::fromHex(value.toLatin1()), ch);
         else
             memory.setValueByKey(key.constData(), value.toInt(), ch);

@@ -9,27 +9,27 @@ namespace {
 ParameterSpec tableParameter(const char *key, ValueKind kind, int maximum, int defaultValue, const char *unit,
     const char *morphColumn = nullptr)
 {
-    ParameterSpec spec;
-    spec.key = key;
-    spec.kind = kind;
-    spec.maximum = maximum;
-    spec.defaultValue = defaultValue;
-    spec.unit = QString::fromLatin1(unit);
-    spec.morphColumnKey = morphColumn;
-    return spec;
+    ParameterSpec parameter;
+    parameter.key = key;
+    parameter.kind = kind;
+    parameter.maximum = maximum;
+    parameter.defaultValue = defaultValue;
+    parameter.unit = QString::fromLatin1(unit);
+    parameter.morphColumnKey = morphColumn;
+    return parameter;
 }
 
 ParameterSpec linearParameter(const char *key, int minimum, int maximum, int defaultValue, double step,
     double offset, int decimals, const char *unit, const char *morphColumn = nullptr,
     bool signedOutput = false)
 {
-    ParameterSpec spec = tableParameter(key, ValueKind::Linear, maximum, defaultValue, unit, morphColumn);
-    spec.minimum = minimum;
-    spec.step = step;
-    spec.offset = offset;
-    spec.decimals = decimals;
-    spec.signedOutput = signedOutput;
-    return spec;
+    ParameterSpec parameter = tableParameter(key, ValueKind::Linear, maximum, defaultValue, unit, morphColumn);
+    parameter.minimum = minimum;
+    parameter.step = step;
+    parameter.offset = offset;
+    parameter.decimals = decimals;
+    parameter.signedOutput = signedOutput;
+    return parameter;
 }
 
 ParameterSpec switchParameter(const char *key, int defaultValue)
@@ -39,9 +39,9 @@ ParameterSpec switchParameter(const char *key, int defaultValue)
 
 ParameterSpec textParameter(const char *key, int length)
 {
-    ParameterSpec spec = tableParameter(key, ValueKind::Text, 255, 0, "");
-    spec.decimals = length; // characters held
-    return spec;
+    ParameterSpec parameter = tableParameter(key, ValueKind::Text, 255, 0, "");
+    parameter.decimals = length; // characters held
+    return parameter;
 }
 
 } // namespace

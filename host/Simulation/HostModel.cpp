@@ -89,7 +89,7 @@ bool HostModel::getMeterInfo(unsigned short *base, unsigned short *channels, uns
     return true;
 }
 
-const ParameterSpec *HostModel::spec(unsigned short prmId) const
+const ParameterSpec *HostModel::parameter(unsigned short prmId) const
 {
     const int index = int(prmId) - FirstParameterId;
     return index >= 0 && index < m_parameters.size() ? &m_parameters.at(index) : nullptr;

@@ -26,7 +26,7 @@ public:
 
     const QList<ParameterSpec> &parameters() const { return m_parameters; }
     const QList<MeterSpec> &meters() const { return m_meters; }
-    const ParameterSpec *spec(unsigned short prmId) const;
+    const ParameterSpec *parameter(unsigned short prmId) const;
     // 0 when the key is unknown.
     unsigned short parameterId(const char *key) const;
     unsigned short meterBase(const char *key) const;

@@ -57,9 +57,9 @@ namespace {
 // A malformed batch without its end record must not run away.
 constexpr int MaxMorphBatchRecords = 65536;
 
-int textLength(const ParameterSpec &spec)
+int textLength(const ParameterSpec &parameter)
 {
-    return spec.decimals;
+    return parameter.decimals;
 }
 
 } // namespace
@@ -93,24 +93,24 @@ int32_t ParameterMemory::queryInterface(const char *iid, void **obj)
     return kNoInterface;
 }
 
-const ParameterSpec *ParameterMemory::specFor(unsigned short prmId) const
+const ParameterSpec *ParameterMemory::parameterFor(unsigned short prmId) const
 {
-    return m_pModel->spec(prmId);
+    return m_pModel->parameter(prmId);
 }
 
 int ParameterMemory::storedValue(unsigned short prmId, unsigned short ch) const
 {
-    const ParameterSpec *spec = specFor(prmId);
-    return m_values.value(slot(prmId, ch), spec ? spec->defaultValue : 0);
+    const ParameterSpec *parameter = parameterFor(prmId);
+    return m_values.value(slot(prmId, ch), parameter ? parameter->defaultValue : 0);
 }
 
 int ParameterMemory::getValue(unsigned short prmId, unsigned short ch, int *value, int index)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec || !value)
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter || !value)
         return -1;
-    if (spec->isText()) {
-        if (index < 0 || index >= textLength(*spec))
+    if (parameter->isText()) {
+        if (index < 0 || index >= textLength(*parameter))
             return -1;
         const QByteArray text = m_texts.value(slot(prmId, ch));
         *value = index < text.size() ? static_cast<signed char>(text.at(index)) : 0;
@@ -122,10 +122,10 @@ int ParameterMemory::getValue(unsigned short prmId, unsigned short ch, int *valu
 
 int ParameterMemory::setValue(unsigned short prmId, unsigned short ch, int value, int index, int, int notify)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec)
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter)
         return -1;
-    if (spec->isText() && (index < 0 || index >= textLength(*spec)))
+    if (parameter->isText() && (index < 0 || index >= textLength(*parameter)))
         return -1;
     m_writes.append({ prmId, ch, value, index });
     store(prmId, ch, value, index, notify != 0);
@@ -135,11 +135,11 @@ int ParameterMemory::setValue(unsigned short prmId, unsigned short ch, int value
 void ParameterMemory::store(
     unsigned short prmId, unsigned short ch, int value, int index, bool notifyObservers)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (spec->isText()) {
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (parameter->isText()) {
         QByteArray &text = m_texts[slot(prmId, ch)];
-        if (text.size() < textLength(*spec))
-            text.resize(textLength(*spec), '\0');
+        if (text.size() < textLength(*parameter))
+            text.resize(textLength(*parameter), '\0');
         const char c = static_cast<char>(value);
         if (text.at(index) == c)
             return;
@@ -148,20 +148,20 @@ void ParameterMemory::store(
             notify(prmId, ch, value);
         return;
     }
-    value = std::clamp(value, spec->minimum, spec->maximum);
+    value = std::clamp(value, parameter->minimum, parameter->maximum);
     if (storedValue(prmId, ch) == value)
         return; // the hardware reports changes only
     m_values.insert(slot(prmId, ch), value);
     if (notifyObservers)
         notify(prmId, ch, value);
-    if (spec->key == "fx_mrp_vl")
+    if (parameter->key == "fx_mrp_vl")
         followMorphPosition(ch);
 }
 
 void ParameterMemory::notify(unsigned short prmId, unsigned short ch, int value)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    const QByteArray text = spec ? ValueText::format(*spec, value).toLocal8Bit() : QByteArray();
+    const ParameterSpec *parameter = parameterFor(prmId);
+    const QByteArray text = parameter ? ValueText::format(*parameter, value).toLocal8Bit() : QByteArray();
     // An observer may unregister others (or itself) while being notified.
     const QList<IPrmObserver *> observers = m_observers.value(slot(prmId, ch));
     for (IPrmObserver *observer : observers) {
@@ -172,50 +172,50 @@ void ParameterMemory::notify(unsigned short prmId, unsigned short ch, int value)
 
 int ParameterMemory::getRange(unsigned short prmId, unsigned short, int *min, int *max)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec || !min || !max)
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter || !min || !max)
         return -1;
-    *min = spec->minimum;
-    *max = spec->maximum;
+    *min = parameter->minimum;
+    *max = parameter->maximum;
     return kResultOk;
 }
 
 int ParameterMemory::getDefault(unsigned short prmId, unsigned short, int *value)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec || !value)
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter || !value)
         return -1;
-    *value = spec->defaultValue;
+    *value = parameter->defaultValue;
     return kResultOk;
 }
 
-bool ParameterMemory::morphBaseValue(const ParameterSpec &spec, unsigned short ch, int *value) const
+bool ParameterMemory::morphBaseValue(const ParameterSpec &parameter, unsigned short ch, int *value) const
 {
-    if (spec.morphColumnKey.isEmpty() || text("fx_mrp_systmname", ch).isEmpty())
+    if (parameter.morphColumnKey.isEmpty() || text("fx_mrp_systmname", ch).isEmpty())
         return false;
-    const unsigned short column = m_pModel->parameterId(spec.morphColumnKey.constData());
+    const unsigned short column = m_pModel->parameterId(parameter.morphColumnKey.constData());
     const unsigned short position = m_pModel->parameterId("fx_mrp_vl");
-    const ParameterSpec *positionSpec = specFor(position);
-    if (!column || !positionSpec)
+    const ParameterSpec *positionParameter = parameterFor(position);
+    if (!column || !positionParameter)
         return false;
     // The morph position runs across the nine points evenly.
-    const double span = positionSpec->maximum - positionSpec->minimum;
-    const double x = span > 0 ? 8.0 * (storedValue(position, ch) - positionSpec->minimum) / span : 0.0;
+    const double span = positionParameter->maximum - positionParameter->minimum;
+    const double x = span > 0 ? 8.0 * (storedValue(position, ch) - positionParameter->minimum) / span : 0.0;
     const int point = std::clamp(int(x), 0, 7);
     const double fraction = std::clamp(x - point, 0.0, 1.0);
     const int base = ch * 9;
     const double a = storedValue(column, static_cast<unsigned short>(base + point));
     const double b = storedValue(column, static_cast<unsigned short>(base + point + 1));
-    *value = std::clamp(int(std::lround(a + (b - a) * fraction)), spec.minimum, spec.maximum);
+    *value = std::clamp(int(std::lround(a + (b - a) * fraction)), parameter.minimum, parameter.maximum);
     return true;
 }
 
 int ParameterMemory::getBaseValue(unsigned short prmId, unsigned short ch, int *value)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec || !value || spec->isText())
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter || !value || parameter->isText())
         return -1;
-    if (!morphBaseValue(*spec, ch, value))
+    if (!morphBaseValue(*parameter, ch, value))
         *value = storedValue(prmId, ch);
     return kResultOk;
 }
@@ -225,16 +225,16 @@ void ParameterMemory::followMorphPosition(unsigned short ch)
     // Moving the morph knob moves every morphing parameter to what the
     // position implies, as the hardware does.
     for (int i = 0; i < m_pModel->parameters().size(); ++i) {
-        const ParameterSpec &spec = m_pModel->parameters().at(i);
+        const ParameterSpec &parameter = m_pModel->parameters().at(i);
         int base = 0;
-        if (morphBaseValue(spec, ch, &base))
+        if (morphBaseValue(parameter, ch, &base))
             store(static_cast<unsigned short>(HostModel::FirstParameterId + i), ch, base, 0, true);
     }
 }
 
 int ParameterMemory::addPrmObserver(unsigned short prmId, unsigned short ch, IPrmObserver *observer, int)
 {
-    if (!observer || !specFor(prmId))
+    if (!observer || !parameterFor(prmId))
         return -1;
     QList<IPrmObserver *> &observers = m_observers[slot(prmId, ch)];
     if (!observers.contains(observer))
@@ -267,10 +267,10 @@ int ParameterMemory::getMeterNotifier(IMeterNotifier **notifier)
 
 int ParameterMemory::getValueString(unsigned short prmId, unsigned short, int value, char *buffer, int size)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec || !buffer || size <= 0)
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter || !buffer || size <= 0)
         return -1;
-    const QByteArray text = ValueText::format(*spec, value).toLocal8Bit();
+    const QByteArray text = ValueText::format(*parameter, value).toLocal8Bit();
     const int n = std::min<int>(int(text.size()), size - 1);
     std::memcpy(buffer, text.constData(), size_t(n));
     buffer[n] = '\0';
@@ -279,10 +279,10 @@ int ParameterMemory::getValueString(unsigned short prmId, unsigned short, int va
 
 int ParameterMemory::setValueString(unsigned short prmId, unsigned short, const char *text, int *value)
 {
-    const ParameterSpec *spec = specFor(prmId);
-    if (m_failing || !spec || !text || !value)
+    const ParameterSpec *parameter = parameterFor(prmId);
+    if (m_failing || !parameter || !text || !value)
         return -1;
-    return ValueText::parse(*spec, QString::fromLocal8Bit(text), value) ? kResultOk : -1;
+    return ValueText::parse(*parameter, QString::fromLocal8Bit(text), value) ? kResultOk : -1;
 }
 
 int ParameterMemory::applyMorphBatch(const IORVDMorphHandler::OMD_PRMINFO *record)
@@ -291,12 +291,12 @@ int ParameterMemory::applyMorphBatch(const IORVDMorphHandler::OMD_PRMINFO *recor
         return kResultFalse;
     for (int n = 0; n < MaxMorphBatchRecords && record->prmId != IORVDMorphHandler::kEndOfBatch;
          ++n, ++record) {
-        const ParameterSpec *spec = specFor(record->prmId);
-        if (!spec || record->channel > 0xFFFF)
+        const ParameterSpec *parameter = parameterFor(record->prmId);
+        if (!parameter || record->channel > 0xFFFF)
             continue;
         const auto ch = static_cast<unsigned short>(record->channel);
-        if (spec->isText()) {
-            if (record->index < textLength(*spec))
+        if (parameter->isText()) {
+            if (record->index < textLength(*parameter))
                 store(record->prmId, ch, record->value, record->index, true);
         } else {
             store(record->prmId, ch, record->value, 0, true);
@@ -321,15 +321,15 @@ bool ParameterMemory::setValueByKey(const char *key, int value, int ch)
 bool ParameterMemory::setValueText(const char *key, const QString &text, int ch)
 {
     const unsigned short id = m_pModel->parameterId(key);
-    const ParameterSpec *spec = specFor(id);
-    if (!spec)
+    const ParameterSpec *parameter = parameterFor(id);
+    if (!parameter)
         return false;
-    if (spec->isText()) {
+    if (parameter->isText()) {
         setText(key, text.toLocal8Bit(), ch);
         return true;
     }
     int value = 0;
-    return ValueText::parse(*spec, text, &value) && setValue(id, static_cast<unsigned short>(ch), value) >= 0;
+    return ValueText::parse(*parameter, text, &value) && setValue(id, static_cast<unsigned short>(ch), value) >= 0;
 }
 
 QByteArray ParameterMemory::text(const char *key, int ch) const
@@ -343,10 +343,10 @@ QByteArray ParameterMemory::text(const char *key, int ch) const
 void ParameterMemory::setText(const char *key, const QByteArray &text, int ch)
 {
     const unsigned short id = m_pModel->parameterId(key);
-    const ParameterSpec *spec = specFor(id);
-    if (!spec || !spec->isText())
+    const ParameterSpec *parameter = parameterFor(id);
+    if (!parameter || !parameter->isText())
         return;
-    for (int i = 0; i < textLength(*spec); ++i)
+    for (int i = 0; i < textLength(*parameter); ++i)
         store(id, static_cast<unsigned short>(ch), i < text.size() ? text.at(i) : 0, i, true);
 }
 
@@ -366,12 +366,12 @@ int ParameterMemory::totalObserverCount() const
 QMap<QString, QString> ParameterMemory::snapshot(int channelCount) const
 {
     QMap<QString, QString> values;
-    for (const ParameterSpec &spec : m_pModel->parameters()) {
+    for (const ParameterSpec &parameter : m_pModel->parameters()) {
         for (int ch = 0; ch < channelCount; ++ch) {
-            const QString name = QString::fromLatin1(spec.key) + QLatin1Char('@') + QString::number(ch);
+            const QString name = QString::fromLatin1(parameter.key) + QLatin1Char('@') + QString::number(ch);
             values.insert(name,
-                spec.isText() ? QString::fromLatin1(text(spec.key.constData(), ch).toHex())
-                              : QString::number(value(spec.key.constData(), ch)));
+                parameter.isText() ? QString::fromLatin1(text(parameter.key.constData(), ch).toHex())
+                              : QString::number(value(parameter.key.constData(), ch)));
         }
     }
     return values;

@@ -73,9 +73,9 @@ bool parseNumber(QString text, double *number)
     return true;
 }
 
-QString format(const ParameterSpec &spec, int value)
+QString format(const ParameterSpec &parameter, int value)
 {
-    switch (spec.kind) {
+    switch (parameter.kind) {
     case ValueKind::Frequency: {
         const double f = FreqTable[std::clamp(value, 0, FreqCount - 1)];
         return f >= 1000.0 ? trimmedNumber(f / 1000.0, 2) + QLatin1Char('k') : trimmedNumber(f, 1);
@@ -98,9 +98,9 @@ QString format(const ParameterSpec &spec, int value)
     case ValueKind::Knee: return QString::fromLatin1(KneeNames[std::clamp(value, 0, 2)]);
     case ValueKind::Switch: return value ? QStringLiteral("ON") : QStringLiteral("OFF");
     case ValueKind::Linear: {
-        const double x = value * spec.step + spec.offset;
-        const QString text = QString::number(x, 'f', spec.decimals);
-        if (spec.signedOutput && x > 0.5 * std::pow(10.0, -spec.decimals))
+        const double x = value * parameter.step + parameter.offset;
+        const QString text = QString::number(x, 'f', parameter.decimals);
+        if (parameter.signedOutput && x > 0.5 * std::pow(10.0, -parameter.decimals))
             return QLatin1Char('+') + text;
         return text.startsWith(QLatin1String("-")) && text.toDouble() == 0.0 ? text.mid(1) : text;
     }
@@ -109,14 +109,14 @@ QString format(const ParameterSpec &spec, int value)
     return QString();
 }
 
-bool parse(const ParameterSpec &spec, const QString &input, int *value)
+bool parse(const ParameterSpec &parameter, const QString &input, int *value)
 {
-    const QString text = withoutUnit(input, spec.unit);
+    const QString text = withoutUnit(input, parameter.unit);
     if (text.isEmpty())
         return false;
     int result = 0;
     double x = 0;
-    switch (spec.kind) {
+    switch (parameter.kind) {
     case ValueKind::Knee: {
         bool ok = false;
         result = text.toInt(&ok);
@@ -170,11 +170,11 @@ bool parse(const ParameterSpec &spec, const QString &input, int *value)
         if (!parseNumber(text, &x))
             return false;
         result = static_cast<int>(std::lround(
-            std::clamp((x - spec.offset) / spec.step, double(spec.minimum), double(spec.maximum))));
+            std::clamp((x - parameter.offset) / parameter.step, double(parameter.minimum), double(parameter.maximum))));
         break;
     case ValueKind::Text: return false;
     }
-    *value = std::clamp(result, spec.minimum, spec.maximum);
+    *value = std::clamp(result, parameter.minimum, parameter.maximum);
     return true;
 }
 

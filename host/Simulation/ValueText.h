@@ -9,9 +9,9 @@
 // "-3.0 dB" for a gain, "4:1" for a ratio, "soft" for a knee).
 namespace ValueText {
 
-QString format(const ParameterSpec &spec, int value);
+QString format(const ParameterSpec &parameter, int value);
 // The nearest valid value for a text; false when the text does not parse.
-bool parse(const ParameterSpec &spec, const QString &text, int *value);
+bool parse(const ParameterSpec &parameter, const QString &text, int *value);
 // The number in a text, with an optional k/M/G multiplier suffix.
 bool parseNumber(QString text, double *number);
 

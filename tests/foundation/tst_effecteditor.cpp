@@ -38,10 +38,10 @@ protected:
 
 ParameterSpec parameter(const char *key)
 {
-    ParameterSpec spec;
-    spec.key = key;
-    spec.maximum = 10;
-    return spec;
+    ParameterSpec parameter;
+    parameter.key = key;
+    parameter.maximum = 10;
+    return parameter;
 }
 
 } // namespace

@@ -38,10 +38,10 @@ namespace {
 
 ParameterSpec parameter(const char *key)
 {
-    ParameterSpec spec;
-    spec.key = key;
-    spec.maximum = 1;
-    return spec;
+    ParameterSpec parameter;
+    parameter.key = key;
+    parameter.maximum = 1;
+    return parameter;
 }
 
 } // namespace
