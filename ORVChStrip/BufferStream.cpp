@@ -1,4 +1,4 @@
-#include "BufferStream.h"
+#include "ORVChStrip/BufferStream.h"
 
 BufferStream::BufferStream(QByteArray bytes)
     : MemoryBStream(std::move(bytes))

@@ -1,4 +1,4 @@
-#include "CompressorCurve.h"
+#include "ORVChStrip/CompressorCurve.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
-#include "EqualizerGraphCurves.h"
+#include "ORVChStrip/EqualizerGraphCurves.h"
 
 #include <cmath>
 
-#include "EqualizerGraphGeometry.h"
-#include "Filter/FILTER2PEQ.h"
-#include "PolylineSimplify.h"
+#include "ORVChStrip/EqualizerGraphGeometry.h"
+#include "ORVChStrip/Filter/FILTER2PEQ.h"
+#include "ORVChStrip/PolylineSimplify.h"
 
 void EqualizerGraphCurves::clear()
 {

@@ -1,4 +1,4 @@
-#include "EqualizerGraphGeometry.h"
+#include "ORVChStrip/EqualizerGraphGeometry.h"
 
 #include <algorithm>
 #include <cmath>

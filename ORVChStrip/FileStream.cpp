@@ -1,4 +1,4 @@
-#include "FileStream.h"
+#include "ORVChStrip/FileStream.h"
 
 #include <QFile>
 

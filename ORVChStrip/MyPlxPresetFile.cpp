@@ -1,11 +1,11 @@
-#include "MyPlxPresetFile.h"
+#include "ORVChStrip/MyPlxPresetFile.h"
 
 #include <QFile>
 #include <QSaveFile>
 
-#include "BufferStream.h"
-#include "FileStream.h"
-#include "PresetFile.h"
+#include "ORVChStrip/BufferStream.h"
+#include "ORVChStrip/FileStream.h"
+#include "ORVChStrip/PresetFile.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "ORVChStripCompressorGraph.h"
+#include "ORVChStrip/ORVChStripCompressorGraph.h"
 
 #include <QPainter>
 
 #include "Common/EffectEditor.h"
 #include "Interfaces/IMemAPI.h"
-#include "PixelGridSnap.h"
-#include "PolylineSimplify.h"
+#include "ORVChStrip/PixelGridSnap.h"
+#include "ORVChStrip/PolylineSimplify.h"
 
 namespace {
 

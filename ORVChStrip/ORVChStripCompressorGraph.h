@@ -4,8 +4,8 @@
 #include <QWidget>
 #include <array>
 
-#include "CompressorCurve.h"
 #include "Interfaces/IPrmObserver.h"
+#include "ORVChStrip/CompressorCurve.h"
 
 class EffectEditor;
 class IMemAPI;

@@ -1,4 +1,4 @@
-#include "ORVChStripEqualizerGraph.h"
+#include "ORVChStrip/ORVChStripEqualizerGraph.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -9,7 +9,7 @@
 #include "Common/EffectEditor.h"
 #include "Interfaces/ChannelStripValueTables.h"
 #include "Interfaces/IMemAPI.h"
-#include "PixelGridSnap.h"
+#include "ORVChStrip/PixelGridSnap.h"
 
 using namespace ChannelStripTables;
 
@@ -593,14 +593,8 @@ void ORVChStripEqualizerGraph::wheelEvent(QWheelEvent *event)
     if (!m_prmFound[gain])
         return;
 
-    const QPoint angle = event->angleDelta();
-    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
-    if ((m_wheelAccumulator < 0 && delta > 0) || (m_wheelAccumulator > 0 && delta < 0))
-        m_wheelAccumulator = 0;
-    m_wheelAccumulator += delta;
     const int divisor = event->modifiers().testFlag(Qt::ShiftModifier) ? FineWheelStep : WheelStep;
-    const int steps = m_wheelAccumulator / divisor;
-    m_wheelAccumulator %= divisor;
+    const int steps = m_wheel.take(CommonController_MemAPI::WheelAccumulator::dominantDelta(event->angleDelta()), divisor);
     if (steps == 0)
         return;
     int value = 0;

@@ -6,10 +6,11 @@
 #include <QWidget>
 #include <array>
 
-#include "EqualizerGraphCurves.h"
-#include "EqualizerGraphGeometry.h"
-#include "Filter/FILTER2PEQ.h"
+#include "Common/Widgets/WheelAccumulator.h"
 #include "Interfaces/IPrmObserver.h"
+#include "ORVChStrip/EqualizerGraphCurves.h"
+#include "ORVChStrip/EqualizerGraphGeometry.h"
+#include "ORVChStrip/Filter/FILTER2PEQ.h"
 
 class EffectEditor;
 class IMemAPI;
@@ -145,7 +146,7 @@ private:
     bool m_qualityDrag = false;
     QPointF m_grabOffset;
     QPoint m_lastPos;
-    int m_wheelAccumulator = 0;
+    CommonController_MemAPI::WheelAccumulator m_wheel;
 
     // Curves are recomputed only when a value, the rate or the size changes.
     // The frame and grid, and the grid with the curves over it, are kept as

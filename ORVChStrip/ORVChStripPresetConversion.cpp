@@ -1,4 +1,4 @@
-#include "ORVChStripPresetConversion.h"
+#include "ORVChStrip/ORVChStripPresetConversion.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -6,9 +6,9 @@
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "MyPlxPresetFile.h"
-#include "ORVChStripPresetConverterComponent.h"
-#include "PresetFileInfo.h"
+#include "ORVChStrip/MyPlxPresetFile.h"
+#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/PresetFileInfo.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
 
 #include <algorithm>
 #include <limits>

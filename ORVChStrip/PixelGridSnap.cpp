@@ -1,4 +1,4 @@
-#include "PixelGridSnap.h"
+#include "ORVChStrip/PixelGridSnap.h"
 
 #include <QPaintEngine>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "PolylineSimplify.h"
+#include "ORVChStrip/PolylineSimplify.h"
 
 #include <cmath>
 #include <utility>

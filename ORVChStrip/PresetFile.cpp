@@ -1,11 +1,11 @@
-#include "PresetFile.h"
+#include "ORVChStrip/PresetFile.h"
 
 #include <QtEndian>
 #include <cstring>
 
 #include "Interfaces/IBStream.h"
 #include "Interfaces/IComponent.h"
-#include "ReadOnlyBStream.h"
+#include "ORVChStrip/ReadOnlyBStream.h"
 
 namespace {
 

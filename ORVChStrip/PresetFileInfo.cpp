@@ -1,10 +1,10 @@
-#include "PresetFileInfo.h"
+#include "ORVChStrip/PresetFileInfo.h"
 
 #include <QFile>
 #include <QtEndian>
 #include <algorithm>
 
-#include "PresetFile.h"
+#include "ORVChStrip/PresetFile.h"
 
 namespace {
 

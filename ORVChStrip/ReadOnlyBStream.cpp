@@ -1,4 +1,4 @@
-#include "ReadOnlyBStream.h"
+#include "ORVChStrip/ReadOnlyBStream.h"
 
 #include <algorithm>
 

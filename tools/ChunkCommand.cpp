@@ -3,7 +3,7 @@
 #include <QJsonDocument>
 
 #include "ORVChStrip/Chunk/ChStripInspector.h"
-#include "ToolCommand.h"
+#include "tools/ToolCommand.h"
 
 namespace {
 

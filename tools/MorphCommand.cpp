@@ -8,7 +8,7 @@
 #include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ORVD/ORVD_Select.h"
-#include "ToolCommand.h"
+#include "tools/ToolCommand.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "ORVChStrip/ORVChStripPresetConversion.h"
 #include "ORVChStrip/PresetFileInfo.h"
-#include "ToolCommand.h"
+#include "tools/ToolCommand.h"
 
 namespace {
 

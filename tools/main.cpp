@@ -1,7 +1,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 
-#include "ToolCommand.h"
+#include "tools/ToolCommand.h"
 
 namespace {
 

@@ -247,6 +247,13 @@ void AbstractController::gestureSetNormalized(float normalized, Qt::KeyboardModi
         notifyModifiersChange(modifiers);
 }
 
+int AbstractController::linearDragSteps(const QPoint &moved, double fineFactor) const
+{
+    const int range = std::max(1, maximumValue() - minimumValue() + 1);
+    const int pixelsPerStep = std::clamp(200 / range, 1, 20);
+    return static_cast<int>((moved.x() - moved.y()) / m_scale / pixelsPerStep / fineFactor);
+}
+
 void AbstractController::gestureSetDefault(Qt::KeyboardModifiers modifiers)
 {
     gestureSetNormalized(defaultNormalized(), modifiers);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <Qt>
 
@@ -70,6 +71,10 @@ protected:
     // As above; the change is judged on the normalised value.
     void gestureSetNormalized(float normalized, Qt::KeyboardModifiers modifiers);
     void gestureSetDefault(Qt::KeyboardModifiers modifiers);
+    // Whole value steps for a linear drag by `moved` pixels, right and up
+    // increasing: a range of n values moves one step per 200 / n pixels (1 to
+    // 20), at the control's scale, `fineFactor` times finer.
+    int linearDragSteps(const QPoint &moved, double fineFactor) const;
     // Subclasses emit their modifiersChange(this, modifiers) signal here.
     virtual void notifyModifiersChange(Qt::KeyboardModifiers modifiers) = 0;
 

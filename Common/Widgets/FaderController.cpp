@@ -356,14 +356,8 @@ void FaderController::wheelEvent(QWheelEvent *event)
     if (!isEnabled())
         return;
     setFocus(Qt::MouseFocusReason);
-    const QPoint angle = event->angleDelta();
-    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
-    if (m_wheelAccumulator != 0 && delta != 0 && (delta < 0) != (m_wheelAccumulator < 0))
-        m_wheelAccumulator = 0;
-    m_wheelAccumulator += delta;
     const int unit = (event->modifiers() & Qt::ShiftModifier) ? 3 * WheelUnit : WheelUnit;
-    int steps = m_wheelAccumulator / unit;
-    m_wheelAccumulator %= unit;
+    int steps = m_wheel.take(WheelAccumulator::dominantDelta(event->angleDelta()), unit);
     if (m_reverse)
         steps = -steps;
     if (steps != 0)

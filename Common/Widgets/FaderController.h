@@ -6,6 +6,7 @@
 
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/SvgLayer.h"
+#include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
 
@@ -113,7 +114,7 @@ private:
     float m_anchorNormalized = 0.0f;
     QPoint m_anchorPosition;
     QPoint m_lastPosition;
-    int m_wheelAccumulator = 0;
+    WheelAccumulator m_wheel;
     bool m_justJumped = false;
     QTimer m_rampTimer;
     QTimer m_doubleClickTimer;

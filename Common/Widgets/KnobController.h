@@ -5,6 +5,7 @@
 
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/SvgLayer.h"
+#include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
 
@@ -124,7 +125,7 @@ private:
     QPoint m_anchorPosition;
     QPoint m_lastPosition;
     double m_rotation = 0.0;
-    int m_wheelAccumulator = 0;
+    WheelAccumulator m_wheel;
     QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
 };
 

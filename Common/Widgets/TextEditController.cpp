@@ -300,10 +300,7 @@ void TextEditController::mouseMoveEvent(QMouseEvent *event)
         anchorAt(m_lastPosition);
     }
     const int before = value();
-    const int range = std::max(1, maximumValue() - minimumValue() + 1);
-    const int pixelsPerStep = std::clamp(200 / range, 1, 20);
-    const QPoint moved = position - m_anchorPosition;
-    int steps = int((moved.x() - moved.y()) / scale() / pixelsPerStep / (m_fine ? FineFactor : 1.0));
+    int steps = linearDragSteps(position - m_anchorPosition, m_fine ? FineFactor : 1.0);
     if (!m_fine)
         steps *= m_stepSize;
     setValue(m_anchorValue + steps);
@@ -339,20 +336,11 @@ void TextEditController::wheelEvent(QWheelEvent *event)
     if (!isEnabled() || isEditing())
         return;
     setFocus(Qt::MouseFocusReason);
-    const QPoint angle = event->angleDelta();
-    const int delta = std::abs(angle.x()) > std::abs(angle.y()) ? angle.x() : angle.y();
-    if (m_wheelAccumulator != 0 && delta != 0 && (delta < 0) != (m_wheelAccumulator < 0))
-        m_wheelAccumulator = 0;
-    m_wheelAccumulator += delta;
-    int unit = WheelUnit;
-    int steps = 0;
-    if (event->modifiers() & Qt::ShiftModifier) {
-        unit = m_stepSize == 1 ? 3 * WheelUnit : WheelUnit;
-        steps = m_wheelAccumulator / unit;
-    } else {
-        steps = m_wheelAccumulator / unit * m_stepSize;
-    }
-    m_wheelAccumulator %= unit;
+    const bool shift = event->modifiers() & Qt::ShiftModifier;
+    const int unit = shift && m_stepSize == 1 ? 3 * WheelUnit : WheelUnit;
+    int steps = m_wheel.take(WheelAccumulator::dominantDelta(event->angleDelta()), unit);
+    if (!shift)
+        steps *= m_stepSize;
     if (steps != 0)
         gestureSetValue(value() + steps, event->modifiers());
 }

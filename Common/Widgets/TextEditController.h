@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
 
@@ -108,7 +109,7 @@ private:
     int m_anchorValue = 0;
     QPoint m_anchorPosition;
     QPoint m_lastPosition;
-    int m_wheelAccumulator = 0;
+    WheelAccumulator m_wheel;
     QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
 };
 

@@ -1,4 +1,4 @@
-#include "FILTER2PEQ.h"
+#include "ORVChStrip/Filter/FILTER2PEQ.h"
 
 #include <cmath>
 #include <complex>

@@ -1,7 +1,7 @@
-#include "ORVD_Collection.h"
+#include "ORVChStrip/ORVD/ORVD_Collection.h"
 
-#include "ORVD_CollectionImp.h"
-#include "ORVD_FolderCollectionImp.h"
+#include "ORVChStrip/ORVD/ORVD_CollectionImp.h"
+#include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 
 ORVD_Collection::ORVD_Collection()
     : m_pImp(std::make_unique<ORVD_FolderCollectionImp>())

@@ -1,4 +1,4 @@
-#include "ORVD_Data.h"
+#include "ORVChStrip/ORVD/ORVD_Data.h"
 
 #include <cstring>
 #include <new>

@@ -1,8 +1,8 @@
-#include "ORVD_FolderCollectionImp.h"
+#include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 
 #include <QFileInfo>
 
-#include "OrvdCollectionEngine.h"
+#include "ORVChStrip/ORVD/OrvdCollectionEngine.h"
 
 ORVD_FolderCollectionImp::ORVD_FolderCollectionImp(const QString &folder)
     : m_folder(folder)

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "ORVD_CollectionImp.h"
+#include "ORVChStrip/ORVD/ORVD_CollectionImp.h"
 
 // Collects the morph data files of one folder and its sub-folders, one level
 // deep (see OrvdCollectionEngine). A folder that does not exist gives

@@ -1,10 +1,10 @@
-#include "ORVD_Manager.h"
+#include "ORVChStrip/ORVD/ORVD_Manager.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "ORVD_Data.h"
-#include "ORVD_Select.h"
+#include "ORVChStrip/ORVD/ORVD_Data.h"
+#include "ORVChStrip/ORVD/ORVD_Select.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "ORVD_Collection.h"
+#include "ORVChStrip/ORVD/ORVD_Collection.h"
 
 class ORVD_Data;
 class ORVD_Select;

@@ -1,12 +1,12 @@
-#include "OrvdCollectionEngine.h"
+#include "ORVChStrip/ORVD/OrvdCollectionEngine.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <memory>
 
-#include "ORVD_Data.h"
-#include "OrvdEntryName.h"
-#include "OrvdFileReader.h"
+#include "ORVChStrip/ORVD/ORVD_Data.h"
+#include "ORVChStrip/ORVD/OrvdEntryName.h"
+#include "ORVChStrip/ORVD/OrvdFileReader.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "OrvdEntryName.h"
+#include "ORVChStrip/ORVD/OrvdEntryName.h"
 
 #include <QString>
 #include <QTextBoundaryFinder>
 
-#include "ORVD_Data.h"
+#include "ORVChStrip/ORVD/ORVD_Data.h"
 
 namespace {
 

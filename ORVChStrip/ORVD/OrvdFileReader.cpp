@@ -1,4 +1,4 @@
-#include "OrvdFileReader.h"
+#include "ORVChStrip/ORVD/OrvdFileReader.h"
 
 OrvdFileReader::OrvdFileReader(const QString &path)
     : m_file(path)
