@@ -11,75 +11,11 @@
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IModelInfo.h"
 
-EffectComponent::EffectComponent() = default;
+EffectComponent::EffectComponent()
+    : ComponentBase(0)
+{ }
 
 EffectComponent::~EffectComponent() = default;
-
-int32_t EffectComponent::queryInterface(const char *, void **obj)
-{
-    if (obj)
-        *obj = nullptr;
-    return kNoInterface;
-}
-
-uint32_t EffectComponent::addRef()
-{
-    return ++m_refCount;
-}
-
-uint32_t EffectComponent::release()
-{
-    if (m_refCount == 0 || --m_refCount == 0) {
-        delete this;
-        return 0;
-    }
-    return m_refCount;
-}
-
-int32_t EffectComponent::initialize(FUnknown *)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::terminate()
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::getControllerClassId(char *)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::setIoMode(int32_t)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::getBusCount(int32_t, int32_t)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::getBusInfo(int32_t, int32_t, int32_t, BusInfo &)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::getRoutingInfo(RoutingInfo &, RoutingInfo &)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::activateBus(int32_t, int32_t, int32_t, unsigned char)
-{
-    return kNotImplemented;
-}
-
-int32_t EffectComponent::setActive(unsigned char)
-{
-    return kNotImplemented;
-}
 
 const char *EffectComponent::getDataVersion() const
 {

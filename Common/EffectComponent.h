@@ -2,7 +2,7 @@
 
 #include <QList>
 
-#include "Interfaces/IComponent.h"
+#include "Common/ComponentBase.h"
 
 class IMemAPI;
 class IModelInfo;
@@ -11,32 +11,13 @@ class IModelInfo;
 // live here: getState reads them out of the host's parameter memory and
 // serialises them, setState parses a stream and writes them back. The base
 // stores a version and one big-endian normalised float per key.
-class EffectComponent : public IComponent {
+class EffectComponent : public ComponentBase
+{
 public:
     static constexpr int DataVersionSize = 4;
 
     EffectComponent();
-    virtual ~EffectComponent();
-
-    EffectComponent(const EffectComponent &) = delete;
-    EffectComponent &operator=(const EffectComponent &) = delete;
-
-    // Answers no interface for every id.
-    int32_t queryInterface(const char *iid, void **obj) override;
-    uint32_t addRef() override;
-    // Destroys the component when the count reaches 0.
-    uint32_t release() override;
-
-    // Not implemented: the component has no processing side.
-    int32_t initialize(FUnknown *context) override;
-    int32_t terminate() override;
-    int32_t getControllerClassId(char *classId) override;
-    int32_t setIoMode(int32_t mode) override;
-    int32_t getBusCount(int32_t type, int32_t direction) override;
-    int32_t getBusInfo(int32_t type, int32_t direction, int32_t index, BusInfo &bus) override;
-    int32_t getRoutingInfo(RoutingInfo &inInfo, RoutingInfo &outInfo) override;
-    int32_t activateBus(int32_t type, int32_t direction, int32_t index, unsigned char state) override;
-    int32_t setActive(unsigned char state) override;
+    ~EffectComponent() override;
 
     int32_t setState(IBStream *state) override;
     int32_t getState(IBStream *state) override;
@@ -71,7 +52,6 @@ protected:
     static int32_t readAll(IBStream *stream, void *data, int32_t count);
 
 private:
-    uint32_t m_refCount = 0;
     IModelInfo *m_pModelInfo = nullptr;
     IMemAPI *m_pMemAPI = nullptr;
     int m_ch = 0;

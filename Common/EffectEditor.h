@@ -12,11 +12,13 @@ class QStyle;
 // built widget tree once (fonts, pixel sizes, style, palette), records every
 // widget's design geometry and font size, and rescales the tree from those
 // design values on demand, so repeated scaling never accumulates rounding.
-class EffectEditor : public IQXEffectEditor2 {
+class EffectEditor : public IQXEffectEditor2
+{
     Q_OBJECT
 
 public:
-    struct WidgetInformation {
+    struct WidgetInformation
+    {
         QWidget *widget = nullptr;
         int left = 0;
         int top = 0;

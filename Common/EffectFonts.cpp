@@ -7,7 +7,8 @@ namespace {
 
 enum class FamilyKind { MPlus1c, MPlus1, Fallback };
 
-struct InstalledFamily {
+struct InstalledFamily
+{
     FamilyKind kind;
     QString name;
 };

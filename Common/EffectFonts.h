@@ -7,7 +7,8 @@
 // "M+ 1c medium", "M+ 1c bold") to an installed family. "M+ 1c" is preferred;
 // where it is missing its successor "M PLUS 1" is used the same way, and the
 // default sans family where neither is installed.
-class EffectFonts {
+class EffectFonts
+{
 public:
     enum Weight { Regular, Medium, Bold, NoDesignFamily = -1 };
 

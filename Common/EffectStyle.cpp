@@ -6,8 +6,7 @@
 
 EffectStyle::EffectStyle()
     : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
-{
-}
+{ }
 
 void EffectStyle::drawPrimitive(
     PrimitiveElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const

@@ -5,7 +5,8 @@
 // The editors' widget style: the standard widgets (labels, line edits, menus,
 // scroll bars, group boxes) drawn flat on the dark editor palette, without
 // frames or focus rectangles that would fight the SVG artwork.
-class EffectStyle : public QProxyStyle {
+class EffectStyle : public QProxyStyle
+{
     Q_OBJECT
 
 public:

@@ -17,7 +17,8 @@ inline constexpr double FreqTable[FreqCount] = { 16, 17, 18, 19, 20, 21.2, 22.4,
 
 // -18.0 dB to +18.0 dB in steps of 0.1 dB; step 180 is 0 dB.
 inline constexpr int GainCount = 361;
-struct GainSteps {
+struct GainSteps
+{
     double values[GainCount];
     constexpr GainSteps()
         : values()

@@ -8,15 +8,15 @@
 // A 128-bit class identifier made of four 32-bit words. In memory and in
 // files each word is stored most significant byte first, so the 16 bytes and
 // the 32-character hexadecimal form both read the words in order.
-class FUID {
+class FUID
+{
 public:
     using TUID = char[16];
 
     constexpr FUID() = default;
     constexpr FUID(uint32_t w1, uint32_t w2, uint32_t w3, uint32_t w4)
         : m_words { w1, w2, w3, w4 }
-    {
-    }
+    { }
 
     static FUID fromBytes(const void *bytes)
     {

@@ -11,7 +11,8 @@ enum PlxResult : int32_t {
 };
 
 // Interface ids are passed as 16 raw bytes (see FUID::toBytes).
-class FUnknown {
+class FUnknown
+{
 public:
     virtual int32_t queryInterface(const char *iid, void **obj) = 0;
     virtual uint32_t addRef() = 0;

@@ -7,7 +7,8 @@
 
 // An IBStream over a file. open() fails cleanly; reads and writes report the
 // bytes actually moved, so a caller can tell a short read from a full one.
-class FileBStream : public IBStream {
+class FileBStream : public IBStream
+{
 public:
     FileBStream() = default;
     virtual ~FileBStream() = default;

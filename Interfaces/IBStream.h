@@ -3,7 +3,8 @@
 #include "FUnknown.h"
 
 // The plug-in standard's byte stream. Hosts hand one to getState/setState.
-class IBStream : public FUnknown {
+class IBStream : public FUnknown
+{
 public:
     enum SeekMode : int32_t { kIBSeekSet = 0, kIBSeekCur = 1, kIBSeekEnd = 2 };
 

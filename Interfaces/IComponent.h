@@ -4,7 +4,8 @@
 
 class IBStream;
 
-class IPluginBase : public FUnknown {
+class IPluginBase : public FUnknown
+{
 public:
     virtual int32_t initialize(FUnknown *context) = 0;
     virtual int32_t terminate() = 0;
@@ -13,7 +14,8 @@ protected:
     ~IPluginBase() = default;
 };
 
-struct BusInfo {
+struct BusInfo
+{
     int32_t mediaType = 0;
     int32_t direction = 0;
     int32_t channelCount = 0;
@@ -22,14 +24,16 @@ struct BusInfo {
     uint32_t flags = 0;
 };
 
-struct RoutingInfo {
+struct RoutingInfo
+{
     int32_t mediaType = 0;
     int32_t busIndex = 0;
     int32_t channel = 0;
 };
 
 // The component of an effect: the host saves and restores its state as bytes.
-class IComponent : public IPluginBase {
+class IComponent : public IPluginBase
+{
 public:
     virtual int32_t getControllerClassId(char *classId) = 0;
     virtual int32_t setIoMode(int32_t mode) = 0;

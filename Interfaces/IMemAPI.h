@@ -7,7 +7,8 @@
 // The hardware's parameter memory. Values are signed integers in the range
 // the host reports per parameter and channel. Every call returns a result
 // code of the plug-in standard; negative means failure.
-class IMemAPI : public FUnknown {
+class IMemAPI : public FUnknown
+{
 public:
     // `index` selects one character of a string parameter and is 0 otherwise.
     virtual int getValue(unsigned short prmId, unsigned short ch, int *value, int index = 0) = 0;

@@ -2,7 +2,8 @@
 
 // Receives the whole meter array. DB values are signed tenths of a decibel
 // carried in unsigned ints; entry i lives at base + 2 * channel + side.
-class IMeterObserver {
+class IMeterObserver
+{
 public:
     virtual void notifyMeterLvlUpdated(unsigned int *levels, unsigned int count) = 0;
     virtual void notifyMeterDbUpdated(unsigned int *values, unsigned int count) = 0;
@@ -11,7 +12,8 @@ protected:
     ~IMeterObserver() = default;
 };
 
-class IMeterNotifier {
+class IMeterNotifier
+{
 public:
     virtual int addMeterObserver(IMeterObserver *observer) = 0;
     virtual int meterCount() = 0;

@@ -2,7 +2,8 @@
 
 // The host's description of one hardware model: its effects, parameters and
 // meters. Keys are short ASCII strings such as "fx_cmp_atck" or "meter_eq".
-class IModelInfo {
+class IModelInfo
+{
 public:
     virtual ~IModelInfo() = default;
 

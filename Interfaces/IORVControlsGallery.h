@@ -10,7 +10,8 @@ class IMemAPI;
 // control of the editor's library, each bound to a parameter of the host's
 // memory and the meters fed from the host's meter notifier. Hosts use it to
 // review the controls; the page is owned by `parent`.
-class IORVControlsGallery {
+class IORVControlsGallery
+{
 public:
     virtual QWidget *createControlsGallery(QWidget *parent, IModelInfo *modelInfo, IMemAPI *memAPI) = 0;
 

@@ -7,10 +7,12 @@
 
 // The host's receiver of morph data: a batch of records written at once.
 // Obtained from IMemAPI::queryInterface with ORVDMorphHandlerIID.
-class IORVDMorphHandler : public FUnknown {
+class IORVDMorphHandler : public FUnknown
+{
 public:
 #pragma pack(push, 4)
-    struct OMD_PRMINFO {
+    struct OMD_PRMINFO
+    {
         uint16_t prmId;
         uint16_t index;
         int32_t value;

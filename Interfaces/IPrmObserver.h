@@ -2,7 +2,8 @@
 
 // Called by the host on its user-interface thread whenever an observed
 // parameter changes on an observed channel.
-class IPrmObserver {
+class IPrmObserver
+{
 public:
     virtual int Update(unsigned short prmId, unsigned short ch, int value, const char *text) = 0;
     virtual int UpdateProperty(

@@ -7,7 +7,8 @@ class IModelInfo;
 class IQXEffectEditor;
 
 // The plug-in object's interfaces, asked for by their Qt interface ids.
-class IQXEffect {
+class IQXEffect
+{
 public:
     virtual ~IQXEffect() = default;
     // Returns the editor for effect `fxId`, owned by `parent`, or null when
@@ -15,7 +16,8 @@ public:
     virtual IQXEffectEditor *create(QWidget *parent, unsigned short fxId, IModelInfo *modelInfo) = 0;
 };
 
-class IQXEffectChFx {
+class IQXEffectChFx
+{
 public:
     virtual int fxType() = 0;
 

@@ -15,7 +15,8 @@ class IModelInfo;
 // The editor widget that IQXEffect::create returns. The host drives it in
 // this order: setMemAPI and setCh, setStereo, setFs, setOn, setScale, the
 // edit modes, then setEditorSettings.
-class IQXEffectEditor : public QWidget {
+class IQXEffectEditor : public QWidget
+{
 public:
     using QWidget::QWidget;
 
@@ -37,7 +38,8 @@ public:
     virtual double scale() const = 0;
 };
 
-class IQXEffectEditor2 : public IQXEffectEditor {
+class IQXEffectEditor2 : public IQXEffectEditor
+{
 public:
     using IQXEffectEditor::IQXEffectEditor;
 };

@@ -8,13 +8,13 @@
 
 // An IBStream over a growable byte array. Writing past the end extends the
 // array (with zeros across a gap made by seeking); reads stop at the end.
-class MemoryBStream : public IBStream {
+class MemoryBStream : public IBStream
+{
 public:
     MemoryBStream() = default;
     explicit MemoryBStream(QByteArray bytes)
         : m_bytes(std::move(bytes))
-    {
-    }
+    { }
     virtual ~MemoryBStream() = default;
 
     const QByteArray &data() const { return m_bytes; }

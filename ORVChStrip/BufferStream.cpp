@@ -2,8 +2,7 @@
 
 BufferStream::BufferStream(QByteArray bytes)
     : MemoryBStream(std::move(bytes))
-{
-}
+{ }
 
 void BufferStream::clear()
 {

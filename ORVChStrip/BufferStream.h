@@ -4,7 +4,8 @@
 
 // A growable in-memory stream. Like every stream here it is reference-counted:
 // create it with new and give it back with release().
-class BufferStream : public MemoryBStream {
+class BufferStream : public MemoryBStream
+{
 public:
     BufferStream() = default;
     explicit BufferStream(QByteArray bytes);

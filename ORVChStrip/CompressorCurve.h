@@ -6,11 +6,13 @@
 // The compressor's static transfer curve: output level against input level,
 // both from -60 to 0 dB, from the ratio, knee, threshold offset and drive
 // parameters. Plain math, so that it can be checked without painting.
-class CompressorCurve {
+class CompressorCurve
+{
 public:
     enum Knee { Soft = 0, Medium = 1, Hard = 2 };
 
-    struct Settings {
+    struct Settings
+    {
         int thresholdOffset = 100; // 0.2 dB steps from -20 dB
         int drive = 0;             // 0.2 dB steps
         int ratioIndex = 0;        // into RatioTable

@@ -348,7 +348,8 @@ void ControlsGallery::buildKnobs()
 {
     sectionTitle(tr("KNOBS"), 20, 150, 920);
 
-    struct Cell {
+    struct Cell
+    {
         const char *svg;
         const char *key;
         const char *name;
@@ -423,7 +424,8 @@ void ControlsGallery::buildFaderAndTextFields()
     bind(fader, "fx_eq_peqgain");
     caption(tr("Fader"), "fx_eq_peqgain", fader->geometry(), 90);
 
-    struct Field {
+    struct Field
+    {
         const char *key;
         const char *name;
         const char *postfix;
@@ -472,7 +474,8 @@ void ControlsGallery::buildMeters()
 
     auto *scale = new QWidget(this);
     scale->setGeometry(404, 362, 24, 326);
-    const struct {
+    const struct
+    {
         const char *text;
         int value;
     } marks[] = { { "0", 0 }, { "-3", -30 }, { "-6", -60 }, { "-12", -120 }, { "-18", -180 }, { "-30", -300 },
@@ -508,7 +511,8 @@ void ControlsGallery::buildMeters()
     route(reduction, "meter_comp", 0, false);
     auto *reductionScale = new QWidget(this);
     reductionScale->setGeometry(650, 380, 24, 181);
-    const struct {
+    const struct
+    {
         const char *text;
         int value;
     } reductionMarks[]

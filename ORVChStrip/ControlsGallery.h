@@ -22,7 +22,8 @@ class PushButtonController;
 // and style, each bound to a parameter of the host's memory, with the meters
 // fed from the host's meter notifier. It is a review bench for the artwork
 // and the controls' behaviour, outside the editor's fixed form.
-class ControlsGallery : public QWidget, public IMeterObserver {
+class ControlsGallery : public QWidget, public IMeterObserver
+{
     Q_OBJECT
 
 public:
@@ -36,7 +37,8 @@ public:
     void notifyMeterDbUpdated(unsigned int *values, unsigned int count) override;
 
 private:
-    struct MeterRoute {
+    struct MeterRoute
+    {
         CommonController_MemAPI::MeterController *meter;
         unsigned short index;
     };

@@ -11,11 +11,13 @@ class FILTER2PEQ;
 // column, from a little left of the plot to a little past its right edge (the
 // overhang is clipped when painted), then thinned where the curve is straight
 // to within a tenth of a device pixel, which makes wide strokes much cheaper.
-class EqualizerGraphCurves {
+class EqualizerGraphCurves
+{
 public:
     static constexpr int BandCount = 3;
 
-    struct Band {
+    struct Band
+    {
         const FILTER2PEQ *filter = nullptr;
         bool on = false;
     };

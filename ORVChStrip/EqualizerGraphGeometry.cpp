@@ -7,8 +7,7 @@ EqualizerGraphGeometry::EqualizerGraphGeometry(double width, double height, doub
     : m_width(width)
     , m_height(height)
     , m_unit(height / designHeight)
-{
-}
+{ }
 
 EqualizerGraphGeometry EqualizerGraphGeometry::forDrag(double width, double height)
 {

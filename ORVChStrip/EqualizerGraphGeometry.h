@@ -10,7 +10,8 @@
 // The drag mapping uses a unit of height/181 instead; built with
 // forDrag(), the same formulas give that slightly different plot, which is
 // how a dragged handle follows the pointer.
-class EqualizerGraphGeometry {
+class EqualizerGraphGeometry
+{
 public:
     // Bands, numbered as the editor's edit target.
     enum Band { NoBand = 0, LowBand = 1, MiddleBand = 2, HighBand = 3 };

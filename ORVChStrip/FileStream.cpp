@@ -34,8 +34,7 @@ FileStream *FileStream::open(const QString &path, const char *mode)
 
 FileStream::FileStream(FILE *file)
     : m_file(file)
-{
-}
+{ }
 
 FileStream::~FileStream()
 {

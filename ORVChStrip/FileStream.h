@@ -7,7 +7,8 @@
 
 // An IBStream over a C file. Instances are reference-counted and created only
 // through open(), which returns null when the file does not open.
-class FileStream : public IBStream {
+class FileStream : public IBStream
+{
 public:
     // mode is an fopen() mode such as "rb" or "wb".
     static FileStream *open(const char *path, const char *mode);

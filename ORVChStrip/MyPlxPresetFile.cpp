@@ -18,8 +18,7 @@ QString decodePath(const char *path)
 
 MyPlxPresetFile::MyPlxPresetFile(IComponent *component)
     : m_component(component)
-{
-}
+{ }
 
 bool MyPlxPresetFile::load(const char *path, const FUID &classID)
 {

@@ -9,7 +9,8 @@ class IComponent;
 // Loads and saves one component's state as a preset container file. Paths are
 // accepted in the local 8-bit encoding or as QString; nothing here throws and
 // every failure is reported as false (or -1 from checkID).
-class MyPlxPresetFile {
+class MyPlxPresetFile
+{
 public:
     explicit MyPlxPresetFile(IComponent *component);
 

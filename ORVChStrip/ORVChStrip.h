@@ -8,7 +8,8 @@
 // The plug-in object the host loads. It says which kind of effect it edits
 // and makes an editor for one effect of one hardware model; it also offers
 // the gallery of its controls.
-class ORVChStrip : public QObject, public IQXEffect, public IQXEffectChFx, public IORVControlsGallery {
+class ORVChStrip : public QObject, public IQXEffect, public IQXEffectChFx, public IORVControlsGallery
+{
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "com.quenmark.orvane.ChannelStrip/2.0" FILE "ORVChStrip.json")
     Q_INTERFACES(IQXEffect IQXEffectChFx IORVControlsGallery)

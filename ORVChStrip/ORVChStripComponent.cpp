@@ -26,7 +26,8 @@ constexpr int MaxMorphRecords = NameLength + OrvaneDataParameterCount * MorphPoi
 
 } // namespace
 
-struct ORVChStripComponent::Snapshot {
+struct ORVChStripComponent::Snapshot
+{
     float values[FloatCount] = {};
     char name[NameLength] = {};
     short table[Rows][Columns] = {};

@@ -6,7 +6,8 @@
 // channel-strip chunk twice: once with the 22 generic floats (what older
 // readers stop at) and once, after the "prms" block and the "chnk" marker,
 // with the 26 extended floats, the morph system name and the morph table.
-class ORVChStripComponent : public EffectComponent {
+class ORVChStripComponent : public EffectComponent
+{
 public:
     static constexpr char DataVersion[] = "3690";
     static constexpr char ParameterMarker[] = "prms";

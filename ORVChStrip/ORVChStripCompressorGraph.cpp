@@ -20,7 +20,8 @@ const char *const ParameterKeys[] = { "fx_cmp_rto", "fx_cmp_kne", "fx_cmp_trsofs
 
 constexpr double DesignHeight = 191.0;
 
-struct PlotGeometry {
+struct PlotGeometry
+{
     double unit;
     QRectF plot;
 };
@@ -37,8 +38,7 @@ PlotGeometry plotGeometry(const QSize &size)
 ORVChStripCompressorGraph::ORVChStripCompressorGraph(QWidget *parent, EffectEditor *editor)
     : QWidget(parent)
     , m_pEditor(editor)
-{
-}
+{ }
 
 ORVChStripCompressorGraph::~ORVChStripCompressorGraph()
 {

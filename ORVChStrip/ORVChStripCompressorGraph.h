@@ -13,7 +13,8 @@ class IMemAPI;
 // The compressor's static transfer curve (output against input level, -60 to
 // 0 dB on both axes) for one channel. It keeps no values of its own: every
 // paint reads ratio, knee, threshold offset and drive from the host.
-class ORVChStripCompressorGraph : public QWidget, public IPrmObserver {
+class ORVChStripCompressorGraph : public QWidget, public IPrmObserver
+{
     Q_OBJECT
 
 public:

@@ -96,7 +96,8 @@ void ORVChStripEditor::buildGraphs()
     m_pCompressorGraph = new ORVChStripCompressorGraph(this, this);
     m_pCompressorGraph->setObjectName(QStringLiteral("m_pCompressorGraph"));
     m_pCompressorGraph->setGeometry(QRect(compressor + QPoint(127, 41), QSize(191, 191)));
-    const struct {
+    const struct
+    {
         const char *name;
         const char *text;
         QPoint pos;
@@ -120,7 +121,8 @@ void ORVChStripEditor::buildGraphs()
     m_pEqualizerGraph = new ORVChStripEqualizerGraph(this, this);
     m_pEqualizerGraph->setObjectName(QStringLiteral("m_pEqualizerGraph"));
     m_pEqualizerGraph->setGeometry(QRect(equalizer + QPoint(46, 41), QSize(437, 191)));
-    const struct {
+    const struct
+    {
         const char *name;
         const char *text;
         int y;
@@ -141,7 +143,8 @@ void ORVChStripEditor::buildGraphs()
             QRect(equalizer + QPoint(18, scale.y), QSize(24, 14)), 7)
             ->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     }
-    const struct {
+    const struct
+    {
         const char *name;
         const char *text;
         int x;

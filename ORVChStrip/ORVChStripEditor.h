@@ -14,7 +14,8 @@ class ORVChStripEqualizerGraph;
 // The channel strip's editor panel (1015 x 572 design pixels). For now the
 // panel shows its frame, section titles and the parts that already exist;
 // the controls are placed as they are built.
-class ORVChStripEditor : public EffectEditor, public IPrmObserver, public IMeterObserver {
+class ORVChStripEditor : public EffectEditor, public IPrmObserver, public IMeterObserver
+{
     Q_OBJECT
 
 public:

@@ -594,7 +594,8 @@ void ORVChStripEqualizerGraph::wheelEvent(QWheelEvent *event)
         return;
 
     const int divisor = event->modifiers().testFlag(Qt::ShiftModifier) ? FineWheelStep : WheelStep;
-    const int steps = m_wheel.take(CommonController_MemAPI::WheelAccumulator::dominantDelta(event->angleDelta()), divisor);
+    const int steps = m_wheel.take(
+        CommonController_MemAPI::WheelAccumulator::dominantDelta(event->angleDelta()), divisor);
     if (steps == 0)
         return;
     int value = 0;

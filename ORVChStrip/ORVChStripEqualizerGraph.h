@@ -21,7 +21,8 @@ class QPainter;
 // gain (with Alt on the middle handle, its Q); the wheel over a handle steps
 // its gain. The graph observes the ten equalizer parameters of one channel
 // and redraws from the host's values only.
-class ORVChStripEqualizerGraph : public QWidget, public IPrmObserver {
+class ORVChStripEqualizerGraph : public QWidget, public IPrmObserver
+{
     Q_OBJECT
 
 public:

@@ -7,7 +7,8 @@
 #include "Interfaces/FUID.h"
 
 // One file met by a conversion and what became of it.
-struct PresetConversionItem {
+struct PresetConversionItem
+{
     enum Outcome {
         Converted,    // written to the destination
         WouldConvert, // a dry run found it convertible
@@ -22,7 +23,8 @@ struct PresetConversionItem {
 };
 
 // What a conversion did, file by file.
-struct PresetConversionReport {
+struct PresetConversionReport
+{
     QList<PresetConversionItem> items;
     QStringList errors; // problems with the folders themselves
 
@@ -30,7 +32,8 @@ struct PresetConversionReport {
     void append(const PresetConversionReport &other);
 };
 
-struct PresetConversionOptions {
+struct PresetConversionOptions
+{
     bool dryRun = false; // report what would be done, write nothing
 };
 
@@ -38,12 +41,14 @@ struct PresetConversionOptions {
 // folders the current version loads from, re-written under the stereo class
 // id with the component state carried across unchanged. Source folders are
 // only ever read. A destination file is only ever replaced by a complete one.
-class ORVChStripPresetConversion {
+class ORVChStripPresetConversion
+{
 public:
     static constexpr FUID MonoPresetID { 0x504C5863, 0x73744D75, 0x72206368, 0x20737472 };
     static constexpr FUID StereoPresetID { 0x504C5863, 0x73745375, 0x72206368, 0x20737472 };
 
-    struct FolderPair {
+    struct FolderPair
+    {
         QString source;
         QString destination;
     };

@@ -7,8 +7,7 @@
 
 PixelGridSnap::PixelGridSnap(double devicePixelRatio)
     : m_ratio(devicePixelRatio > 0.0 ? devicePixelRatio : 1.0)
-{
-}
+{ }
 
 double PixelGridSnap::devicePixelRatio(const QPainter &painter)
 {

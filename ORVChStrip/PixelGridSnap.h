@@ -7,7 +7,8 @@ class QPainter;
 // Places thin lines on whole device pixels so that frames and grids stay
 // crisp at every editor scale and device pixel ratio. Positions and widths
 // are in logical pixels.
-class PixelGridSnap {
+class PixelGridSnap
+{
 public:
     explicit PixelGridSnap(double devicePixelRatio);
 

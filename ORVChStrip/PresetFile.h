@@ -11,7 +11,8 @@ class IComponent;
 // The preset container of the plug-in standard: a 48-byte header naming the
 // plug-in class, data chunks, and a chunk list at the end that locates them.
 // All numbers are little-endian. Every operation answers only true or false.
-class PresetFile {
+class PresetFile
+{
 public:
     enum ChunkType {
         kHeader,
@@ -24,7 +25,8 @@ public:
     };
     using ChunkID = char[4];
 
-    struct Entry {
+    struct Entry
+    {
         ChunkID id = { 0, 0, 0, 0 };
         int64_t offset = 0;
         int64_t size = 0;

@@ -10,8 +10,10 @@
 // A description of a preset container file for people: the header fields, the
 // chunk list with positions, and, when the file would not load, the first
 // reason why. A file is valid exactly when PresetFile::readChunkList accepts it.
-struct PresetFileInfo {
-    struct Chunk {
+struct PresetFileInfo
+{
+    struct Chunk
+    {
         QByteArray id;
         qint64 offset = 0;
         qint64 size = 0;

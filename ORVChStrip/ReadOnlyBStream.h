@@ -5,7 +5,8 @@
 // A read-only window of `size` bytes at `offset` in another stream. Positions
 // are relative to the window; reads and seeks never leave it. The window holds
 // a reference on its source for its whole life.
-class ReadOnlyBStream : public IBStream {
+class ReadOnlyBStream : public IBStream
+{
 public:
     ReadOnlyBStream(IBStream *source, int64_t offset, int64_t size);
     virtual ~ReadOnlyBStream();

@@ -7,7 +7,8 @@ class PluginHost;
 
 // The reference host's window: the editor at its own size, a menu with the
 // editor scale, and a status line naming the strip that is edited.
-class HostWindow : public QMainWindow {
+class HostWindow : public QMainWindow
+{
     Q_OBJECT
 
 public:

@@ -9,7 +9,8 @@ class ParameterMemory;
 // Feeds the meter observers about 30 times a second with levels of a slowly
 // moving test signal: a swelling input, the side chain following it, a gain
 // reduction from the compressor's threshold and ratio, and the output.
-class MeterSignalGenerator : public QObject {
+class MeterSignalGenerator : public QObject
+{
     Q_OBJECT
 
 public:

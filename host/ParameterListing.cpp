@@ -20,8 +20,8 @@ void printParameterListing(const HostModel &model, QTextStream &out)
         if (!parameter.morphTargetKey.isEmpty())
             values += QStringLiteral("  (morph column of %1, points on ch*9+0..8)")
                           .arg(QString::fromLatin1(parameter.morphTargetKey));
-        const QString defaultText
-            = parameter.isText() ? QStringLiteral("empty") : ValueText::format(parameter, parameter.defaultValue);
+        const QString defaultText = parameter.isText() ? QStringLiteral("empty")
+                                                       : ValueText::format(parameter, parameter.defaultValue);
         out << qSetFieldWidth(20) << QString::fromLatin1(parameter.key) << qSetFieldWidth(14) << range
             << defaultText << qSetFieldWidth(8) << parameter.unit << qSetFieldWidth(0) << values << '\n';
     }

@@ -10,8 +10,7 @@
 PluginHost::PluginHost()
     : m_model(HostModel::channelStrip())
     , m_memory(&m_model)
-{
-}
+{ }
 
 PluginHost::~PluginHost() = default;
 

@@ -12,9 +12,11 @@ class IQXEffectEditor;
 // Loads the plug-in file through QPluginLoader, asks for its interfaces by
 // their ids and creates the editor, then drives it in the host's calling
 // order. This is all a host needs: the loader and the interface headers.
-class PluginHost {
+class PluginHost
+{
 public:
-    struct Options {
+    struct Options
+    {
         QString pluginPath;
         double scale = 1.0;
         bool stereo = true;

@@ -31,7 +31,8 @@ void restoreSnapshot(ParameterMemory &memory, const QMap<QString, QString> &befo
         const int at = int(name.lastIndexOf(QLatin1Char('@')));
         const QByteArray key = name.left(at).toLatin1();
         const int ch = name.mid(at + 1).toInt();
-        const ParameterSpec *parameter = memory.model()->parameter(memory.model()->parameterId(key.constData()));
+        const ParameterSpec *parameter
+            = memory.model()->parameter(memory.model()->parameterId(key.constData()));
         if (parameter && parameter->isText())
             memory.setText(key.constData(), QByteArray::fromHex(value.toLatin1()), ch);
         else

@@ -9,7 +9,8 @@ class ParameterMemory;
 // component, as a host does with its project files. Saving goes through a
 // temporary file that replaces the target only when complete; a file that
 // does not restore leaves the parameter memory as it was.
-class StateFile {
+class StateFile
+{
 public:
     static bool save(IComponent *component, const QString &path, QString *error);
     static bool load(IComponent *component, ParameterMemory &memory, const QString &path, QString *error);

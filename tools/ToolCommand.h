@@ -6,14 +6,16 @@
 // A command group of orvchstrip-tool ("state", "chunk", "preset", "morph").
 // Each group lives in its own source file and registers itself with a static
 // ToolCommand object; main() dispatches on the first argument.
-struct ToolContext {
+struct ToolContext
+{
     QStringList arguments; // after the group name, options included
     bool json = false;     // --json was given anywhere
     QTextStream &out;
     QTextStream &err;
 };
 
-class ToolCommand {
+class ToolCommand
+{
 public:
     using Runner = int (*)(ToolContext &context);
 

@@ -15,7 +15,8 @@ namespace CommonController_MemAPI {
 // parameter memory. Bound, every getter asks the host and every write goes to
 // the host; the control changes its look only when the host confirms through
 // Update(). Unbound, the control keeps its value itself.
-class AbstractController : public IPrmObserver {
+class AbstractController : public IPrmObserver
+{
 public:
     AbstractController();
     virtual ~AbstractController();

@@ -12,7 +12,8 @@ namespace CommonController_MemAPI {
 
 // A group box whose child buttons select one value: the first button is
 // minimum, the next minimum + 1, and so on.
-class ButtonGroupController : public QGroupBox, public AbstractController {
+class ButtonGroupController : public QGroupBox, public AbstractController
+{
     Q_OBJECT
     Q_PROPERTY(bool enableDefaultSet READ enableDefaultSet WRITE setEnableDefaultSet)
 

@@ -14,7 +14,8 @@ namespace CommonController_MemAPI {
 // the value. How a press off the thumb behaves is the operation type: Touch
 // ignores it, Jump moves the thumb there, Ramp walks the thumb towards the
 // pointer in steps, Relative drags from wherever it was pressed.
-class FaderController : public QWidget, public AbstractController {
+class FaderController : public QWidget, public AbstractController
+{
     Q_OBJECT
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
     Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)

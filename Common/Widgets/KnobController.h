@@ -13,7 +13,8 @@ namespace CommonController_MemAPI {
 // the knob face, either rotated with the value or standing still with an index
 // line drawn over it. Dragging, the wheel and the keys change the value
 // through the value protocol of AbstractController.
-class KnobController : public QWidget, public AbstractController {
+class KnobController : public QWidget, public AbstractController
+{
     Q_OBJECT
     Q_PROPERTY(double startAngle READ startAngle WRITE setStartAngle)
     Q_PROPERTY(double spanAngle READ spanAngle WRITE setSpanAngle)

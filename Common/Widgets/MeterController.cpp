@@ -15,12 +15,12 @@ constexpr unsigned short TableSegments = 53;
 constexpr int FullSegment = 51; // 0 dB; segment 52 is above the top
 
 // A read-only indicator whose value is the meter's reading as text.
-class MeterAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+class MeterAccessible : public QAccessibleWidget, public QAccessibleValueInterface
+{
 public:
     explicit MeterAccessible(MeterController *meter)
         : QAccessibleWidget(meter, QAccessible::ProgressBar)
-    {
-    }
+    { }
 
     QString text(QAccessible::Text type) const override
     {

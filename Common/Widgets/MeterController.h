@@ -16,7 +16,8 @@ namespace CommonController_MemAPI {
 // 0.0 dB. Readings arrive 30 to 60 times a second, so a reading that lights
 // the same segments as the last one repaints nothing, and a new one repaints
 // only the band of the bar that changed.
-class MeterController : public QWidget, public AbstractController {
+class MeterController : public QWidget, public AbstractController
+{
     Q_OBJECT
     Q_PROPERTY(int meterLeftMargin READ meterLeftMargin WRITE setMeterLeftMargin)
     Q_PROPERTY(int meterRightMargin READ meterRightMargin WRITE setMeterRightMargin)
@@ -70,7 +71,8 @@ public slots:
 
 protected:
     // What a paint shows; equal states paint the same picture.
-    struct DisplayState {
+    struct DisplayState
+    {
         int level = -1; // lit segments after the meter type's clamping
         bool over = false;
         int extra = -1; // a subclass's own mark (the peak)

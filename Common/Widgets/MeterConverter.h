@@ -8,7 +8,8 @@ namespace CommonController_MemAPI {
 // ascending order, the lowest reading at which a segment lights; the last
 // entry is a sentinel above any real reading. The dB tables take signed
 // tenths of a decibel, the level tables 16-bit linear levels.
-class MeterConverter {
+class MeterConverter
+{
 public:
     static const int32_t seg30_dB_Tbl[30];
     static const int32_t seg37_dB_Tbl[37];

@@ -10,7 +10,8 @@ namespace CommonController_MemAPI {
 // A bar meter with a peak mark: a line of height meterPeakHeight that holds
 // the highest recent reading for peakHoldTime milliseconds and then falls at
 // peakFallRate decibels per second until it meets the bar again.
-class PeakMeterController : public MeterController {
+class PeakMeterController : public MeterController
+{
     Q_OBJECT
     Q_PROPERTY(int meterPeakHeight READ meterPeakHeight WRITE setMeterPeakHeight)
     Q_PROPERTY(int peakHoldTime READ peakHoldTime WRITE setPeakHoldTime)

@@ -16,7 +16,8 @@ class Menu;
 
 // A button that shows the text of its value and opens a menu of all texts;
 // choosing an entry sets the value to its position.
-class PullDownButtonController : public PushButtonController {
+class PullDownButtonController : public PushButtonController
+{
     Q_OBJECT
     Q_PROPERTY(QStringList textList READ textList WRITE setTextList)
     Q_PROPERTY(QString emptyText READ emptyText WRITE setEmptyText)

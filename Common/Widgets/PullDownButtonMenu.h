@@ -12,7 +12,8 @@ namespace PullDownButtonControllerPrivate {
 
 // The menu a pull-down button opens. The release of the click that opened
 // it lands in the menu; within the first moments it selects nothing.
-class Menu : public QMenu {
+class Menu : public QMenu
+{
     Q_OBJECT
 
 public:

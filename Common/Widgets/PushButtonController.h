@@ -10,7 +10,8 @@ namespace CommonController_MemAPI {
 // An SVG-painted push or toggle button bound to one parameter. A checkable
 // button toggles between minimum and maximum at the mouse edge that
 // checkTrigger names; a plain button is momentary (maximum while held).
-class PushButtonController : public QPushButton, public AbstractController {
+class PushButtonController : public QPushButton, public AbstractController
+{
     Q_OBJECT
     Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)
     Q_PROPERTY(double buttonDisableOpacity READ buttonDisableOpacity WRITE setButtonDisableOpacity)

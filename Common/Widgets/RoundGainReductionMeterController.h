@@ -11,7 +11,8 @@ namespace CommonController_MemAPI {
 // the meter type (Minus225 by default: -3, -6, -9, -12 and -18 dB sit at
 // about 16 %, 35 %, 55 %, 68 % and 87 % of the height). Nothing lights at 0
 // or above; there is no over lamp.
-class RoundGainReductionMeterController : public MeterController {
+class RoundGainReductionMeterController : public MeterController
+{
     Q_OBJECT
     Q_PROPERTY(int meterWidth READ meterWidth WRITE setMeterWidth)
 

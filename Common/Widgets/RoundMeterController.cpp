@@ -19,8 +19,7 @@ void fillRoundBar(QPainter *painter, const QRectF &rect, const QBrush &brush)
 
 RoundMeterController::RoundMeterController(QWidget *parent)
     : MeterController(parent)
-{
-}
+{ }
 
 void RoundMeterController::setMeterWidth(int width)
 {

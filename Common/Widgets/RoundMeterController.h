@@ -9,7 +9,8 @@ namespace CommonController_MemAPI {
 // and a round over lamp (meterOverWidth wide) sitting in a dim socket of
 // meterOverBackgroundWidth x meterOverBackgroundHeight, centred in the over
 // row.
-class RoundMeterController : public MeterController {
+class RoundMeterController : public MeterController
+{
     Q_OBJECT
     Q_PROPERTY(int meterWidth READ meterWidth WRITE setMeterWidth)
     Q_PROPERTY(int meterOverWidth READ meterOverWidth WRITE setMeterOverWidth)

@@ -7,7 +7,8 @@
 // A label that shows fixed SVG artwork stretched to its size, with ordinary
 // label text on top. A second SVG may stand in while the label is disabled,
 // and the artwork can be faded by an opacity.
-class SvgLabel : public QLabel {
+class SvgLabel : public QLabel
+{
     Q_OBJECT
     Q_PROPERTY(QString svg READ svg WRITE setSvg)
     Q_PROPERTY(QString disableSvgRenderer READ disableSvg WRITE setDisableSvg)

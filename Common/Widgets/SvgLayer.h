@@ -13,7 +13,8 @@ namespace CommonController_MemAPI {
 // layer keeps what it rendered (plain, blurred into a shadow, or tinted) and
 // renders again only when the size, the device pixel ratio, the blur radius
 // or the tint changes, or when the SVG itself does.
-class SvgLayer {
+class SvgLayer
+{
 public:
     SvgLayer();
 
@@ -48,7 +49,8 @@ public:
 private:
     QPixmap render(const QSize &size, qreal dpr);
 
-    struct Entry {
+    struct Entry
+    {
         QPixmap pixmap;
         QSize size;
         qreal dpr = 0;

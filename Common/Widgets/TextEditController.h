@@ -15,7 +15,8 @@ class LineEdit;
 // A parameter's value shown as text with an optional unit. Dragging, the
 // wheel and the arrow keys change it like a linear knob; a double click opens
 // an in-place line edit whose text the parameter memory parses.
-class TextEditController : public QWidget, public AbstractController {
+class TextEditController : public QWidget, public AbstractController
+{
     Q_OBJECT
     Q_PROPERTY(QString string READ string WRITE setString)
     Q_PROPERTY(QString postfix READ postfix WRITE setPostfix)

@@ -12,7 +12,8 @@ namespace TextEditControllerPrivate {
 // the control. Losing the focus finishes the edit like Return does, unless
 // finishing is suppressed (while its own context menu is open, or while the
 // control is already closing it); Escape cancels.
-class LineEdit : public QLineEdit {
+class LineEdit : public QLineEdit
+{
     Q_OBJECT
 
 public:

@@ -1,7 +1,8 @@
 #pragma once
 
 // Flag and message of a failed chunk load.
-class AnalyzerError {
+class AnalyzerError
+{
 public:
     static constexpr int MessageCapacity = 1024; // 1023 characters and the terminator
 

@@ -4,7 +4,8 @@
 
 // A chunk-file error with one of six fixed messages. Codes outside 0 to 4
 // select code 5, "Error that can't be recognized.".
-class ChStripFileException : public std::exception {
+class ChStripFileException : public std::exception
+{
 public:
     enum Code {
         NoError = 0,

@@ -13,16 +13,19 @@ class QTextStream;
 // morph system name and table, and the normalised values by key. It reads
 // the bytes as the state component and the chunk reader do, so what it
 // rejects is what they reject, with the offset and what was expected there.
-class ChStripInspector {
+class ChStripInspector
+{
 public:
-    struct Entry {
+    struct Entry
+    {
         QString name;
         qint64 offset = 0;
         qint64 size = 0;
         int depth = 0; // 0 top level, 1 inside a form
         QString note;
     };
-    struct Value {
+    struct Value
+    {
         QString key; // empty for the generic block's unused slot
         float value = 0.0f;
     };

@@ -4,13 +4,13 @@ class YStream;
 
 // Base of the chunk writers: the stream and the byte-order kind
 // (0 little-endian host, 1 big-endian host).
-class YBinChunk {
+class YBinChunk
+{
 public:
     YBinChunk(YStream &stream, int endianKind)
         : m_stream(stream)
         , m_endianKind(endianKind)
-    {
-    }
+    { }
 
     YStream &stream() const { return m_stream; }
     int endianKind() const { return m_endianKind; }

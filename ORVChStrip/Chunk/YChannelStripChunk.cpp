@@ -37,8 +37,7 @@ int wrapped(int64_t value)
 
 YChannelStripChunk::YChannelStripChunk()
     : m_endianKind(CheckEndianKind())
-{
-}
+{ }
 
 int YChannelStripChunk::CheckEndianKind()
 {

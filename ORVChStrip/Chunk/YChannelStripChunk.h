@@ -17,7 +17,8 @@ constexpr uint32_t makeChunkId(const char (&text)[5])
 // "PRM " (parameter floats). Ids read first character first; numbers are
 // little-endian. The writer produces the 32-bit layout (8-byte headers); the
 // reader also accepts the 64-bit layout (16-byte headers).
-class YChannelStripChunk {
+class YChannelStripChunk
+{
 public:
     static constexpr int ParameterCapacity = 26;
     static constexpr int SystemNameLength = 256;

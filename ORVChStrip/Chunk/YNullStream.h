@@ -3,7 +3,8 @@
 #include "ORVChStrip/Chunk/YStream.h"
 
 // A counting sink: measures what a writer would produce without storing it.
-class YNullStream : public YStream {
+class YNullStream : public YStream
+{
 public:
     int Read(void *buffer, int count) override;
     int Write(const void *data, int count) override;

@@ -7,7 +7,8 @@ class IBStream;
 // A YStream over the host's IBStream. It holds a reference to the host
 // stream for its lifetime. Host result codes are dropped: callers see byte
 // counts and positions only, so a failed call reads as 0 bytes.
-class YPlx3Stream : public YStream {
+class YPlx3Stream : public YStream
+{
 public:
     explicit YPlx3Stream(IBStream *stream);
     ~YPlx3Stream() override;

@@ -10,7 +10,8 @@ enum YStreamFrom : int {
 // A small byte stream under the chunk file code. Positions, lengths and
 // counts are signed 32-bit. Line reading and writing go through replaceable
 // functions so that a caller can choose its line ends.
-class YStream {
+class YStream
+{
 public:
     using ReadLineFunc = int (*)(YStream &stream, char *buffer, int size, const char *extraDelimiters);
     using WriteLineFunc = int (*)(YStream &stream, const char *text, int length);

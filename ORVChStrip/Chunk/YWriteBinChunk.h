@@ -4,7 +4,8 @@
 
 // Writes one chunk for as long as it lives: the header on construction, the
 // size (of the contents only) patched on destruction.
-class YWriteBinChunk : public YBinChunk {
+class YWriteBinChunk : public YBinChunk
+{
 public:
     YWriteBinChunk(YStream &stream, int endianKind, int id);
     ~YWriteBinChunk();

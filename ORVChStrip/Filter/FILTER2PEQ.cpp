@@ -24,7 +24,8 @@ double prewarp(double fs, double f0)
 
 // The high-frequency Q correction of the peaking band, by sample rate: the
 // bilinear transform narrows a band near Nyquist, so the Q is lowered there.
-struct QCorrection {
+struct QCorrection
+{
     double threshold;
     double a;
     double b;

@@ -11,7 +11,8 @@
 // Coefficients are b0, b1, b2, c1, c2 with the feedback signs already flipped:
 //   y[n] = b0 x[n] + b1 x[n-1] + b2 x[n-2] + c1 y[n-1] + c2 y[n-2]
 // A delay line holds x[n-1], x[n-2], y[n-1], y[n-2].
-class FILTER2PEQ {
+class FILTER2PEQ
+{
 public:
     using Coefficients = std::array<double, 5>;
     using DelayLine = std::array<double, 4>;

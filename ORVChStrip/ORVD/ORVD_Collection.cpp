@@ -5,13 +5,11 @@
 
 ORVD_Collection::ORVD_Collection()
     : m_pImp(std::make_unique<ORVD_FolderCollectionImp>())
-{
-}
+{ }
 
 ORVD_Collection::ORVD_Collection(std::unique_ptr<ORVD_CollectionImp> imp)
     : m_pImp(std::move(imp))
-{
-}
+{ }
 
 ORVD_Collection::~ORVD_Collection() = default;
 

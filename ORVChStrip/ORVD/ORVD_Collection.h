@@ -10,7 +10,8 @@ class ORVD_Data;
 // Runs the platform's morph data collector. By default it scans the morph
 // folder (see ORVD_FolderCollectionImp::DefaultFolder()); another folder, or
 // another collector altogether, can be put in its place.
-class ORVD_Collection {
+class ORVD_Collection
+{
 public:
     ORVD_Collection();
     explicit ORVD_Collection(std::unique_ptr<ORVD_CollectionImp> imp);

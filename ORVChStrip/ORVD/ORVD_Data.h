@@ -5,7 +5,8 @@
 // One node of the morph data catalogue: a folder, or one morph data file whose
 // whole contents are kept as an opaque byte block. A node owns its buffer and
 // its children.
-class ORVD_Data {
+class ORVD_Data
+{
 public:
     // Bytes of the name, not counting the terminator.
     static constexpr unsigned int MaxNameLength = 255;

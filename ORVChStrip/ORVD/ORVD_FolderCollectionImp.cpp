@@ -6,8 +6,7 @@
 
 ORVD_FolderCollectionImp::ORVD_FolderCollectionImp(const QString &folder)
     : m_folder(folder)
-{
-}
+{ }
 
 void ORVD_FolderCollectionImp::Collection(std::vector<ORVD_Data *> &list)
 {

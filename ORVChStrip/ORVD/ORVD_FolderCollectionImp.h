@@ -7,7 +7,8 @@
 // Collects the morph data files of one folder and its sub-folders, one level
 // deep (see OrvdCollectionEngine). A folder that does not exist gives
 // nothing, silently.
-class ORVD_FolderCollectionImp : public ORVD_CollectionImp {
+class ORVD_FolderCollectionImp : public ORVD_CollectionImp
+{
 public:
     // An empty `folder` stands for the machine-wide morph folder, looked up
     // at each scan.

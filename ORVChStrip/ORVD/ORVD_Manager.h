@@ -9,7 +9,8 @@ class ORVD_Select;
 
 // The morph data catalogue: the top-level entries found by the scan, the
 // flattened list of visible rows in display order, and the selected entry.
-class ORVD_Manager {
+class ORVD_Manager
+{
 public:
     ORVD_Manager();
     virtual ~ORVD_Manager();

@@ -40,8 +40,7 @@ QString applicationSupportFolder()
 
 OrvdCollectionEngine::OrvdCollectionEngine(const QString &folder)
     : m_iterator(folder, QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot | QDir::NoSymLinks)
-{
-}
+{ }
 
 QString OrvdCollectionEngine::GetOrvdFolder()
 {

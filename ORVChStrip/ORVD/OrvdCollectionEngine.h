@@ -17,7 +17,8 @@ class QFileInfo;
 // Symbolic links (and on Windows, junctions and shortcuts) are skipped, so a
 // scan never leaves the folder it was given. Hidden entries are skipped too:
 // they are tool droppings such as "._x.ord" companions, not morph data.
-class OrvdCollectionEngine {
+class OrvdCollectionEngine
+{
 public:
     explicit OrvdCollectionEngine(const QString &folder);
 

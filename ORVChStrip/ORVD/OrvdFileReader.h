@@ -4,7 +4,8 @@
 
 // Reads one morph data file whole. The file is opened at construction and
 // closed with the reader.
-class OrvdFileReader {
+class OrvdFileReader
+{
 public:
     explicit OrvdFileReader(const QString &path);
 

@@ -25,7 +25,8 @@ namespace {
 
 constexpr int Iterations = 300;
 
-class BenchEditor : public EffectEditor {
+class BenchEditor : public EffectEditor
+{
 public:
     using EffectEditor::EffectEditor;
     FUID uid() const override { return {}; }
@@ -51,7 +52,8 @@ double medianMicroseconds(const std::function<void()> &work)
     return samples[samples.size() / 2];
 }
 
-struct Figures {
+struct Figures
+{
     double eqRepaint;
     double eqPathsOnly;
     double eqChangedRepaint;

@@ -23,7 +23,8 @@ ParameterSpec linearParameter(const char *key, int minimum, int maximum, int def
     double offset, int decimals, const char *unit, const char *morphColumn = nullptr,
     bool signedOutput = false)
 {
-    ParameterSpec parameter = tableParameter(key, ValueKind::Linear, maximum, defaultValue, unit, morphColumn);
+    ParameterSpec parameter
+        = tableParameter(key, ValueKind::Linear, maximum, defaultValue, unit, morphColumn);
     parameter.minimum = minimum;
     parameter.step = step;
     parameter.offset = offset;

@@ -8,7 +8,8 @@
 // The model description a host hands to create(): effects, parameters and
 // meters. Parameter ids start at FirstParameterId in table order; meters are
 // laid out one after another, two array entries per channel.
-class HostModel : public IModelInfo {
+class HostModel : public IModelInfo
+{
 public:
     static constexpr unsigned short FirstParameterId = 0x100;
 

@@ -8,12 +8,12 @@
 #include "ValueText.h"
 
 // Morph data arrive as one batch through this interface.
-class ParameterMemory::MorphHandler : public IORVDMorphHandler {
+class ParameterMemory::MorphHandler : public IORVDMorphHandler
+{
 public:
     explicit MorphHandler(ParameterMemory *memory)
         : m_pMemory(memory)
-    {
-    }
+    { }
     int32_t queryInterface(const char *iid, void **obj) override
     {
         return m_pMemory->queryInterface(iid, obj);
@@ -28,12 +28,12 @@ private:
     ParameterMemory *m_pMemory;
 };
 
-class ParameterMemory::MeterNotifier : public IMeterNotifier {
+class ParameterMemory::MeterNotifier : public IMeterNotifier
+{
 public:
     explicit MeterNotifier(ParameterMemory *memory)
         : m_pMemory(memory)
-    {
-    }
+    { }
     int addMeterObserver(IMeterObserver *observer) override
     {
         if (!observer)
@@ -68,8 +68,7 @@ ParameterMemory::ParameterMemory(HostModel *model)
     : m_pModel(model)
     , m_pMeterNotifier(new MeterNotifier(this))
     , m_pMorphHandler(new MorphHandler(this))
-{
-}
+{ }
 
 ParameterMemory::~ParameterMemory()
 {
@@ -329,7 +328,8 @@ bool ParameterMemory::setValueText(const char *key, const QString &text, int ch)
         return true;
     }
     int value = 0;
-    return ValueText::parse(*parameter, text, &value) && setValue(id, static_cast<unsigned short>(ch), value) >= 0;
+    return ValueText::parse(*parameter, text, &value)
+        && setValue(id, static_cast<unsigned short>(ch), value) >= 0;
 }
 
 QByteArray ParameterMemory::text(const char *key, int ch) const
@@ -371,7 +371,7 @@ QMap<QString, QString> ParameterMemory::snapshot(int channelCount) const
             const QString name = QString::fromLatin1(parameter.key) + QLatin1Char('@') + QString::number(ch);
             values.insert(name,
                 parameter.isText() ? QString::fromLatin1(text(parameter.key.constData(), ch).toHex())
-                              : QString::number(value(parameter.key.constData(), ch)));
+                                   : QString::number(value(parameter.key.constData(), ch)));
         }
     }
     return values;

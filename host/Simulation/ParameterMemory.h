@@ -14,9 +14,11 @@
 // channel, observers per parameter and channel notified on every change, the
 // meter notifier and the morph handler. Tests use it as their fake host; it
 // also records every write so a test can check what was written in what order.
-class ParameterMemory : public IMemAPI {
+class ParameterMemory : public IMemAPI
+{
 public:
-    struct Write {
+    struct Write
+    {
         unsigned short prmId;
         unsigned short ch;
         int value;

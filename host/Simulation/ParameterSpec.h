@@ -18,7 +18,8 @@ enum class ValueKind {
 
 // One parameter of the simulated model: key, integer range, default, and how
 // its value reads. Linear values show (value * step + offset) with `decimals`.
-struct ParameterSpec {
+struct ParameterSpec
+{
     QByteArray key;
     int minimum = 0;
     int maximum = 0;
@@ -37,13 +38,15 @@ struct ParameterSpec {
     bool isText() const { return kind == ValueKind::Text; }
 };
 
-struct MeterSpec {
+struct MeterSpec
+{
     QByteArray key;
     unsigned short channels = 2;
     QString description;
 };
 
-struct FxEntry {
+struct FxEntry
+{
     unsigned short kind = 0;
     unsigned short id = 0;
 };

@@ -169,8 +169,8 @@ bool parse(const ParameterSpec &parameter, const QString &input, int *value)
     case ValueKind::Linear:
         if (!parseNumber(text, &x))
             return false;
-        result = static_cast<int>(std::lround(
-            std::clamp((x - parameter.offset) / parameter.step, double(parameter.minimum), double(parameter.maximum))));
+        result = static_cast<int>(std::lround(std::clamp(
+            (x - parameter.offset) / parameter.step, double(parameter.minimum), double(parameter.maximum))));
         break;
     case ValueKind::Text: return false;
     }

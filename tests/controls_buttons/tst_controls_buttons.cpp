@@ -25,7 +25,8 @@ namespace {
 
 // A host that confirms writes only when told to, so a test can look at a
 // bound control between its write and the host's Update.
-class DeferredMemory : public ParameterMemory {
+class DeferredMemory : public ParameterMemory
+{
 public:
     using ParameterMemory::ParameterMemory;
     int setValue(unsigned short prmId, unsigned short ch, int value, int index, int, int) override
@@ -50,7 +51,8 @@ HostModel smallModel()
 }
 
 // The smallest editor: just enough to carry a scale.
-class ScaledEditor : public EffectEditor {
+class ScaledEditor : public EffectEditor
+{
 public:
     FUID uid() const override { return FUID(); }
     void loadUids(std::vector<FUID> &) const override { }
@@ -59,7 +61,8 @@ public:
     void setCh(int, int) override { }
 };
 
-class CountingLabel : public SvgLabel {
+class CountingLabel : public SvgLabel
+{
 public:
     using SvgLabel::SvgLabel;
     int paints = 0;
@@ -93,7 +96,8 @@ QColor centrePixel(QWidget *widget)
 
 } // namespace
 
-class TestControlsButtons : public QObject {
+class TestControlsButtons : public QObject
+{
     Q_OBJECT
 
 private slots:

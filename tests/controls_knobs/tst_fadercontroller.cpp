@@ -13,7 +13,8 @@ namespace {
 
 const QString ThumbSvg = QStringLiteral(":/image/orvchstrip/fader_knob.svg"); // 28 x 44
 
-class CountingFader : public FaderController {
+class CountingFader : public FaderController
+{
 public:
     int begins = 0;
     int ends = 0;
@@ -42,7 +43,8 @@ void setupVertical(FaderController &fader, int value)
 
 } // namespace
 
-class tst_FaderController : public QObject {
+class tst_FaderController : public QObject
+{
     Q_OBJECT
 
 private slots:

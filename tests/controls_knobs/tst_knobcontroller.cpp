@@ -14,7 +14,8 @@ using CommonController_MemAPI::KnobController;
 namespace {
 
 // Counts the edit brackets a gesture opens and closes.
-class CountingKnob : public KnobController {
+class CountingKnob : public KnobController
+{
 public:
     int begins = 0;
     int ends = 0;
@@ -59,7 +60,8 @@ void setupUnbound(KnobController &knob, int maximum, int value)
 
 } // namespace
 
-class tst_KnobController : public QObject {
+class tst_KnobController : public QObject
+{
     Q_OBJECT
 
 private slots:

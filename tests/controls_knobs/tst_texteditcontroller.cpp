@@ -24,7 +24,8 @@ void mouse(QWidget *widget, QEvent::Type type, QPoint position, Qt::KeyboardModi
 
 } // namespace
 
-class tst_TextEditController : public QObject {
+class tst_TextEditController : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -17,7 +17,8 @@
 
 using namespace CommonController_MemAPI;
 
-class tst_ControlsGallery : public QObject {
+class tst_ControlsGallery : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -54,7 +54,8 @@ bool rowHas(const QImage &image, int y, const QColor &color)
     return false;
 }
 
-class CountingMeter : public MeterController {
+class CountingMeter : public MeterController
+{
 public:
     int paints = 0;
 
@@ -68,7 +69,8 @@ protected:
 
 } // namespace
 
-class tst_Meters : public QObject {
+class tst_Meters : public QObject
+{
     Q_OBJECT
 
 private slots:

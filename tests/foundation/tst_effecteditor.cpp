@@ -112,7 +112,7 @@ void tst_EffectEditor::scalesFontsAndControls()
     QCOMPARE(control->scale(), 1.5);
     editor.setScale(1.3);
     QCOMPARE(label->font().pixelSize(), 15); // font sizes truncate
-    editor.setScale(0.0); // a broken host value changes nothing
+    editor.setScale(0.0);                    // a broken host value changes nothing
     QCOMPARE(editor.scale(), 1.3);
 }
 
@@ -214,7 +214,7 @@ void tst_EffectEditor::appliesEditModesToTheTree()
 
 void tst_EffectEditor::looksUpParameters()
 {
-    HostModel model({{1, 7}}, {parameter("fx_cmp_atck"), parameter("fx_eq_midfrq")}, {});
+    HostModel model({ { 1, 7 } }, { parameter("fx_cmp_atck"), parameter("fx_eq_midfrq") }, {});
     TestEditor editor;
     unsigned short id = 0;
     QVERIFY(!editor.getParameter("fx_eq_midfrq", &id));
@@ -249,7 +249,7 @@ void tst_EffectEditor::computesMeterIndex()
     QFETCH(bool, found);
     QFETCH(int, index);
 
-    HostModel model({}, {}, {{"meter_a", 2, {}}, {"meter_b", 1, {}}});
+    HostModel model({}, {}, { { "meter_a", 2, {} }, { "meter_b", 1, {} } });
     TestEditor editor;
     editor.setModelInfo(&model);
     unsigned short result = 0xFFFF;

@@ -15,11 +15,14 @@ class RecordingObserver : public IPrmObserver
 public:
     int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override
     {
-        updates.append({prmId, ch, value});
+        updates.append({ prmId, ch, value });
         texts.append(QByteArray(text));
         return 0;
     }
-    int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override { return 0; }
+    int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override
+    {
+        return 0;
+    }
 
     struct Seen
     {
@@ -85,8 +88,8 @@ void tst_HostSimulation::parsesValueTexts()
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
     int parsed = -1;
-    const int result = memory.setValueString(model.parameterId(key.constData()), 0,
-                                             text.toLocal8Bit().constData(), &parsed);
+    const int result = memory.setValueString(
+        model.parameterId(key.constData()), 0, text.toLocal8Bit().constData(), &parsed);
     QCOMPARE(result >= 0, ok);
     if (ok)
         QCOMPARE(parsed, value);
@@ -193,11 +196,11 @@ void tst_HostSimulation::appliesMorphBatch()
     QList<IORVDMorphHandler::OMD_PRMINFO> batch;
     const char text[] = "Vox";
     for (unsigned short i = 0; i < 3; ++i)
-        batch.append({name, i, text[i], 2});
+        batch.append({ name, i, text[i], 2 });
     for (unsigned int point = 0; point < 9; ++point)
-        batch.append({attack, 0, int(10 + point), 2 * 9 + point});
-    batch.append({0x7777, 0, 5, 0}); // unknown ids are skipped
-    batch.append({IORVDMorphHandler::kEndOfBatch, 0, 0, 0});
+        batch.append({ attack, 0, int(10 + point), 2 * 9 + point });
+    batch.append({ 0x7777, 0, 5, 0 }); // unknown ids are skipped
+    batch.append({ IORVDMorphHandler::kEndOfBatch, 0, 0, 0 });
     QCOMPARE(handler->setMorphData(batch.constData()), 0);
 
     QCOMPARE(memory.text("fx_mrp_systmname", 2), QByteArray("Vox"));

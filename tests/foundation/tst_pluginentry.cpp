@@ -83,10 +83,10 @@ void tst_PluginEntry::createsEditorOnlyForListedEffect_data()
     QTest::addColumn<QList<int>>("effectIds");
     QTest::addColumn<int>("requested");
     QTest::addColumn<bool>("created");
-    QTest::newRow("listed last") << QList<int>{4, 9, 32} << 32 << true;
-    QTest::newRow("listed first") << QList<int>{32, 9} << 32 << true;
-    QTest::newRow("not listed") << QList<int>{4, 9} << 32 << false;
-    QTest::newRow("no effects") << QList<int>{} << 32 << false;
+    QTest::newRow("listed last") << QList<int> { 4, 9, 32 } << 32 << true;
+    QTest::newRow("listed first") << QList<int> { 32, 9 } << 32 << true;
+    QTest::newRow("not listed") << QList<int> { 4, 9 } << 32 << false;
+    QTest::newRow("no effects") << QList<int> {} << 32 << false;
 }
 
 void tst_PluginEntry::createsEditorOnlyForListedEffect()
@@ -97,8 +97,8 @@ void tst_PluginEntry::createsEditorOnlyForListedEffect()
 
     QList<FxEntry> effects;
     for (int id : effectIds)
-        effects.append({1, static_cast<unsigned short>(id)});
-    HostModel model(effects, {parameter("fx_cmp_byps")}, {});
+        effects.append({ 1, static_cast<unsigned short>(id) });
+    HostModel model(effects, { parameter("fx_cmp_byps") }, {});
     auto *effect = qobject_cast<IQXEffect *>(m_pInstance);
     QWidget parent;
     IQXEffectEditor *editor = effect->create(&parent, static_cast<unsigned short>(requested), &model);
@@ -115,10 +115,10 @@ void tst_PluginEntry::reportsClassIds()
 {
     HostModel model = HostModel::channelStrip();
     QWidget parent;
-    IQXEffectEditor *editor
-        = qobject_cast<IQXEffect *>(m_pInstance)->create(&parent, ChannelStripModel::ChannelStripFxId, &model);
+    IQXEffectEditor *editor = qobject_cast<IQXEffect *>(m_pInstance)
+                                  ->create(&parent, ChannelStripModel::ChannelStripFxId, &model);
     QVERIFY(editor);
-    std::vector<FUID> uids{FUID(1, 2, 3, 4)};
+    std::vector<FUID> uids { FUID(1, 2, 3, 4) };
     editor->loadUids(uids);
     QCOMPARE(uids.size(), size_t(3));
     QCOMPARE(QString::fromStdString(uids[1].toString()), QStringLiteral("504C586373744D757220636820737472"));
@@ -142,7 +142,7 @@ void tst_PluginEntry::registersAndReleasesObservers()
     // The editor and the parts that draw these values (graphs, controls) follow them.
     QVERIFY(memory.observerCount(model.parameterId("fx_cmp_kne"), 2) >= 1);
     QVERIFY(memory.observerCount(model.parameterId("fx_eq_midgain"), 2) >= 1); // a morphing parameter
-    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 0), 0); // moved off channel 0
+    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 0), 0);     // moved off channel 0
 
     // Moving to another memory leaves nothing behind in the old one.
     editor->setMemAPI(&other);
@@ -161,10 +161,10 @@ void tst_PluginEntry::hostRendersEditorPanel_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QSize>("size");
     QTest::newRow("scale 1") << QStringList() << QSize(1015, 572);
-    QTest::newRow("scale 2, mono") << QStringList{QStringLiteral("--scale"), QStringLiteral("2"), QStringLiteral("--mono")}
-                                   << QSize(2030, 1144);
-    QTest::newRow("values set") << QStringList{QStringLiteral("--set"), QStringLiteral("fx_eq_midfrq=1.2k"),
-                                               QStringLiteral("--fs"), QStringLiteral("96000")}
+    QTest::newRow("scale 2, mono") << QStringList { QStringLiteral("--scale"), QStringLiteral("2"),
+        QStringLiteral("--mono") } << QSize(2030, 1144);
+    QTest::newRow("values set") << QStringList { QStringLiteral("--set"), QStringLiteral("fx_eq_midfrq=1.2k"),
+        QStringLiteral("--fs"), QStringLiteral("96000") }
                                 << QSize(1015, 572);
 }
 
@@ -176,8 +176,8 @@ void tst_PluginEntry::hostRendersEditorPanel()
     const QString picture = dir.filePath(QStringLiteral("panel.png"));
     QProcess host;
     host.start(QStringLiteral(ORV_HOST_PATH),
-               arguments << QStringLiteral("--plugin") << QStringLiteral(ORV_PLUGIN_PATH)
-                         << QStringLiteral("--screenshot") << picture);
+        arguments << QStringLiteral("--plugin") << QStringLiteral(ORV_PLUGIN_PATH)
+                  << QStringLiteral("--screenshot") << picture);
     QVERIFY(host.waitForFinished(60000));
     QCOMPARE(host.exitCode(), 0);
     QCOMPARE(QImage(picture).size(), size);
@@ -188,14 +188,17 @@ void tst_PluginEntry::hostRejectsBadOptions_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("message");
-    QTest::newRow("unknown option") << QStringList{QStringLiteral("--bogus")} << 2 << QStringLiteral("bogus");
-    QTest::newRow("bad scale") << QStringList{QStringLiteral("--scale"), QStringLiteral("x")} << 2
+    QTest::newRow("unknown option") << QStringList { QStringLiteral("--bogus") } << 2
+                                    << QStringLiteral("bogus");
+    QTest::newRow("bad scale") << QStringList { QStringLiteral("--scale"), QStringLiteral("x") } << 2
                                << QStringLiteral("--scale");
-    QTest::newRow("unknown key") << QStringList{QStringLiteral("--set"), QStringLiteral("fx_nope=1")} << 2
+    QTest::newRow("unknown key") << QStringList { QStringLiteral("--set"), QStringLiteral("fx_nope=1") } << 2
                                  << QStringLiteral("no such parameter");
-    QTest::newRow("bad value text") << QStringList{QStringLiteral("--set"), QStringLiteral("fx_cmp_kne=loud")}
+    QTest::newRow("bad value text") << QStringList { QStringLiteral("--set"),
+        QStringLiteral("fx_cmp_kne=loud") }
                                     << 2 << QStringLiteral("does not parse");
-    QTest::newRow("missing plug-in") << QStringList{QStringLiteral("--plugin"), QStringLiteral("/nonexistent/x.so")}
+    QTest::newRow("missing plug-in") << QStringList { QStringLiteral("--plugin"),
+        QStringLiteral("/nonexistent/x.so") }
                                      << 1 << QStringLiteral("/nonexistent/x.so");
 }
 
@@ -209,7 +212,7 @@ void tst_PluginEntry::hostRejectsBadOptions()
     if (!arguments.contains(QStringLiteral("--plugin")))
         arguments << QStringLiteral("--plugin") << QStringLiteral(ORV_PLUGIN_PATH);
     host.start(QStringLiteral(ORV_HOST_PATH),
-               arguments << QStringLiteral("--screenshot") << dir.filePath(QStringLiteral("x.png")));
+        arguments << QStringLiteral("--screenshot") << dir.filePath(QStringLiteral("x.png")));
     QVERIFY(host.waitForFinished(60000));
     QCOMPARE(host.exitCode(), exitCode);
     QVERIFY2(QString::fromLocal8Bit(host.readAllStandardError()).contains(message), qPrintable(message));

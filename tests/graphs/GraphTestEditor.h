@@ -3,7 +3,8 @@
 #include "Common/EffectEditor.h"
 
 // The smallest editor that can look keys up for a graph under test.
-class GraphTestEditor : public EffectEditor {
+class GraphTestEditor : public EffectEditor
+{
 public:
     using EffectEditor::EffectEditor;
     FUID uid() const override { return {}; }

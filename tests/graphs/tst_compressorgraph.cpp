@@ -21,7 +21,8 @@ static double quadraticKnee(double x, double te, double ratio, double w)
     return x + slope * d * d / (2.0 * w);
 }
 
-class TestCompressorGraph : public QObject {
+class TestCompressorGraph : public QObject
+{
     Q_OBJECT
 
 private slots:

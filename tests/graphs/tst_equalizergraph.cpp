@@ -16,14 +16,14 @@ namespace {
 
 // The plot as designed: unit = height / design height, margin 5.5 units,
 // +-24 dB over the plot height, 20 Hz to 20 kHz over its width.
-struct Plot {
+struct Plot
+{
     double w, h, u;
     Plot(double width, double height, double designHeight = 191.0)
         : w(width)
         , h(height)
         , u(height / designHeight)
-    {
-    }
+    { }
     double m() const { return 5.5 * u; }
     double pw() const { return w - 11.0 * u; }
     double hh() const { return (h - 11.0 * u) / 2.0; }
@@ -42,7 +42,8 @@ int nearestFrequencyStep(double f)
     return best;
 }
 
-struct Fixture {
+struct Fixture
+{
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory { &model };
     GraphTestEditor editor;
@@ -73,7 +74,8 @@ void sendWheel(QWidget *widget, const QPoint &pos, const QPoint &angle, Qt::Keyb
 
 } // namespace
 
-class TestEqualizerGraph : public QObject {
+class TestEqualizerGraph : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -79,7 +79,8 @@ double measuredDb(FILTER2PEQ &filter, double fs, double f)
 
 } // namespace
 
-class TestFilter2Peq : public QObject {
+class TestFilter2Peq : public QObject
+{
     Q_OBJECT
 
 private slots:

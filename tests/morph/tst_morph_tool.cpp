@@ -9,7 +9,8 @@
 
 namespace {
 
-struct ToolRun {
+struct ToolRun
+{
     int exitCode = -1;
     QByteArray out;
     QByteArray err;
@@ -56,7 +57,8 @@ QStringList rowsOf(const QJsonObject &object)
 
 } // namespace
 
-class TestMorphTool : public QObject {
+class TestMorphTool : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -51,12 +51,12 @@ ORVD_Data *makeEntry(const QByteArray &entry)
 }
 
 // Hands a fixed set of entries to the manager, as the folder scan would.
-class FakeCollectionImp : public ORVD_CollectionImp {
+class FakeCollectionImp : public ORVD_CollectionImp
+{
 public:
     explicit FakeCollectionImp(QByteArray layout)
         : m_layout(std::move(layout))
-    {
-    }
+    { }
     void Collection(std::vector<ORVD_Data *> &list) override
     {
         for (ORVD_Data *data : makeEntries(m_layout))
@@ -97,7 +97,8 @@ ORVD_Data *child(ORVD_Data *folder, const char *name)
 
 } // namespace
 
-class TestOrvdModel : public QObject {
+class TestOrvdModel : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -46,7 +46,8 @@ void deleteAll(std::vector<ORVD_Data *> &list)
     list.clear();
 }
 
-struct Scan {
+struct Scan
+{
     explicit Scan(const QString &folder) { ORVD_FolderCollectionImp(folder).Collection(list); }
     ~Scan() { deleteAll(list); }
     std::vector<ORVD_Data *> list;
@@ -54,7 +55,8 @@ struct Scan {
 
 } // namespace
 
-class TestOrvdScan : public QObject {
+class TestOrvdScan : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -11,7 +11,8 @@ using namespace PresetTestFiles;
 
 namespace {
 
-struct ToolRun {
+struct ToolRun
+{
     int exitCode = -1;
     QByteArray out;
     QByteArray err;
@@ -32,7 +33,8 @@ ToolRun runTool(const QStringList &arguments)
 
 } // namespace
 
-class TestPresetTool : public QObject {
+class TestPresetTool : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -30,7 +30,8 @@ QStringList filesIn(const QString &folder)
 
 } // namespace
 
-class TestPresetConversion : public QObject {
+class TestPresetConversion : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -8,7 +8,8 @@
 
 using namespace PresetTestFiles;
 
-class TestPresetFile : public QObject {
+class TestPresetFile : public QObject
+{
     Q_OBJECT
 
 private slots:

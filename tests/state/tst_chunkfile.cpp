@@ -16,7 +16,8 @@ namespace {
 constexpr float Canary = -42.0f;
 
 // The caller's buffers, with room behind the 26 floats to catch an overrun.
-struct Buffers {
+struct Buffers
+{
     Buffers()
     {
         for (float &value : params)
@@ -31,7 +32,8 @@ struct Buffers {
     short table[10][17];
 };
 
-struct Loaded {
+struct Loaded
+{
     bool ok = false;
     QByteArray message;
     int parameterCount = 0;
@@ -75,7 +77,8 @@ QByteArray fileInfo64()
 
 } // namespace
 
-class TestChunkFile : public QObject {
+class TestChunkFile : public QObject
+{
     Q_OBJECT
 
 private slots:

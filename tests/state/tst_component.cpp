@@ -20,7 +20,8 @@ constexpr int Channel = 1;
 constexpr int SnapshotChannels = 20; // the strip's channel and its morph points 9..17
 
 // A fake host with a component bound to it on channel 1.
-struct Host {
+struct Host
+{
     Host()
         : model(HostModel::channelStrip())
         , memory(&model)
@@ -85,7 +86,8 @@ QByteArray olderLayout(const char *version, const QByteArray &newerState)
 
 } // namespace
 
-class TestComponent : public QObject {
+class TestComponent : public QObject
+{
     Q_OBJECT
 
 private slots:

@@ -12,7 +12,8 @@
 
 namespace {
 
-struct Run {
+struct Run
+{
     int exitCode = -1;
     QByteArray out;
     QByteArray err;
@@ -42,7 +43,8 @@ QByteArray readFile(const QString &path)
 
 } // namespace
 
-class TestStateEndToEnd : public QObject {
+class TestStateEndToEnd : public QObject
+{
     Q_OBJECT
 
 private slots:

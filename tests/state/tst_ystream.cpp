@@ -7,7 +7,8 @@
 namespace {
 
 // A YPlx3Stream over its own memory stream, released with it.
-struct MemoryStream {
+struct MemoryStream
+{
     explicit MemoryStream(const QByteArray &bytes = {})
         : memory(new MemoryBStream(bytes))
         , stream(memory)
@@ -20,7 +21,8 @@ struct MemoryStream {
 
 } // namespace
 
-class TestYStream : public QObject {
+class TestYStream : public QObject
+{
     Q_OBJECT
 
 private slots:
