@@ -80,11 +80,22 @@ QStringList takePluginOption(int &argc, char *argv[])
     return taken;
 }
 
+// Without a display the host still renders pictures, offscreen.
+void chooseOffscreenWithoutDisplay()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const QStringList pluginArguments = takePluginOption(argc, argv);
+    chooseOffscreenWithoutDisplay();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orvchstrip-host"));
     QTextStream out(stdout);
