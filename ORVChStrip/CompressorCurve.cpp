@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Common/VectorRegisterState.h"
 #include "Interfaces/ChannelStripValueTables.h"
 
 namespace {
@@ -66,6 +67,7 @@ double CompressorCurve::outputLevel(double inputDb, const Settings &settings)
 
 QPolygonF CompressorCurve::outline(const QSizeF &size, int devicePixelRatio, const Settings &settings)
 {
+    clearUpperVectorRegisters();
     const double w = size.width();
     const double h = size.height();
     const int p = std::max(devicePixelRatio, 1);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "Common/VectorRegisterState.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
 #include "ORVChStrip/Filter/FILTER2PEQ.h"
 #include "ORVChStrip/PolylineSimplify.h"
@@ -17,6 +18,7 @@ void EqualizerGraphCurves::compute(const EqualizerGraphGeometry &geometry, doubl
     const std::array<Band, BandCount> &bands, double devicePixelRatio)
 {
     clear();
+    clearUpperVectorRegisters();
     const double dpr = devicePixelRatio > 0.0 ? devicePixelRatio : 1.0;
     const double left = geometry.margin();
     const double pw = geometry.plotWidth();

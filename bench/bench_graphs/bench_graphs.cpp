@@ -57,6 +57,7 @@ struct Figures
     double eqRepaint;
     double eqPathsOnly;
     double eqChangedRepaint;
+    double eqMath;
     double compRepaint;
 };
 
@@ -106,6 +107,12 @@ Figures measure(double scale, ParameterMemory *memory, EffectEditor *editor)
         { { { &eq.filter(ORVChStripEqualizerGraph::TargetLow), true },
             { &eq.filter(ORVChStripEqualizerGraph::TargetMiddle), true },
             { &eq.filter(ORVChStripEqualizerGraph::TargetHigh), true } } });
+    figures.eqMath = medianMicroseconds([&] {
+        curves.compute(geometry, eq.fs(),
+            { { { &eq.filter(ORVChStripEqualizerGraph::TargetLow), true },
+                { &eq.filter(ORVChStripEqualizerGraph::TargetMiddle), true },
+                { &eq.filter(ORVChStripEqualizerGraph::TargetHigh), true } } });
+    });
     QPixmap floorPixmap(eq.size());
     floorPixmap.fill(Qt::black);
     figures.eqPathsOnly = medianMicroseconds([&] { paintCurves(&floorPixmap, geometry, curves); });
@@ -164,6 +171,7 @@ int main(int argc, char **argv)
         two.eqRepaint / two.eqPathsOnly);
     std::printf("%-36s %12.1f %12.1f\n", "equalizer repaint after a change", one.eqChangedRepaint,
         two.eqChangedRepaint);
+    std::printf("%-36s %12.1f %12.1f\n", "  of which the curve math", one.eqMath, two.eqMath);
     std::printf("%-36s %12.1f %12.1f\n", "compressor repaint (212 x 191)", one.compRepaint, two.compRepaint);
     return 0;
 }
