@@ -36,8 +36,6 @@ void EqualizerGraphCurves::compute(const EqualizerGraphGeometry &geometry, doubl
     }
     m_total.reserve(count + 2);
 
-    const double zeroY = geometry.zeroDbY();
-    m_total.append(QPointF(left + first / dpr, zeroY));
     for (int column = first; column <= last; ++column) {
         const double offset = column / dpr;
         const double x = left + offset;
@@ -52,10 +50,14 @@ void EqualizerGraphCurves::compute(const EqualizerGraphGeometry &geometry, doubl
         }
         m_total.append(QPointF(x, geometry.yForGain(total)));
     }
-    m_total.append(QPointF(left + last / dpr, zeroY));
 
     const double tolerance = 0.1 / dpr;
     for (QPolygonF &band : m_bands)
         band = simplifiedPolyline(band, tolerance);
+    // The anchors on the 0 dB line close the body; they join after the
+    // simplification, which would otherwise drop a flat start that lies on them.
     m_total = simplifiedPolyline(m_total, tolerance);
+    const double zeroY = geometry.zeroDbY();
+    m_total.prepend(QPointF(left + first / dpr, zeroY));
+    m_total.append(QPointF(left + last / dpr, zeroY));
 }

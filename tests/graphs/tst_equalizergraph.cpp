@@ -6,6 +6,8 @@
 #include "GraphTestEditor.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripValueTables.h"
+#include "ORVChStrip/EqualizerGraphCurves.h"
+#include "ORVChStrip/EqualizerGraphGeometry.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/PolylineSimplify.h"
 #include "ParameterMemory.h"
@@ -81,6 +83,8 @@ class TestEqualizerGraph : public QObject
 private slots:
     void beforeAnyMemory();
     void simplifiedCurvesStayClose();
+    void totalCurveSpansThePlot_data();
+    void totalCurveSpansThePlot();
     void registrationAndUpdates();
     void handleGeometry_data();
     void handleGeometry();
@@ -137,6 +141,43 @@ void TestEqualizerGraph::simplifiedCurvesStayClose()
         const QPointF v = p - a;
         QVERIFY(std::abs(d.x() * v.y() - d.y() * v.x()) / std::hypot(d.x(), d.y()) <= 0.1);
     }
+}
+
+void TestEqualizerGraph::totalCurveSpansThePlot_data()
+{
+    QTest::addColumn<double>("lowGain");
+    QTest::addColumn<double>("devicePixelRatio");
+    QTest::newRow("flat start") << 0.0 << 1.0;
+    QTest::newRow("flat start, ratio 2") << 0.0 << 2.0;
+    QTest::newRow("shelved start") << -6.0 << 1.0;
+}
+
+void TestEqualizerGraph::totalCurveSpansThePlot()
+{
+    QFETCH(double, lowGain);
+    QFETCH(double, devicePixelRatio);
+    FILTER2PEQ low;
+    FILTER2PEQ middle;
+    low.initializeFilterProc(48000);
+    middle.initializeFilterProc(48000);
+    low.setCoefLowShelf_C(48000, 100, lowGain, 0.32, 18.0);
+    middle.setCoefPEQ_C(48000, 1000, 9.0, 4.0, 0.7, 18.0); // narrow: flat far from 1 kHz
+    const EqualizerGraphGeometry geometry(900, 382);
+    EqualizerGraphCurves curves;
+    curves.compute(
+        geometry, 48000, { { { &low, true }, { &middle, true }, { nullptr, false } } }, devicePixelRatio);
+
+    // Between its two anchors on the 0 dB line, the total runs from the
+    // plot's left edge to its right edge, however flat its ends are.
+    const QPolygonF &total = curves.totalPoints();
+    QVERIFY(total.size() > 4);
+    QCOMPARE(total.first().y(), geometry.zeroDbY());
+    QCOMPARE(total.last().y(), geometry.zeroDbY());
+    QVERIFY(total.at(1).x() <= geometry.margin());
+    QVERIFY(total.at(total.size() - 2).x() >= geometry.margin() + geometry.plotWidth());
+    QCOMPARE(total.at(1).y(),
+        geometry.yForGain(low.power(geometry.frequencyAtOffset(total.at(1).x() - geometry.margin()), 48000)
+            + middle.power(geometry.frequencyAtOffset(total.at(1).x() - geometry.margin()), 48000)));
 }
 
 void TestEqualizerGraph::registrationAndUpdates()
