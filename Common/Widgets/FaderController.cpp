@@ -21,10 +21,9 @@ constexpr int RampStep = 5;
 
 FaderController::FaderController(QWidget *parent)
     : QWidget(parent)
+    , m_artwork(this)
 {
     setFocusPolicy(Qt::ClickFocus);
-    for (SvgLayer *layer : { &m_knob, &m_shadow, &m_background })
-        connect(layer->renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
     m_rampTimer.setParent(this); // findable by name, e.g. by tests
     m_rampTimer.setSingleShot(true);
     m_rampTimer.setObjectName(QStringLiteral("rampTimer"));
@@ -53,45 +52,34 @@ void FaderController::setOrientation(Qt::Orientation orientation)
 
 void FaderController::setShadowBlur(double radius)
 {
-    radius = std::max(0.0, radius);
-    if (radius == m_shadowBlur)
-        return;
-    m_shadowBlur = radius;
-    if (m_shadow.isValid())
+    if (m_artwork.setShadowBlur(radius))
         update();
 }
 
 void FaderController::setKnobDisableOpacity(double opacity)
 {
-    opacity = std::clamp(opacity, 0.0, 1.0);
-    if (opacity == m_knobDisableOpacity)
-        return;
-    m_knobDisableOpacity = opacity;
-    if (m_knob.isValid() && !isEnabled())
+    if (m_artwork.setDisableOpacity(opacity))
         update();
 }
 
 void FaderController::setKnobSvg(const QString &path)
 {
-    if (path == m_knob.path())
+    if (!m_artwork.setKnobSvg(path))
         return;
-    m_knob.load(path);
     update();
 }
 
 void FaderController::setShadowSvg(const QString &path)
 {
-    if (path == m_shadow.path())
+    if (!m_artwork.setShadowSvg(path))
         return;
-    m_shadow.load(path);
     update();
 }
 
 void FaderController::setBackgroundSvg(const QString &path)
 {
-    if (path == m_background.path())
+    if (!m_artwork.setBackgroundSvg(path))
         return;
-    m_background.load(path);
     updateGeometry();
     update();
 }
@@ -124,7 +112,7 @@ void FaderController::setScale(double scale)
 
 QSize FaderController::sizeHint() const
 {
-    QSize size = m_background.defaultSize();
+    QSize size = m_artwork.background().defaultSize();
     if (size.isEmpty())
         size = m_orientation == Qt::Vertical ? QSize(28, 160) : QSize(160, 28);
     return (QSizeF(size) * scale()).toSize();
@@ -155,7 +143,7 @@ void FaderController::updateAccessibleText()
 
 QSizeF FaderController::thumbSize() const
 {
-    return QSizeF(m_knob.defaultSize()) * scale();
+    return QSizeF(m_artwork.knob().defaultSize()) * scale();
 }
 
 QRectF FaderController::thumbRect() const
@@ -409,8 +397,8 @@ void FaderController::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal dpr = devicePixelRatioF();
 
-    if (m_background.isValid())
-        m_background.paint(&painter, QRectF(rect()), dpr);
+    if (m_artwork.background().isValid())
+        m_artwork.background().paint(&painter, QRectF(rect()), dpr);
 
     const QRectF thumb = thumbRect();
     const QSize thumbPixels = thumb.size().toSize();
@@ -418,12 +406,12 @@ void FaderController::paintEvent(QPaintEvent *)
         return;
     // Whole pixels keep the cached layers sharp.
     const QPointF topLeft(std::round(thumb.x()), std::round(thumb.y()));
-    if (m_shadow.isValid())
-        painter.drawPixmap(topLeft, m_shadow.blurred(thumbPixels, dpr, m_shadowBlur * scale()));
-    if (m_knob.isValid()) {
-        if (!isEnabled() && m_knobDisableOpacity < 1.0)
-            painter.setOpacity(m_knobDisableOpacity);
-        painter.drawPixmap(topLeft, m_knob.pixmap(thumbPixels, dpr));
+    if (m_artwork.shadow().isValid())
+        painter.drawPixmap(
+            topLeft, m_artwork.shadow().blurred(thumbPixels, dpr, m_artwork.shadowBlur() * scale()));
+    if (m_artwork.knob().isValid()) {
+        painter.setOpacity(m_artwork.knobOpacity(isEnabled()));
+        painter.drawPixmap(topLeft, m_artwork.knob().pixmap(thumbPixels, dpr));
     }
 }
 

@@ -5,7 +5,7 @@
 #include <QWidget>
 
 #include "Common/Widgets/AbstractController.h"
-#include "Common/Widgets/SvgLayer.h"
+#include "Common/Widgets/KnobArtwork.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
@@ -39,15 +39,15 @@ public:
 
     Qt::Orientation orientation() const { return m_orientation; }
     void setOrientation(Qt::Orientation orientation);
-    double shadowBlur() const { return m_shadowBlur; }
+    double shadowBlur() const { return m_artwork.shadowBlur(); }
     void setShadowBlur(double radius);
-    double knobDisableOpacity() const { return m_knobDisableOpacity; }
+    double knobDisableOpacity() const { return m_artwork.disableOpacity(); }
     void setKnobDisableOpacity(double opacity);
-    QString knobSvg() const { return m_knob.path(); }
+    QString knobSvg() const { return m_artwork.knob().path(); }
     void setKnobSvg(const QString &path);
-    QString shadowSvg() const { return m_shadow.path(); }
+    QString shadowSvg() const { return m_artwork.shadow().path(); }
     void setShadowSvg(const QString &path);
-    QString backgroundSvg() const { return m_background.path(); }
+    QString backgroundSvg() const { return m_artwork.background().path(); }
     void setBackgroundSvg(const QString &path);
     bool enableDoubleClick() const { return m_enableDoubleClick; }
     void setEnableDoubleClick(bool enable);
@@ -101,11 +101,7 @@ private:
     void updateAccessibleText();
 
     Qt::Orientation m_orientation = Qt::Vertical;
-    double m_shadowBlur = 2.0;
-    double m_knobDisableOpacity = 1.0;
-    SvgLayer m_knob;
-    SvgLayer m_shadow;
-    SvgLayer m_background;
+    KnobArtwork m_artwork;
     bool m_enableDoubleClick = false;
     bool m_reverse = false;
     OperationType m_operationType = Touch;

@@ -28,10 +28,9 @@ bool isExactlyShift(Qt::KeyboardModifiers modifiers)
 
 KnobController::KnobController(QWidget *parent)
     : QWidget(parent)
+    , m_artwork(this)
 {
     setFocusPolicy(Qt::ClickFocus);
-    for (SvgLayer *layer : { &m_knob, &m_shadow, &m_background })
-        connect(layer->renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
     connect(this, &QObject::objectNameChanged, this, [this](const QString &name) {
         if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
             m_autoAccessibleName = name;
@@ -87,46 +86,35 @@ void KnobController::setThick(double width)
 
 void KnobController::setShadowBlur(double radius)
 {
-    radius = std::max(0.0, radius);
-    if (radius == m_shadowBlur)
-        return;
-    m_shadowBlur = radius;
-    if (m_shadow.isValid())
+    if (m_artwork.setShadowBlur(radius))
         update();
 }
 
 void KnobController::setKnobDisableOpacity(double opacity)
 {
-    opacity = std::clamp(opacity, 0.0, 1.0);
-    if (opacity == m_knobDisableOpacity)
-        return;
-    m_knobDisableOpacity = opacity;
-    if (m_knob.isValid() && !isEnabled())
+    if (m_artwork.setDisableOpacity(opacity))
         update();
 }
 
 void KnobController::setKnobSvg(const QString &path)
 {
-    if (path == m_knob.path())
+    if (!m_artwork.setKnobSvg(path))
         return;
-    m_knob.load(path);
     updateGeometry();
     update();
 }
 
 void KnobController::setShadowSvg(const QString &path)
 {
-    if (path == m_shadow.path())
+    if (!m_artwork.setShadowSvg(path))
         return;
-    m_shadow.load(path);
     update();
 }
 
 void KnobController::setBackgroundSvg(const QString &path)
 {
-    if (path == m_background.path())
+    if (!m_artwork.setBackgroundSvg(path))
         return;
-    m_background.load(path);
     updateGeometry();
     update();
 }
@@ -159,7 +147,7 @@ void KnobController::setScale(double scale)
 
 QSize KnobController::sizeHint() const
 {
-    QSize size = m_background.defaultSize().expandedTo(m_knob.defaultSize());
+    QSize size = m_artwork.background().defaultSize().expandedTo(m_artwork.knob().defaultSize());
     if (size.isEmpty())
         size = QSize(36, 36);
     return (QSizeF(size) * scale()).toSize();
@@ -388,21 +376,20 @@ void KnobController::paintEvent(QPaintEvent *)
     const qreal dpr = devicePixelRatioF();
     const float n = normalized();
 
-    if (m_background.isValid())
-        m_background.paint(&painter, centredRect(m_background), dpr);
+    if (m_artwork.background().isValid())
+        m_artwork.background().paint(&painter, centredRect(m_artwork.background()), dpr);
 
-    if (m_shadow.isValid()) {
-        const QRectF rect = centredRect(m_shadow);
-        painter.drawPixmap(
-            rect.topLeft(), m_shadow.blurred(rect.size().toSize(), dpr, m_shadowBlur * scale()));
+    if (m_artwork.shadow().isValid()) {
+        const QRectF rect = centredRect(m_artwork.shadow());
+        painter.drawPixmap(rect.topLeft(),
+            m_artwork.shadow().blurred(rect.size().toSize(), dpr, m_artwork.shadowBlur() * scale()));
     }
 
-    if (m_knob.isValid()) {
-        const QRectF rect = centredRect(m_knob);
-        const QPixmap knob = m_knob.pixmap(rect.size().toSize(), dpr);
+    if (m_artwork.knob().isValid()) {
+        const QRectF rect = centredRect(m_artwork.knob());
+        const QPixmap knob = m_artwork.knob().pixmap(rect.size().toSize(), dpr);
         painter.save();
-        if (!isEnabled() && m_knobDisableOpacity < 1.0)
-            painter.setOpacity(m_knobDisableOpacity);
+        painter.setOpacity(m_artwork.knobOpacity(isEnabled()));
         if (m_knobType == RotateKnob) {
             painter.setRenderHint(QPainter::SmoothPixmapTransform);
             painter.translate(width() * 0.5, height() * 0.5);

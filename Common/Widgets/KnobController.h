@@ -4,7 +4,7 @@
 #include <QWidget>
 
 #include "Common/Widgets/AbstractController.h"
-#include "Common/Widgets/SvgLayer.h"
+#include "Common/Widgets/KnobArtwork.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
@@ -49,15 +49,15 @@ public:
     void setOutside(double radius);
     double thick() const { return m_thick; }
     void setThick(double width);
-    double shadowBlur() const { return m_shadowBlur; }
+    double shadowBlur() const { return m_artwork.shadowBlur(); }
     void setShadowBlur(double radius);
-    double knobDisableOpacity() const { return m_knobDisableOpacity; }
+    double knobDisableOpacity() const { return m_artwork.disableOpacity(); }
     void setKnobDisableOpacity(double opacity);
-    QString knobSvg() const { return m_knob.path(); }
+    QString knobSvg() const { return m_artwork.knob().path(); }
     void setKnobSvg(const QString &path);
-    QString shadowSvg() const { return m_shadow.path(); }
+    QString shadowSvg() const { return m_artwork.shadow().path(); }
     void setShadowSvg(const QString &path);
-    QString backgroundSvg() const { return m_background.path(); }
+    QString backgroundSvg() const { return m_artwork.background().path(); }
     void setBackgroundSvg(const QString &path);
     KnobType knobType() const { return m_knobType; }
     void setKnobType(KnobType type);
@@ -110,11 +110,7 @@ private:
     double m_inside = 4.0;
     double m_outside = 14.0;
     double m_thick = 2.0;
-    double m_shadowBlur = 2.0;
-    double m_knobDisableOpacity = 1.0;
-    SvgLayer m_knob;
-    SvgLayer m_shadow;
-    SvgLayer m_background;
+    KnobArtwork m_artwork;
     KnobType m_knobType = LineIndex;
     OperationType m_operationType = Circular;
     int m_valueChangeStep = 1;
