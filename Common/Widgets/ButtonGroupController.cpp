@@ -19,6 +19,7 @@ constexpr int RefreshDelayMs = 10;
 
 ButtonGroupController::ButtonGroupController(QWidget *parent)
     : QGroupBox(parent)
+    , m_accessibleName(this)
 {
     // A child event arrives before the child is fully built; register it
     // once it is.
@@ -155,20 +156,15 @@ bool ButtonGroupController::event(QEvent *event)
 void ButtonGroupController::updateAccessibility()
 {
     // A name set by the owner stays; only the one set here follows.
-    if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
-        const QString name = PushButtonController::fallbackAccessibleName(this, title());
-        m_autoAccessibleName = name;
-        if (name != accessibleName())
-            setAccessibleName(name);
-    }
+    m_accessibleName.refresh(title());
     // The group speaks as the button it selects.
     QString description;
     const int position = value() - minimumValue();
     if (position >= 0 && position < m_buttons.size()) {
         QAbstractButton *button = m_buttons.at(position);
-        description = button->accessibleName().isEmpty()
-            ? PushButtonController::fallbackAccessibleName(button, button->text())
-            : button->accessibleName();
+        description = !button->accessibleName().isEmpty() ? button->accessibleName()
+            : !button->text().isEmpty()                   ? QString(button->text()).remove(QLatin1Char('&'))
+                                        : AccessibleNameFallback::readable(button->objectName());
     }
     if (description != accessibleDescription())
         setAccessibleDescription(description);

@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/AccessibleNameFallback.h"
 
 class QAbstractButton;
 
@@ -57,7 +58,7 @@ private:
     QSet<QObject *> m_pendingChildren;
     bool m_updatePending = false;
     bool m_enableDefaultSet = false;
-    QString m_autoAccessibleName; // the fallback name this control set itself
+    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

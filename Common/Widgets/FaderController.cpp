@@ -22,6 +22,7 @@ constexpr int RampStep = 5;
 FaderController::FaderController(QWidget *parent)
     : QWidget(parent)
     , m_artwork(this)
+    , m_accessibleName(this)
 {
     setFocusPolicy(Qt::ClickFocus);
     m_rampTimer.setParent(this); // findable by name, e.g. by tests
@@ -30,12 +31,7 @@ FaderController::FaderController(QWidget *parent)
     connect(&m_rampTimer, &QTimer::timeout, this, qOverload<>(&FaderController::ramp));
     m_doubleClickTimer.setSingleShot(true);
     connect(&m_doubleClickTimer, &QTimer::timeout, this, &FaderController::doubleClickTimeout);
-    connect(this, &QObject::objectNameChanged, this, [this](const QString &name) {
-        if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
-            m_autoAccessibleName = name;
-            setAccessibleName(name);
-        }
-    });
+    connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
     updateAccessibleText();
 }
 

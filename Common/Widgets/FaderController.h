@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/AccessibleNameFallback.h"
 #include "Common/Widgets/KnobArtwork.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
@@ -115,7 +116,7 @@ private:
     bool m_justJumped = false;
     QTimer m_rampTimer;
     QTimer m_doubleClickTimer;
-    QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
+    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

@@ -29,14 +29,10 @@ bool isExactlyShift(Qt::KeyboardModifiers modifiers)
 KnobController::KnobController(QWidget *parent)
     : QWidget(parent)
     , m_artwork(this)
+    , m_accessibleName(this)
 {
     setFocusPolicy(Qt::ClickFocus);
-    connect(this, &QObject::objectNameChanged, this, [this](const QString &name) {
-        if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
-            m_autoAccessibleName = name;
-            setAccessibleName(name);
-        }
-    });
+    connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
     updateAccessibleText();
 }
 

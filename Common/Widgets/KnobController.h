@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/AccessibleNameFallback.h"
 #include "Common/Widgets/KnobArtwork.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
@@ -123,7 +124,7 @@ private:
     QPoint m_lastPosition;
     double m_rotation = 0.0;
     WheelAccumulator m_wheel;
-    QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
+    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

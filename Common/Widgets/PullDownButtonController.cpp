@@ -133,8 +133,9 @@ void PullDownButtonController::openPullDown()
     menu->setFont(font());
     menu->setStyle(style());
     menu->setPalette(palette());
-    menu->setAccessibleName(
-        accessibleName().isEmpty() ? fallbackAccessibleName(this, text()) : accessibleName());
+    menu->setAccessibleName(!accessibleName().isEmpty() ? accessibleName()
+            : !text().isEmpty()                         ? text()
+                                                        : AccessibleNameFallback::readable(objectName()));
 
     m_actions.clear();
     const int current = position();

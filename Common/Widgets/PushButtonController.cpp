@@ -12,6 +12,7 @@ namespace CommonController_MemAPI {
 
 PushButtonController::PushButtonController(QWidget *parent)
     : QPushButton(parent)
+    , m_accessibleName(this)
 {
     setFocusPolicy(Qt::NoFocus);
     setMaximumValue(1);
@@ -448,30 +449,11 @@ void PushButtonController::paintButton(QPainter &painter)
     }
 }
 
-QString PushButtonController::fallbackAccessibleName(const QWidget *widget, const QString &text)
-{
-    QString name = text;
-    name.remove(QLatin1Char('&'));
-    if (!name.trimmed().isEmpty())
-        return name.trimmed();
-    name = widget->objectName();
-    static const QRegularExpression memberPrefix(QStringLiteral("^m_p?"));
-    static const QRegularExpression wordStart(QStringLiteral("([a-z0-9])([A-Z])"));
-    name.remove(memberPrefix);
-    name.replace(wordStart, QStringLiteral("\\1 \\2"));
-    return name.trimmed();
-}
-
 void PushButtonController::updateAccessibility()
 {
     // A button with text is named by its text; an SVG-only one by its object.
     // A name set by the owner stays; only the one set here follows.
-    if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
-        const QString name = text().isEmpty() ? fallbackAccessibleName(this, QString()) : QString();
-        m_autoAccessibleName = name;
-        if (name != accessibleName())
-            setAccessibleName(name);
-    }
+    m_accessibleName.apply(text().isEmpty() ? AccessibleNameFallback::readable(objectName()) : QString());
     const QString description = isCheckable() ? (isChecked() ? tr("on") : tr("off")) : QString();
     if (description != accessibleDescription())
         setAccessibleDescription(description);

@@ -3,6 +3,7 @@
 #include <QPushButton>
 
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/AccessibleNameFallback.h"
 #include "Common/Widgets/SvgLayer.h"
 
 namespace CommonController_MemAPI {
@@ -96,7 +97,6 @@ public:
 
     // A readable name for a control that has none: its text, else its
     // object name without the member prefix, split into words.
-    static QString fallbackAccessibleName(const QWidget *widget, const QString &text);
 
 signals:
     void valueChanged(int value);
@@ -168,7 +168,7 @@ private:
     bool m_selfChange = false;
     bool m_hover = false;
     bool m_inside = false;
-    QString m_autoAccessibleName; // the fallback name this control set itself
+    AccessibleNameFallback m_accessibleName;
     Qt::KeyboardModifiers m_modifiers;
 };
 

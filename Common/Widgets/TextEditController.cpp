@@ -21,16 +21,12 @@ constexpr int WheelUnit = 120;
 TextEditController::TextEditController(QWidget *parent)
     : QWidget(parent)
     , m_pLineEdit(new TextEditControllerPrivate::LineEdit(this))
+    , m_accessibleName(this)
 {
     setFocusPolicy(Qt::ClickFocus);
     m_pLineEdit->setMaxLength(m_textMaxLength);
     connect(m_pLineEdit, &QLineEdit::editingFinished, this, &TextEditController::editFinish);
-    connect(this, &QObject::objectNameChanged, this, [this](const QString &name) {
-        if (accessibleName().isEmpty() || accessibleName() == m_autoAccessibleName) {
-            m_autoAccessibleName = name;
-            setAccessibleName(name);
-        }
-    });
+    connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
     updateAccessibleText();
 }
 

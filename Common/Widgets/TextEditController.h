@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/AccessibleNameFallback.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
@@ -111,7 +112,7 @@ private:
     QPoint m_anchorPosition;
     QPoint m_lastPosition;
     WheelAccumulator m_wheel;
-    QString m_autoAccessibleName; // the object name, while it stands in as the accessible name
+    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

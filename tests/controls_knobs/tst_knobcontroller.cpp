@@ -379,7 +379,7 @@ void tst_KnobController::artworkAndAccessibility()
     QVERIFY(picture(&knob).pixelColor(8, 18).alpha() < 255);
 
     knob.setObjectName(QStringLiteral("m_pCompressorAttackKnob"));
-    QCOMPARE(knob.accessibleName(), QStringLiteral("m_pCompressorAttackKnob"));
+    QCOMPARE(knob.accessibleName(), QStringLiteral("Compressor Attack Knob"));
     QCOMPARE(knob.accessibleDescription(), QStringLiteral("42"));
     knob.setValue(43);
     QCOMPARE(knob.accessibleDescription(), QStringLiteral("43"));
