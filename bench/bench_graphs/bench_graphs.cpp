@@ -15,6 +15,7 @@
 
 #include "Common/EffectEditor.h"
 #include "HostModel.h"
+#include "MinimalEditor.h"
 #include "ORVChStrip/EqualizerGraphCurves.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
@@ -24,17 +25,6 @@
 namespace {
 
 constexpr int Iterations = 300;
-
-class BenchEditor : public EffectEditor
-{
-public:
-    using EffectEditor::EffectEditor;
-    FUID uid() const override { return {}; }
-    void loadUids(std::vector<FUID> &) const override { }
-    IComponent *getPlxComponent() const override { return nullptr; }
-    void setMemAPI(IMemAPI *) override { }
-    void setCh(int, int) override { }
-};
 
 double medianMicroseconds(const std::function<void()> &work)
 {
@@ -144,7 +134,7 @@ int main(int argc, char **argv)
     memory.setValueText("fx_eq_hsvgain", QStringLiteral("4"));
     memory.setValueText("fx_cmp_rto", QStringLiteral("8:1"));
     memory.setValueText("fx_cmp_drv", QStringLiteral("8"));
-    BenchEditor editor;
+    MinimalEditor editor;
     editor.setModelInfo(&model);
 
     const Figures one = measure(1.0, &memory, &editor);

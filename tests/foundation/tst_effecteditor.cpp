@@ -10,19 +10,9 @@
 #include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
 #include "HostModel.h"
+#include "MinimalEditor.h"
 
 namespace {
-
-class TestEditor : public EffectEditor
-{
-public:
-    using EffectEditor::EffectEditor;
-    FUID uid() const override { return {}; }
-    void loadUids(std::vector<FUID> &) const override { }
-    IComponent *getPlxComponent() const override { return nullptr; }
-    void setMemAPI(IMemAPI *) override { }
-    void setCh(int, int) override { }
-};
 
 // A widget that records the scale the editor hands to controls.
 class ScaledControl : public QWidget, public CommonController_MemAPI::AbstractController
@@ -83,7 +73,7 @@ void tst_EffectEditor::scalesFromDesignGeometry()
     QFETCH(double, scale);
     QFETCH(QRect, expected);
 
-    TestEditor editor;
+    MinimalEditor editor;
     editor.resize(1015, 572);
     auto *label = new QLabel(&editor);
     label->setGeometry(design);
@@ -98,7 +88,7 @@ void tst_EffectEditor::scalesFromDesignGeometry()
 
 void tst_EffectEditor::scalesFontsAndControls()
 {
-    TestEditor editor;
+    MinimalEditor editor;
     auto *label = new QLabel(&editor);
     QFont font = label->font();
     font.setPointSize(9);
@@ -118,7 +108,7 @@ void tst_EffectEditor::scalesFontsAndControls()
 
 void tst_EffectEditor::mapsDesignFontFamilies()
 {
-    TestEditor editor;
+    MinimalEditor editor;
     auto *medium = new QLabel(&editor);
     QFont designed(QStringLiteral("M+ 1c medium"));
     designed.setPointSize(11);
@@ -138,7 +128,7 @@ void tst_EffectEditor::mapsDesignFontFamilies()
 
 void tst_EffectEditor::capturesScrollAreaContentOnly()
 {
-    TestEditor editor;
+    MinimalEditor editor;
     auto *area = new QScrollArea(&editor);
     auto *content = new QWidget;
     auto *inside = new QLabel(content);
@@ -199,7 +189,7 @@ void tst_EffectEditor::mapsEditModes()
 void tst_EffectEditor::appliesEditModesToTheTree()
 {
     using namespace CommonController_MemAPI;
-    TestEditor editor;
+    MinimalEditor editor;
     auto *knob = new KnobController(new QWidget(&editor));
     auto *fader = new FaderController(&editor);
     editor.setDialEditMode(2);
@@ -215,7 +205,7 @@ void tst_EffectEditor::appliesEditModesToTheTree()
 void tst_EffectEditor::looksUpParameters()
 {
     HostModel model({ { 1, 7 } }, { parameter("fx_cmp_atck"), parameter("fx_eq_midfrq") }, {});
-    TestEditor editor;
+    MinimalEditor editor;
     unsigned short id = 0;
     QVERIFY(!editor.getParameter("fx_eq_midfrq", &id));
     editor.setModelInfo(&model);
@@ -250,7 +240,7 @@ void tst_EffectEditor::computesMeterIndex()
     QFETCH(int, index);
 
     HostModel model({}, {}, { { "meter_a", 2, {} }, { "meter_b", 1, {} } });
-    TestEditor editor;
+    MinimalEditor editor;
     editor.setModelInfo(&model);
     unsigned short result = 0xFFFF;
     QCOMPARE(editor.getMeterIndex(key.constData(), static_cast<unsigned short>(ch), right, &result), found);
@@ -262,7 +252,7 @@ void tst_EffectEditor::computesMeterIndex()
 
 void tst_EffectEditor::findsWidgetScale()
 {
-    TestEditor editor;
+    MinimalEditor editor;
     auto *inner = new QWidget(new QWidget(&editor));
     editor.initialize();
     editor.setScale(1.5);

@@ -2,8 +2,8 @@
 #include <QTest>
 #include <cmath>
 
-#include "GraphTestEditor.h"
 #include "HostModel.h"
+#include "MinimalEditor.h"
 #include "ORVChStrip/CompressorCurve.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ParameterMemory.h"
@@ -139,7 +139,7 @@ void TestCompressorGraph::observers()
 {
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
-    GraphTestEditor editor;
+    MinimalEditor editor;
     editor.setModelInfo(&model);
     const unsigned short ratioId = model.parameterId("fx_cmp_rto");
     {
@@ -175,7 +175,7 @@ void TestCompressorGraph::paintsTheArea()
     QFETCH(double, ratio);
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
-    GraphTestEditor editor;
+    MinimalEditor editor;
     editor.setModelInfo(&model);
     ORVChStripCompressorGraph graph(nullptr, &editor);
     graph.resize(QSize(191, 191) * scale);

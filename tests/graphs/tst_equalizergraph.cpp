@@ -3,9 +3,9 @@
 #include <QWheelEvent>
 #include <cmath>
 
-#include "GraphTestEditor.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripValueTables.h"
+#include "MinimalEditor.h"
 #include "ORVChStrip/EqualizerGraphCurves.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
@@ -48,7 +48,7 @@ struct Fixture
 {
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory { &model };
-    GraphTestEditor editor;
+    MinimalEditor editor;
     Graph graph { nullptr, &editor };
 
     explicit Fixture(QSize size = QSize(437, 191))
@@ -103,7 +103,7 @@ private slots:
 
 void TestEqualizerGraph::beforeAnyMemory()
 {
-    GraphTestEditor editor;
+    MinimalEditor editor;
     Graph graph(nullptr, &editor);
     QCOMPARE(graph.fs(), 44100);
     QCOMPARE(graph.bandFrequency(Graph::TargetHigh), 1.0);

@@ -2,8 +2,9 @@
 
 #include "Common/EffectEditor.h"
 
-// The smallest editor that can look keys up for a graph under test.
-class GraphTestEditor : public EffectEditor
+// The smallest editor there is: it looks keys up through its model info and
+// scales its tree, and has no panel, component or bindings of its own.
+class MinimalEditor : public EffectEditor
 {
 public:
     using EffectEditor::EffectEditor;
