@@ -21,7 +21,8 @@ public:
     virtual int addPrmObserver(unsigned short prmId, unsigned short ch, IPrmObserver *observer, int index = 0)
         = 0;
     virtual int removePrmObserver(unsigned short prmId, unsigned short ch, IPrmObserver *observer) = 0;
-    // Non-zero while the host wants the caller to follow the parameter.
+    // 0 while `observer` observes the parameter on the channel, non-zero when
+    // it does not (so an editor adds it on non-zero and removes it on 0).
     virtual int queryPrmObserver(unsigned short prmId, unsigned short ch, IPrmObserver *observer) = 0;
     virtual int getMeterNotifier(IMeterNotifier **notifier) = 0;
     virtual int getDefault(unsigned short prmId, unsigned short ch, int *value) = 0;
