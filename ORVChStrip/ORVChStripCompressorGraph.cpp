@@ -16,7 +16,6 @@ const QColor CurveBodyColor(247, 147, 30, 40);
 const QColor CurveDisbaleBodyColor(128, 128, 128, 40);
 
 // The observed keys, in the order of ORVChStripCompressorGraph::Parameter.
-const char *const ParameterKeys[] = { "fx_cmp_rto", "fx_cmp_kne", "fx_cmp_trsofst", "fx_cmp_drv" };
 
 constexpr double DesignHeight = 191.0;
 
@@ -38,6 +37,7 @@ PlotGeometry plotGeometry(const QSize &size)
 ORVChStripCompressorGraph::ORVChStripCompressorGraph(QWidget *parent, EffectEditor *editor)
     : QWidget(parent)
     , m_pEditor(editor)
+    , m_parameters(this, { "fx_cmp_rto", "fx_cmp_kne", "fx_cmp_trsofst", "fx_cmp_drv" })
 { }
 
 ORVChStripCompressorGraph::~ORVChStripCompressorGraph()
@@ -65,28 +65,12 @@ void ORVChStripCompressorGraph::setCh(int ch)
 
 void ORVChStripCompressorGraph::addObservers()
 {
-    m_prmFound.fill(false);
-    if (!m_pMemAPI || !m_pEditor)
-        return;
-    for (int i = 0; i < ParameterCount; ++i) {
-        unsigned short id = 0;
-        if (!m_pEditor->getParameter(ParameterKeys[i], &id))
-            continue;
-        m_prmIds[i] = id;
-        m_prmFound[i] = true;
-        m_pMemAPI->addPrmObserver(id, static_cast<unsigned short>(m_ch), this);
-    }
+    m_parameters.attach(m_pEditor, m_pMemAPI, static_cast<unsigned short>(m_ch));
 }
 
 void ORVChStripCompressorGraph::removeObservers()
 {
-    if (m_pMemAPI) {
-        for (int i = 0; i < ParameterCount; ++i) {
-            if (m_prmFound[i])
-                m_pMemAPI->removePrmObserver(m_prmIds[i], static_cast<unsigned short>(m_ch), this);
-        }
-    }
-    m_prmFound.fill(false);
+    m_parameters.detach();
 }
 
 int ORVChStripCompressorGraph::Update(unsigned short, unsigned short, int, const char *)
@@ -97,8 +81,8 @@ int ORVChStripCompressorGraph::Update(unsigned short, unsigned short, int, const
 
 bool ORVChStripCompressorGraph::readValue(Parameter parameter, int *value) const
 {
-    return m_prmFound[parameter]
-        && m_pMemAPI->getValue(m_prmIds[parameter], static_cast<unsigned short>(m_ch), value) >= 0;
+    return m_parameters.found(parameter)
+        && m_pMemAPI->getValue(m_parameters.id(parameter), static_cast<unsigned short>(m_ch), value) >= 0;
 }
 
 CompressorCurve::Settings ORVChStripCompressorGraph::currentSettings() const

@@ -2,8 +2,8 @@
 
 #include <QPixmap>
 #include <QWidget>
-#include <array>
 
+#include "Common/ObservedParameters.h"
 #include "Interfaces/IPrmObserver.h"
 #include "ORVChStrip/CompressorCurve.h"
 
@@ -51,7 +51,6 @@ private:
     EffectEditor *m_pEditor;
     IMemAPI *m_pMemAPI = nullptr;
     int m_ch = 0;
-    std::array<unsigned short, ParameterCount> m_prmIds {};
-    std::array<bool, ParameterCount> m_prmFound {};
+    ObservedParameters m_parameters;
     QPixmap m_gridLayer;
 };

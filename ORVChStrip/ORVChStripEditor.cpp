@@ -11,19 +11,6 @@
 
 namespace {
 
-// The parameters whose changes alter the editor itself.
-const char *const ObservedKeys[] = {
-    "fx_cmp_byps",
-    "fx_eq_byps",
-    "fx_cmp_sc_onf",
-    "fx_eq_lsv_onf",
-    "fx_eq_mid_onf",
-    "fx_eq_hsv_onf",
-    "fx_cmp_kne",
-    "fx_mrp_systmname",
-    "fx_mrp_vl",
-};
-
 QWidget *filledWidget(QWidget *parent, const char *name, const QRect &rect)
 {
     auto *widget = new QWidget(parent);
@@ -55,6 +42,10 @@ const FUID ORVChStripEditor::SecondUid(0x504C5863, 0x73745375, 0x72206368, 0x207
 ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     : EffectEditor(parent)
     , m_pComponent(new ORVChStripComponent)
+    // The parameters whose changes alter the editor itself.
+    , m_observed(this,
+          { "fx_cmp_byps", "fx_eq_byps", "fx_cmp_sc_onf", "fx_eq_lsv_onf", "fx_eq_mid_onf", "fx_eq_hsv_onf",
+              "fx_cmp_kne", "fx_mrp_systmname", "fx_mrp_vl" })
 {
     m_pComponent->addRef();
     setObjectName(QStringLiteral("ORVChStripEditor"));
@@ -218,9 +209,7 @@ void ORVChStripEditor::unregisterObservers()
     IMeterNotifier *notifier = nullptr;
     if (m_pMemAPI->getMeterNotifier(&notifier) >= 0 && notifier)
         notifier->removeMeterObserver(this);
-    for (unsigned short id : std::as_const(m_observedIds))
-        m_pMemAPI->removePrmObserver(id, ch, this);
-    m_observedIds.clear();
+    m_observed.detach();
     // The host answers 0 here while this editor still follows the parameter.
     for (const char *key : ORVChStripParameters::MorphingParameterList) {
         unsigned short id = 0;
@@ -237,13 +226,7 @@ void ORVChStripEditor::registerObservers()
     IMeterNotifier *notifier = nullptr;
     if (m_pMemAPI->getMeterNotifier(&notifier) >= 0 && notifier)
         notifier->addMeterObserver(this);
-    for (const char *key : ObservedKeys) {
-        unsigned short id = 0;
-        if (getParameter(key, &id)) {
-            m_pMemAPI->addPrmObserver(id, ch, this);
-            m_observedIds.append(id);
-        }
-    }
+    m_observed.attach(this, m_pMemAPI, ch);
     for (const char *key : ORVChStripParameters::MorphingParameterList) {
         unsigned short id = 0;
         if (getParameter(key, &id) && m_pMemAPI->queryPrmObserver(id, ch, this) != 0)

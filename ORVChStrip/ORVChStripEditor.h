@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QList>
-
 #include "Common/EffectEditor.h"
+#include "Common/ObservedParameters.h"
 #include "Interfaces/IMeterObserver.h"
 #include "Interfaces/IPrmObserver.h"
 
@@ -60,7 +59,7 @@ private:
     IMemAPI *m_pMemAPI = nullptr;
     int m_ch1 = 0;
     int m_ch2 = -1;
-    QList<unsigned short> m_observedIds;
+    ObservedParameters m_observed;
     ORVChStripCompressorGraph *m_pCompressorGraph = nullptr;
     ORVChStripEqualizerGraph *m_pEqualizerGraph = nullptr;
 };

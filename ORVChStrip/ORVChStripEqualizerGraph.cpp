@@ -31,20 +31,6 @@ const QColor HighColor(5, 146, 224);
 const QColor HighHighlightColor(0, 239, 255);
 const QColor HighDisableColor(3, 82, 126);
 
-// The observed keys, in the order of ORVChStripEqualizerGraph::Parameter.
-const char *const ParameterKeys[] = {
-    "fx_eq_lsv_onf",
-    "fx_eq_lsvfreq",
-    "fx_eq_lsvgain",
-    "fx_eq_mid_onf",
-    "fx_eq_midqual",
-    "fx_eq_midfrq",
-    "fx_eq_midgain",
-    "fx_eq_hsv_onf",
-    "fx_eq_hsvfrq",
-    "fx_eq_hsvgain",
-};
-
 // Fixed shape arguments of the band filters.
 constexpr double PeakingWidthExp = 0.7;
 constexpr double ShelfSlopeExp = 0.32;
@@ -73,6 +59,10 @@ double qualityValue(int v)
 ORVChStripEqualizerGraph::ORVChStripEqualizerGraph(QWidget *parent, EffectEditor *editor)
     : QWidget(parent)
     , m_pEditor(editor)
+    // The keys in the order of ORVChStripEqualizerGraph::Parameter.
+    , m_parameters(this,
+          { "fx_eq_lsv_onf", "fx_eq_lsvfreq", "fx_eq_lsvgain", "fx_eq_mid_onf", "fx_eq_midqual",
+              "fx_eq_midfrq", "fx_eq_midgain", "fx_eq_hsv_onf", "fx_eq_hsvfrq", "fx_eq_hsvgain" })
 {
     setAttribute(Qt::WA_MouseTracking);
     m_lowFilter.initializeFilterProc(m_fs);
@@ -166,20 +156,12 @@ const FILTER2PEQ &ORVChStripEqualizerGraph::filter(EditTarget band) const
 
 void ORVChStripEqualizerGraph::registerParameter()
 {
-    m_prmFound.fill(false);
-    if (!m_pMemAPI || !m_pEditor)
-        return;
     const auto ch = static_cast<unsigned short>(m_ch);
+    m_parameters.attach(m_pEditor, m_pMemAPI, ch);
     for (int i = 0; i < ParameterCount; ++i) {
-        unsigned short id = 0;
-        if (!m_pEditor->getParameter(ParameterKeys[i], &id))
-            continue;
-        m_prmIds[i] = id;
-        m_prmFound[i] = true;
         int value = 0;
-        if (m_pMemAPI->getValue(id, ch, &value) >= 0)
+        if (m_parameters.found(i) && m_pMemAPI->getValue(m_parameters.id(i), ch, &value) >= 0)
             applyValue(i, value);
-        m_pMemAPI->addPrmObserver(id, ch, this);
     }
     for (EditTarget band : { TargetLow, TargetMiddle, TargetHigh })
         updateCoefficients(band);
@@ -187,14 +169,7 @@ void ORVChStripEqualizerGraph::registerParameter()
 
 void ORVChStripEqualizerGraph::unregisterParameter()
 {
-    if (m_pMemAPI) {
-        const auto ch = static_cast<unsigned short>(m_ch);
-        for (int i = 0; i < ParameterCount; ++i) {
-            if (m_prmFound[i])
-                m_pMemAPI->removePrmObserver(m_prmIds[i], ch, this);
-        }
-    }
-    m_prmFound.fill(false);
+    m_parameters.detach();
 }
 
 void ORVChStripEqualizerGraph::applyValue(int parameter, int value)
@@ -236,17 +211,10 @@ int ORVChStripEqualizerGraph::Update(unsigned short prmId, unsigned short ch, in
 {
     if (ch != static_cast<unsigned short>(m_ch))
         return 0;
-    for (int i = 0; i < ParameterCount; ++i) {
-        if (!m_prmFound[i] || m_prmIds[i] != prmId)
-            continue;
+    const int i = m_parameters.indexOf(prmId);
+    if (i >= 0) {
         applyValue(i, value);
-        if (i < MiddleOn)
-            updateCoefficients(TargetLow);
-        else if (i < HighOn)
-            updateCoefficients(TargetMiddle);
-        else
-            updateCoefficients(TargetHigh);
-        break;
+        updateCoefficients(i < MiddleOn ? TargetLow : i < HighOn ? TargetMiddle : TargetHigh);
     }
     invalidateCurves();
     return 0;
@@ -550,7 +518,7 @@ void ORVChStripEqualizerGraph::dragTo(const QPoint &pos)
 
 void ORVChStripEqualizerGraph::dragQualityTo(const QPoint &pos)
 {
-    if (!m_pMemAPI || !m_prmFound[MiddleQ])
+    if (!m_pMemAPI || !m_parameters.found(MiddleQ))
         return;
     // One Q step per drag unit; upwards raises the Q.
     const double unit = dragGeometry().unit();
@@ -558,26 +526,26 @@ void ORVChStripEqualizerGraph::dragQualityTo(const QPoint &pos)
     if (steps == 0)
         return;
     int value = 0;
-    if (m_pMemAPI->getValue(m_prmIds[MiddleQ], static_cast<unsigned short>(m_ch), &value) < 0)
+    if (m_pMemAPI->getValue(m_parameters.id(MiddleQ), static_cast<unsigned short>(m_ch), &value) < 0)
         return;
     writeValue(MiddleQ, value + steps);
 }
 
 void ORVChStripEqualizerGraph::writeText(int parameter, double physicalValue)
 {
-    if (!m_pMemAPI || !m_prmFound[parameter])
+    if (!m_pMemAPI || !m_parameters.found(parameter))
         return;
     const QByteArray text = QByteArray::number(physicalValue, 'g', 6);
     int value = 0;
     if (m_pMemAPI->setValueString(
-            m_prmIds[parameter], static_cast<unsigned short>(m_ch), text.constData(), &value)
+            m_parameters.id(parameter), static_cast<unsigned short>(m_ch), text.constData(), &value)
         >= 0)
         writeValue(parameter, value);
 }
 
 void ORVChStripEqualizerGraph::writeValue(int parameter, int value)
 {
-    m_pMemAPI->setValue(m_prmIds[parameter], static_cast<unsigned short>(m_ch), value, 0, 0, 1);
+    m_pMemAPI->setValue(m_parameters.id(parameter), static_cast<unsigned short>(m_ch), value, 0, 0, 1);
 }
 
 void ORVChStripEqualizerGraph::wheelEvent(QWheelEvent *event)
@@ -590,7 +558,7 @@ void ORVChStripEqualizerGraph::wheelEvent(QWheelEvent *event)
     if (band == TargetNone || !m_pMemAPI)
         return;
     const Parameter gain = band == TargetLow ? LowGain : band == TargetMiddle ? MiddleGain : HighGain;
-    if (!m_prmFound[gain])
+    if (!m_parameters.found(gain))
         return;
 
     const int divisor = event->modifiers().testFlag(Qt::ShiftModifier) ? FineWheelStep : WheelStep;
@@ -599,7 +567,7 @@ void ORVChStripEqualizerGraph::wheelEvent(QWheelEvent *event)
     if (steps == 0)
         return;
     int value = 0;
-    if (m_pMemAPI->getValue(m_prmIds[gain], static_cast<unsigned short>(m_ch), &value) >= 0)
+    if (m_pMemAPI->getValue(m_parameters.id(gain), static_cast<unsigned short>(m_ch), &value) >= 0)
         writeValue(gain, value + steps);
 }
 

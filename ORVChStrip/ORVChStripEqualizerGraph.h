@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <array>
 
+#include "Common/ObservedParameters.h"
 #include "Common/Widgets/WheelAccumulator.h"
 #include "Interfaces/IPrmObserver.h"
 #include "ORVChStrip/EqualizerGraphCurves.h"
@@ -121,8 +122,7 @@ private:
     EffectEditor *m_pEditor;
     IMemAPI *m_pMemAPI = nullptr;
     int m_ch = 0;
-    std::array<unsigned short, ParameterCount> m_prmIds {};
-    std::array<bool, ParameterCount> m_prmFound {};
+    ObservedParameters m_parameters;
     int m_fs = 44100;
 
     bool m_lowOn = true;
