@@ -100,7 +100,7 @@ private slots:
     void malformedStreamChangesNothing();
     void withoutHost();
     void failingHostReadsStoreZero();
-    void interfaceDefaults();
+    void versionsAndKeyList();
     void inspectorDescribesState();
     void editorHandsOutItsComponent();
 };
@@ -260,20 +260,9 @@ void TestComponent::failingHostReadsStoreZero()
     QCOMPARE(bytes.mid(820, 104), QByteArray(104, '\0'));
 }
 
-void TestComponent::interfaceDefaults()
+void TestComponent::versionsAndKeyList()
 {
     ORVChStripComponent component;
-    void *object = &component;
-    QCOMPARE(component.queryInterface("anything", &object), kNoInterface);
-    QCOMPARE(object, nullptr);
-    RoutingInfo in, out;
-    BusInfo bus;
-    QCOMPARE(component.initialize(nullptr), kNotImplemented);
-    QCOMPARE(component.terminate(), kNotImplemented);
-    QCOMPARE(component.getBusCount(0, 0), kNotImplemented);
-    QCOMPARE(component.getBusInfo(0, 0, 0, bus), kNotImplemented);
-    QCOMPARE(component.getRoutingInfo(in, out), kNotImplemented);
-    QCOMPARE(component.setActive(1), kNotImplemented);
     QCOMPARE(QByteArray(component.getDataVersion(), 4), QByteArray("3690"));
     const QList<const char *> keys
         = component.getParameterList(reinterpret_cast<const unsigned char *>("2620"));
