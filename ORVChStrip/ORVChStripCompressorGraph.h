@@ -18,7 +18,9 @@ class ORVChStripCompressorGraph : public QWidget, public IPrmObserver
     Q_OBJECT
 
 public:
-    ORVChStripCompressorGraph(QWidget *parent, EffectEditor *editor);
+    explicit ORVChStripCompressorGraph(QWidget *parent = nullptr, EffectEditor *editor = nullptr);
+    // The editor whose parameter lookups the graph uses.
+    void setEditor(EffectEditor *editor) { m_pEditor = editor; }
     ~ORVChStripCompressorGraph() override;
 
     void setMemAPI(IMemAPI *memAPI);

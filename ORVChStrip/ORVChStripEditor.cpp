@@ -1,38 +1,62 @@
 #include "ORVChStrip/ORVChStripEditor.h"
 
-#include <QLabel>
+#include <QEvent>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
+#include "ORVChStrip/MorphMatchMonitor.h"
 #include "ORVChStrip/ORVChStripComponent.h"
-#include "ORVChStrip/ORVChStripCompressorGraph.h"
-#include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/SectionDimmer.h"
+#include "ui_ORVChStripEditor.h"
+
+using namespace CommonController_MemAPI;
+namespace Keys = ChannelStripKeys;
 
 namespace {
 
-QWidget *filledWidget(QWidget *parent, const char *name, const QRect &rect)
+// The parameters whose changes alter the panel itself, in this order, followed
+// by the morphing parameters that the knee does not already cover.
+enum Observed {
+    CompressorBypass,
+    EqualizerBypass,
+    SideChainOn,
+    LowOn,
+    MiddleOn,
+    HighOn,
+    Knee,
+    MorphName,
+    MorphValue,
+};
+
+std::vector<const char *> observedKeys()
 {
-    auto *widget = new QWidget(parent);
-    widget->setObjectName(QLatin1String(name));
-    widget->setGeometry(rect);
-    widget->setAutoFillBackground(true);
-    widget->setBackgroundRole(QPalette::Midlight);
-    return widget;
+    std::vector<const char *> keys { Keys::CompressorBypass, Keys::EqualizerBypass, Keys::SideChainOn,
+        Keys::EqualizerLowOn, Keys::EqualizerMiddleOn, Keys::EqualizerHighOn, Keys::CompressorKnee,
+        Keys::MorphSystemName, Keys::MorphValue };
+    for (const char *key : ORVChStripParameters::MorphingParameterList) {
+        if (qstrcmp(key, Keys::CompressorKnee) != 0)
+            keys.push_back(key);
+    }
+    return keys;
 }
 
-QLabel *label(QWidget *parent, const char *name, const QString &text, const QRect &rect, int pointSize,
-    const char *family = "M+ 1c medium")
+QString image(const char *name)
 {
-    auto *widget = new QLabel(text, parent);
-    widget->setObjectName(QLatin1String(name));
-    widget->setGeometry(rect);
-    widget->setAlignment(Qt::AlignCenter);
-    QFont font { QString::fromLatin1(family) };
-    font.setPointSize(pointSize);
-    widget->setFont(font);
-    return widget;
+    return QStringLiteral(":/image/orvchstrip/") + QLatin1String(name);
 }
+
+void setAllEnabled(std::initializer_list<QWidget *> widgets, bool enabled)
+{
+    for (QWidget *widget : widgets)
+        widget->setEnabled(enabled);
+}
+
+// How much of a section's captions still shows while it is dimmed.
+constexpr double CompressorDimmedOpacity = 0.3;
+constexpr double CompressorTitleDimmedOpacity = 0.5;
+constexpr double EqualizerDimmedOpacity = 0.5;
 
 } // namespace
 
@@ -41,121 +65,148 @@ const FUID ORVChStripEditor::SecondUid(0x504C5863, 0x73745375, 0x72206368, 0x207
 
 ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     : EffectEditor(parent)
+    , m_pUi(new Ui::ORVChStripEditor)
     , m_pComponent(new ORVChStripComponent)
-    // The parameters whose changes alter the editor itself.
-    , m_observed(this,
-          { "fx_cmp_byps", "fx_eq_byps", "fx_cmp_sc_onf", "fx_eq_lsv_onf", "fx_eq_mid_onf", "fx_eq_hsv_onf",
-              "fx_cmp_kne", "fx_mrp_systmname", "fx_mrp_vl" })
+    , m_observed(this, observedKeys())
+    , m_pMorphMatch(new MorphMatchMonitor(this))
+    , m_pCompressorDimmer(new SectionDimmer)
+    , m_pEqualizerDimmer(new SectionDimmer)
 {
     m_pComponent->addRef();
-    setObjectName(QStringLiteral("ORVChStripEditor"));
+    m_pUi->setupUi(this);
     setPalette(ORVChStripPalette::editorPalette());
     setAutoFillBackground(true);
-    setGeometry(0, 0, DesignWidth, DesignHeight);
-    buildPanel();
+    m_pUi->m_pCompressorGraph->setEditor(this);
+    m_pUi->m_pEqualizerGraph->setEditor(this);
+    buildBindings();
+    connectForm();
+    updateKnee();
+    updateSections();
+    updateMorphingName();
 }
 
 ORVChStripEditor::~ORVChStripEditor()
 {
     unregisterObservers();
     m_pComponent->release();
+    delete m_pCompressorDimmer;
+    delete m_pEqualizerDimmer;
 }
 
-void ORVChStripEditor::buildPanel()
+void ORVChStripEditor::buildBindings()
 {
-    filledWidget(this, "m_pHorizontalLine", QRect(0, 38, 1015, 2));
-    filledWidget(this, "m_pVerticalLine1", QRect(406, 38, 2, 406));
-    filledWidget(this, "m_pVerticalLine2", QRect(913, 38, 2, 534));
+    const Ui::ORVChStripEditor &ui = *m_pUi;
+    m_bindings = {
+        { Keys::CompressorBypass, { ui.m_pCompressorButton, nullptr } },
+        { Keys::CompressorAttack, { ui.m_pCompressorAttackKnob, ui.m_pCompressorAttackTextEdit } },
+        { Keys::CompressorRelease, { ui.m_pCompressorReleaseKnob, ui.m_pCompressorReleaseTextEdit } },
+        { Keys::CompressorRatio, { ui.m_pCompressorRatioKnob, ui.m_pCompressorRatioTextEdit } },
+        { Keys::CompressorKnee, { ui.m_pCompressorKneeButtonGroup, nullptr } },
+        { Keys::SideChainQuality, { ui.m_pSideChainQualityKnob, ui.m_pSideChainQualityTextEdit } },
+        { Keys::SideChainFrequency, { ui.m_pSideChainFrequencyKnob, ui.m_pSideChainFrequencyTextEdit } },
+        { Keys::SideChainGain, { ui.m_pSideChainGainKnob, ui.m_pSideChainGainTextEdit } },
+        { Keys::SideChainOn, { ui.m_pSideChainButton, nullptr } },
+        { Keys::CompressorDrive, { ui.m_pCompressorDriveKnob, ui.m_pCompressorDriveTextEdit } },
+        { Keys::EqualizerBypass, { ui.m_pEqualizerButton, nullptr } },
+        { Keys::EqualizerLowFrequency,
+            { ui.m_pEqualizerLowFrequencyKnob, ui.m_pEqualizerLowFrequencyTextEdit } },
+        { Keys::EqualizerLowGain, { ui.m_pEqualizerLowGainKnob, ui.m_pEqualizerLowGainTextEdit } },
+        { Keys::EqualizerLowOn, { ui.m_pEqualizerLowButton, nullptr } },
+        { Keys::EqualizerMiddleQuality,
+            { ui.m_pEqualizerMiddleQualityKnob, ui.m_pEqualizerMiddleQualityTextEdit } },
+        { Keys::EqualizerMiddleFrequency,
+            { ui.m_pEqualizerMiddleFrequencyKnob, ui.m_pEqualizerMiddleFrequencyTextEdit } },
+        { Keys::EqualizerMiddleGain, { ui.m_pEqualizerMiddleGainKnob, ui.m_pEqualizerMiddleGainTextEdit } },
+        { Keys::EqualizerMiddleOn, { ui.m_pEqualizerMiddleButton, nullptr } },
+        { Keys::EqualizerHighFrequency,
+            { ui.m_pEqualizerHighFrequencyKnob, ui.m_pEqualizerHighFrequencyTextEdit } },
+        { Keys::EqualizerHighGain, { ui.m_pEqualizerHighGainKnob, ui.m_pEqualizerHighGainTextEdit } },
+        { Keys::EqualizerHighOn, { ui.m_pEqualizerHighButton, nullptr } },
+        { Keys::MorphValue, { ui.m_pMorphingKnob, nullptr } },
+        { Keys::OutputLevel, { ui.m_pOutputKnob, ui.m_pOutputTextEdit } },
+    };
 
-    label(this, "m_pMakerLabel", QStringLiteral("HALVORN"), QRect(11, 9, 93, 23), 12, "M+ 1c bold");
-    label(this, "m_pProductLabel", QStringLiteral("ORVANE CHANNEL STRIP"), QRect(588, 12, 414, 19), 12,
-        "M+ 1c bold")
-        ->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    label(this, "m_pCompressorLabel", QStringLiteral("COMP"), QRect(188, 54, 62, 20), 12);
-    label(this, "m_pEqualizerLabel", QStringLiteral("EQ"), QRect(661, 54, 32, 20), 12);
-    label(this, "m_pMorphingLabel", QStringLiteral("MORPHING"), QRect(436, 409, 72, 16), 9);
-    label(this, "m_pOutputLabel", QStringLiteral("OUTPUT"), QRect(931, 452, 64, 14), 9);
-    buildGraphs();
+    // Every caption of a section dims with it; the compressor's title a little less.
+    for (QLabel *label : ui.m_pCompressorArea->findChildren<QLabel *>()) {
+        if (auto *artwork = qobject_cast<SvgLabel *>(label))
+            m_pCompressorDimmer->addArtwork(artwork, CompressorDimmedOpacity);
+        else
+            m_pCompressorDimmer->addLabel(label, CompressorDimmedOpacity);
+    }
+    m_pCompressorDimmer->addLabel(ui.m_pCompressorLabel, CompressorTitleDimmedOpacity);
+    for (QLabel *label : ui.m_pEqualizerArea->findChildren<QLabel *>()) {
+        if (auto *artwork = qobject_cast<SvgLabel *>(label))
+            m_pEqualizerDimmer->addArtwork(artwork, EqualizerDimmedOpacity);
+        else
+            m_pEqualizerDimmer->addLabel(label, EqualizerDimmedOpacity);
+    }
+    m_pEqualizerDimmer->addLabel(ui.m_pEqualizerLabel, EqualizerDimmedOpacity);
 }
 
-void ORVChStripEditor::buildGraphs()
+void ORVChStripEditor::connectForm()
 {
-    // The graphs' plots line up with their scale labels: 60 pixels per 20 dB
-    // for the compressor, 142 pixels per decade and 22.5 per 6 dB for the
-    // equalizer.
-    const QPoint compressor(0, 40);
-    m_pCompressorGraph = new ORVChStripCompressorGraph(this, this);
-    m_pCompressorGraph->setObjectName(QStringLiteral("m_pCompressorGraph"));
-    m_pCompressorGraph->setGeometry(QRect(compressor + QPoint(127, 41), QSize(191, 191)));
-    const struct
-    {
-        const char *name;
-        const char *text;
-        QPoint pos;
-        Qt::Alignment alignment;
-    } compressorLabels[] = {
-        { "m_pCompressorGraphVertical0Label", "0", { 98, 42 }, Qt::AlignRight | Qt::AlignVCenter },
-        { "m_pCompressorGraphVerticalMinus20Label", "-20", { 98, 100 }, Qt::AlignRight | Qt::AlignVCenter },
-        { "m_pCompressorGraphVerticalMinus40Label", "-40", { 98, 160 }, Qt::AlignRight | Qt::AlignVCenter },
-        { "m_pCompressorGraphMinus60Label", "-60", { 98, 234 }, Qt::AlignRight | Qt::AlignVCenter },
-        { "m_pCompressorGraphHorizontalMinus40Label", "-40", { 180, 234 }, Qt::AlignCenter },
-        { "m_pCompressorGraphHorizontalMinus20Label", "-20", { 240, 234 }, Qt::AlignCenter },
-        { "m_pCompressorGraphHorizontal0Label", "0", { 300, 234 }, Qt::AlignCenter },
-    };
-    for (const auto &scale : compressorLabels) {
-        label(this, scale.name, QString::fromLatin1(scale.text), QRect(compressor + scale.pos, QSize(24, 14)),
-            7)
-            ->setAlignment(scale.alignment);
+    const Ui::ORVChStripEditor &ui = *m_pUi;
+    for (QAbstractButton *button : ui.m_pCompressorKneeButtonGroup->findChildren<QAbstractButton *>()) {
+        connect(button, &QAbstractButton::pressed, this, &ORVChStripEditor::updateKnee);
+        connect(button, &QAbstractButton::released, this, &ORVChStripEditor::updateKnee);
     }
+    connect(ui.m_pCompressorKneeButtonGroup, qOverload<int>(&ButtonGroupController::valueChanged), this,
+        &ORVChStripEditor::updateKnee);
+    connect(
+        ui.m_pMorphingPresetButton, &QAbstractButton::clicked, this, &ORVChStripEditor::openMorphingPreset);
+    connect(m_pMorphMatch, &MorphMatchMonitor::matchChanged, this, &ORVChStripEditor::showMorphMatch);
 
-    const QPoint equalizer(408, 40);
-    m_pEqualizerGraph = new ORVChStripEqualizerGraph(this, this);
-    m_pEqualizerGraph->setObjectName(QStringLiteral("m_pEqualizerGraph"));
-    m_pEqualizerGraph->setGeometry(QRect(equalizer + QPoint(46, 41), QSize(437, 191)));
-    const struct
-    {
-        const char *name;
-        const char *text;
-        int y;
-    } equalizerVertical[] = {
-        { "m_pEqualizerGraphVerticalPlus24Label", "+24", 42 },
-        { "m_pEqualizerGraphVerticalPlus18Label", "+18", 62 },
-        { "m_pEqualizerGraphVerticalPlus12Label", "+12", 84 },
-        { "m_pEqualizerGraphVerticalPlus6Label", "+6", 107 },
-        { "m_pEqualizerGraphVertical0Label", "0", 129 },
-        { "m_pEqualizerGraphVerticalMinus6Label", "-6", 152 },
-        { "m_pEqualizerGraphVerticalMinus12Label", "-12", 174 },
-        { "m_pEqualizerGraphVerticalMinus18Label", "-18", 197 },
-        { "m_pEqualizerGraphVerticalMinus24Label", "-24", 216 },
-        { "m_pEqualizerGraphVerticaldBLabel", "dB", 234 },
-    };
-    for (const auto &scale : equalizerVertical) {
-        label(this, scale.name, QString::fromLatin1(scale.text),
-            QRect(equalizer + QPoint(18, scale.y), QSize(24, 14)), 7)
-            ->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    trackEditGestures(ui.m_pEqualizerLowFrequencyArea, ui.m_pEqualizerLowFrequencyKnob,
+        ui.m_pEqualizerLowFrequencyTextEdit, EqualizerEditTarget::LowFrequency);
+    trackEditGestures(ui.m_pEqualizerLowGainArea, ui.m_pEqualizerLowGainKnob, ui.m_pEqualizerLowGainTextEdit,
+        EqualizerEditTarget::LowGain);
+    trackEditGestures(ui.m_pEqualizerMiddleQualityArea, ui.m_pEqualizerMiddleQualityKnob,
+        ui.m_pEqualizerMiddleQualityTextEdit, EqualizerEditTarget::MiddleQuality);
+    trackEditGestures(ui.m_pEqualizerMiddleFrequencyArea, ui.m_pEqualizerMiddleFrequencyKnob,
+        ui.m_pEqualizerMiddleFrequencyTextEdit, EqualizerEditTarget::MiddleFrequency);
+    trackEditGestures(ui.m_pEqualizerMiddleGainArea, ui.m_pEqualizerMiddleGainKnob,
+        ui.m_pEqualizerMiddleGainTextEdit, EqualizerEditTarget::MiddleGain);
+    trackEditGestures(ui.m_pEqualizerHighFrequencyArea, ui.m_pEqualizerHighFrequencyKnob,
+        ui.m_pEqualizerHighFrequencyTextEdit, EqualizerEditTarget::HighFrequency);
+    trackEditGestures(ui.m_pEqualizerHighGainArea, ui.m_pEqualizerHighGainKnob,
+        ui.m_pEqualizerHighGainTextEdit, EqualizerEditTarget::HighGain);
+}
+
+void ORVChStripEditor::trackEditGestures(
+    QWidget *area, KnobController *knob, TextEditController *text, EqualizerEditTarget::Control control)
+{
+    using Target = EqualizerEditTarget;
+    connect(knob, &KnobController::drag, this,
+        [this, control](bool active) { setEditGesture(Target::KnobDrag, control, active); });
+    connect(text, &TextEditController::drag, this,
+        [this, control](bool active) { setEditGesture(Target::TextDrag, control, active); });
+    connect(text, &TextEditController::textEdit, this,
+        [this, control](bool active) { setEditGesture(Target::TextEdit, control, active); });
+    area->setProperty(HoverControlProperty, int(control));
+    area->installEventFilter(this);
+}
+
+void ORVChStripEditor::setEditGesture(
+    EqualizerEditTarget::Gesture gesture, EqualizerEditTarget::Control control, bool active)
+{
+    m_editTarget.set(gesture, control, active);
+    updateEditTarget();
+}
+
+bool ORVChStripEditor::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+        const QVariant control = watched->property(HoverControlProperty);
+        if (control.isValid())
+            setEditGesture(EqualizerEditTarget::Hover, EqualizerEditTarget::Control(control.toInt()),
+                event->type() == QEvent::Enter);
     }
-    const struct
-    {
-        const char *name;
-        const char *text;
-        int x;
-    } equalizerHorizontal[] = {
-        { "m_pEqualizerGraphHorizontal20Label", "20", 46 },
-        { "m_pEqualizerGraphHorizontalHzLabel", "Hz", 62 },
-        { "m_pEqualizerGraphHorizontal50Label", "50", 96 },
-        { "m_pEqualizerGraphHorizontal100Label", "100", 139 },
-        { "m_pEqualizerGraphHorizontal200Label", "200", 182 },
-        { "m_pEqualizerGraphHorizontal500Label", "500", 238 },
-        { "m_pEqualizerGraphHorizontal1KLabel", "1k", 281 },
-        { "m_pEqualizerGraphHorizontal2KLabel", "2k", 323 },
-        { "m_pEqualizerGraphHorizontal5KLabel", "5k", 381 },
-        { "m_pEqualizerGraphHorizontal10KLabel", "10k", 423 },
-        { "m_pEqualizerGraphHorizontal20KLabel", "20k", 464 },
-    };
-    for (const auto &scale : equalizerHorizontal) {
-        label(this, scale.name, QString::fromLatin1(scale.text),
-            QRect(equalizer + QPoint(scale.x, 234), QSize(24, 14)), 7);
-    }
+    return EffectEditor::eventFilter(watched, event);
+}
+
+void ORVChStripEditor::updateEditTarget()
+{
+    m_pUi->m_pEqualizerGraph->setEditTarget(ORVChStripEqualizerGraph::EditTarget(m_editTarget.band()));
 }
 
 void ORVChStripEditor::loadUids(std::vector<FUID> &uids) const
@@ -180,9 +231,9 @@ void ORVChStripEditor::setMemAPI(IMemAPI *memAPI)
     unregisterObservers();
     m_pMemAPI = memAPI;
     m_pComponent->setMemAPI(memAPI);
-    m_pCompressorGraph->setMemAPI(memAPI);
-    m_pEqualizerGraph->setMemAPI(memAPI);
-    registerObservers();
+    m_pUi->m_pCompressorGraph->setMemAPI(memAPI);
+    m_pUi->m_pEqualizerGraph->setMemAPI(memAPI);
+    updateParameters();
 }
 
 void ORVChStripEditor::setCh(int ch1, int ch2)
@@ -191,31 +242,76 @@ void ORVChStripEditor::setCh(int ch1, int ch2)
     m_ch1 = ch1;
     m_ch2 = ch2;
     m_pComponent->setCh(ch1);
-    m_pCompressorGraph->setCh(ch1);
-    m_pEqualizerGraph->setCh(ch1);
-    registerObservers();
+    m_pUi->m_pCompressorGraph->setCh(ch1);
+    m_pUi->m_pEqualizerGraph->setCh(ch1);
+    updateParameters();
 }
 
 void ORVChStripEditor::setFs(int fs)
 {
-    m_pEqualizerGraph->setFs(fs);
+    m_pUi->m_pEqualizerGraph->setFs(fs);
+}
+
+void ORVChStripEditor::setScale(double scale)
+{
+    EffectEditor::setScale(scale);
+}
+
+void ORVChStripEditor::updateParameters()
+{
+    const auto ch = static_cast<unsigned short>(m_ch1);
+    for (const Binding &binding : std::as_const(m_bindings)) {
+        unsigned short prmId = 0;
+        const bool found = m_pMemAPI && getParameter(binding.key, &prmId);
+        for (AbstractController *control : binding.controls) {
+            if (control)
+                control->setMemAPIValue(found ? m_pMemAPI : nullptr, found ? prmId : 0, found ? ch : 0);
+        }
+    }
+    registerObservers();
+    updateMeterRoutes();
+    updateSections();
+    updateKnee();
+    updateMorphingName();
+    m_pMorphMatch->compareNow();
+}
+
+void ORVChStripEditor::updateMeterRoutes()
+{
+    const Ui::ORVChStripEditor &ui = *m_pUi;
+    const bool stereo = !isMono();
+    ui.m_pInputStereoMeterBackground->setVisible(stereo);
+    ui.m_pOutputStereoMeterBackground->setVisible(stereo);
+    ui.m_pInputMonoMeterBackground->setVisible(!stereo);
+    ui.m_pOutputMonoMeterBackground->setVisible(!stereo);
+
+    m_meters.clear();
+    m_meters.add(this, Keys::InputMeter, m_ch1, false, ui.m_pInputStereoMeterL);
+    m_meters.add(this, Keys::InputMeter, m_ch1, false, ui.m_pInputMonoMeter);
+    m_meters.add(this, Keys::OutputMeter, m_ch1, false, ui.m_pOutputStereoMeterL);
+    m_meters.add(this, Keys::OutputMeter, m_ch1, false, ui.m_pOutputMonoMeter);
+    if (stereo) {
+        m_meters.add(this, Keys::InputMeter, m_ch2, false, ui.m_pInputStereoMeterR);
+        m_meters.add(this, Keys::OutputMeter, m_ch2, false, ui.m_pOutputStereoMeterR);
+    }
+    m_meters.add(this, Keys::SideChainMeter, m_ch1, false, ui.m_pSideChainMeter);
+    m_meters.add(this, Keys::GainReductionMeter, m_ch1, false, ui.m_pGainReductionMeter);
+}
+
+void ORVChStripEditor::notifyMeterDbUpdated(unsigned int *values, unsigned int count)
+{
+    m_meters.route(values, count);
 }
 
 void ORVChStripEditor::unregisterObservers()
 {
     if (!m_pMemAPI)
         return;
-    const auto ch = static_cast<unsigned short>(m_ch1);
     IMeterNotifier *notifier = nullptr;
     if (m_pMemAPI->getMeterNotifier(&notifier) >= 0 && notifier)
         notifier->removeMeterObserver(this);
     m_observed.detach();
-    // The host answers 0 here while this editor still follows the parameter.
-    for (const char *key : ORVChStripParameters::MorphingParameterList) {
-        unsigned short id = 0;
-        if (getParameter(key, &id) && m_pMemAPI->queryPrmObserver(id, ch, this) == 0)
-            m_pMemAPI->removePrmObserver(id, ch, this);
-    }
+    m_pMorphMatch->detach();
 }
 
 void ORVChStripEditor::registerObservers()
@@ -227,16 +323,135 @@ void ORVChStripEditor::registerObservers()
     if (m_pMemAPI->getMeterNotifier(&notifier) >= 0 && notifier)
         notifier->addMeterObserver(this);
     m_observed.attach(this, m_pMemAPI, ch);
-    for (const char *key : ORVChStripParameters::MorphingParameterList) {
-        unsigned short id = 0;
-        if (getParameter(key, &id) && m_pMemAPI->queryPrmObserver(id, ch, this) != 0)
-            m_pMemAPI->addPrmObserver(id, ch, this);
-    }
+    m_pMorphMatch->attach(this, m_pMemAPI, ch);
 }
 
-int ORVChStripEditor::Update(unsigned short, unsigned short, int, const char *)
+int ORVChStripEditor::observedValue(int observed) const
 {
+    int value = 0;
+    if (!m_pMemAPI || !m_observed.found(observed)
+        || m_pMemAPI->getValue(m_observed.id(observed), static_cast<unsigned short>(m_ch1), &value) < 0)
+        return -1;
+    return value;
+}
+
+int ORVChStripEditor::Update(unsigned short prmId, unsigned short, int, const char *)
+{
+    const int observed = m_observed.indexOf(prmId);
+    switch (observed) {
+    case -1: break;
+    case CompressorBypass:
+    case EqualizerBypass:
+    case SideChainOn:
+    case LowOn:
+    case MiddleOn:
+    case HighOn: updateSections(); break;
+    case Knee:
+        updateKnee();
+        m_pMorphMatch->request();
+        break;
+    case MorphName: updateMorphingName(); break;
+    default: m_pMorphMatch->request(); break; // the morph position or a morphing parameter
+    }
     return 0;
 }
 
-void ORVChStripEditor::notifyMeterDbUpdated(unsigned int *, unsigned int) { }
+// Which controls take input: a bypassed section, a band switched off and
+// everything behind the open morphing list is disabled, and the captions of a
+// bypassed or covered section dim.
+void ORVChStripEditor::updateSections()
+{
+    const Ui::ORVChStripEditor &ui = *m_pUi;
+    const bool open = m_morphingPresetOpen;
+    // A switch the model lacks reads -1: sections count as running, bands as on.
+    const bool compressorOn = observedValue(CompressorBypass) <= 0;
+    const bool equalizerOn = observedValue(EqualizerBypass) <= 0;
+    const bool compressorLive = compressorOn && !open;
+    const bool equalizerLive = equalizerOn && !open;
+    const bool sideChainLive = compressorLive && observedValue(SideChainOn) != 0;
+    const bool lowLive = equalizerLive && observedValue(LowOn) != 0;
+    const bool middleLive = equalizerLive && observedValue(MiddleOn) != 0;
+    const bool highLive = equalizerLive && observedValue(HighOn) != 0;
+
+    setAllEnabled({ ui.m_pCompressorAttackArea, ui.m_pCompressorReleaseArea, ui.m_pCompressorRatioArea,
+                      ui.m_pCompressorKneeArea, ui.m_pCompressorDriveKnob, ui.m_pCompressorDriveTextEdit,
+                      ui.m_pSideChainButton },
+        compressorLive);
+    setAllEnabled(
+        { ui.m_pSideChainQualityArea, ui.m_pSideChainFrequencyArea, ui.m_pSideChainGainArea }, sideChainLive);
+    setAllEnabled({ ui.m_pEqualizerLowButton, ui.m_pEqualizerMiddleButton, ui.m_pEqualizerHighButton,
+                      ui.m_pEqualizerGraph },
+        equalizerLive);
+    setAllEnabled({ ui.m_pEqualizerLowFrequencyArea, ui.m_pEqualizerLowGainArea }, lowLive);
+    setAllEnabled({ ui.m_pEqualizerMiddleQualityArea, ui.m_pEqualizerMiddleFrequencyArea,
+                      ui.m_pEqualizerMiddleGainArea },
+        middleLive);
+    setAllEnabled({ ui.m_pEqualizerHighFrequencyArea, ui.m_pEqualizerHighGainArea }, highLive);
+    setAllEnabled(
+        { ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingPresetButton },
+        !open);
+
+    m_pCompressorDimmer->setDimmed(!compressorLive);
+    m_pEqualizerDimmer->setDimmed(!equalizerLive);
+}
+
+// The lit knee button follows the value; a button held down shows pressed
+// instead, so the press is visible before the host confirms.
+void ORVChStripEditor::updateKnee()
+{
+    const Ui::ORVChStripEditor &ui = *m_pUi;
+    const SvgLabel *const lit[] = { ui.m_pCompressorKneeSelectSoftBackground,
+        ui.m_pCompressorKneeSelectMediumBackground, ui.m_pCompressorKneeSelectHardBackground };
+    SvgLabel *const pushed[] = { ui.m_pCompressorKneePushSoftBackground,
+        ui.m_pCompressorKneePushMediumBackground, ui.m_pCompressorKneePushHardBackground };
+    const QAbstractButton *const buttons[] = { ui.m_pCompressorKneeSoftButton,
+        ui.m_pCompressorKneeMediumButton, ui.m_pCompressorKneeHardButton };
+    ButtonGroupController *group = ui.m_pCompressorKneeButtonGroup;
+    const int selected = m_pMemAPI ? group->value() - group->minimumValue() : -1;
+    int held = -1;
+    for (int i = 0; i < 3; ++i) {
+        if (buttons[i]->isDown())
+            held = i;
+    }
+    for (int i = 0; i < 3; ++i) {
+        pushed[i]->setVisible(i == held);
+        const_cast<SvgLabel *>(lit[i])->setVisible(held < 0 && i == selected);
+    }
+}
+
+void ORVChStripEditor::updateMorphingName()
+{
+    QByteArray name;
+    if (m_pMemAPI && m_observed.found(MorphName)) {
+        const auto ch = static_cast<unsigned short>(m_ch1);
+        for (int i = 0; i < ORVChStripParameters::MorphSystemNameLength; ++i) {
+            int character = 0;
+            if (m_pMemAPI->getValue(m_observed.id(MorphName), ch, &character, i) < 0 || character == 0)
+                break;
+            name.append(char(character));
+        }
+    }
+    PushButtonController *button = m_pUi->m_pMorphingPresetButton;
+    button->setText(QString::fromUtf8(name));
+    button->setToolTip(name.isEmpty() ? tr("Choose a morph set") : QString::fromUtf8(name));
+}
+
+void ORVChStripEditor::compareMorphingParametersRequest()
+{
+    if (m_pMorphMatch->isPending())
+        m_pMorphMatch->compareNow();
+}
+
+bool ORVChStripEditor::morphMatches() const
+{
+    return m_pMorphMatch->matches();
+}
+
+void ORVChStripEditor::showMorphMatch(bool matches)
+{
+    m_pUi->m_pMorphingKnob->setBackgroundSvg(image(matches ? "back_morphing.svg" : "back_morphing_off.svg"));
+}
+
+void ORVChStripEditor::openMorphingPreset() { }
+
+void ORVChStripEditor::closeMorphingPreset() { }

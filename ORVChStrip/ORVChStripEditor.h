@@ -1,18 +1,34 @@
 #pragma once
 
+#include <QList>
+#include <memory>
+
 #include "Common/EffectEditor.h"
 #include "Common/ObservedParameters.h"
 #include "Interfaces/IMeterObserver.h"
 #include "Interfaces/IPrmObserver.h"
+#include "ORVChStrip/EqualizerEditTarget.h"
+#include "ORVChStrip/MeterRouter.h"
 
-class QLabel;
+namespace Ui {
+class ORVChStripEditor;
+}
+namespace CommonController_MemAPI {
+class AbstractController;
+class KnobController;
+class TextEditController;
+} // namespace CommonController_MemAPI
+class MorphMatchMonitor;
 class ORVChStripComponent;
-class ORVChStripCompressorGraph;
-class ORVChStripEqualizerGraph;
+class ReversibleProgress;
+class SectionDimmer;
 
-// The channel strip's editor panel (1015 x 572 design pixels). For now the
-// panel shows its frame, section titles and the parts that already exist;
-// the controls are placed as they are built.
+// The channel strip's editor panel (1015 x 572 design pixels, built by the
+// form in ORVChStripEditor.ui). It binds every control of the form to its
+// parameter, follows the few parameters that change the panel itself
+// (bypasses, band switches, knee, morph name and position), routes the
+// host's meter array, shows whether the strip still matches the morph
+// position and tells the equalizer graph which band is being edited.
 class ORVChStripEditor : public EffectEditor, public IPrmObserver, public IMeterObserver
 {
     Q_OBJECT
@@ -36,6 +52,7 @@ public:
     void setMemAPI(IMemAPI *memAPI) override;
     void setCh(int ch1, int ch2) override;
     void setFs(int fs) override;
+    void setScale(double scale) override;
 
     int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override;
     int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override
@@ -48,18 +65,59 @@ public:
     IMemAPI *memAPI() const { return m_pMemAPI; }
     int ch1() const { return m_ch1; }
     int ch2() const { return m_ch2; }
+    bool isMono() const { return m_ch2 < 0; }
+    bool isMorphingPresetOpen() const { return m_morphingPresetOpen; }
+    // False while a morphing parameter has been turned away from the morph position.
+    bool morphMatches() const;
+    const EqualizerEditTarget &editTarget() const { return m_editTarget; }
+
+public slots:
+    void updateKnee();
+    void openMorphingPreset();
+    void closeMorphingPreset();
+    void compareMorphingParametersRequest();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void buildPanel();
-    void buildGraphs();
-    void unregisterObservers();
-    void registerObservers();
+    struct Binding
+    {
+        const char *key;
+        CommonController_MemAPI::AbstractController *controls[2];
+    };
+    // The band control whose cell the pointer hovers is kept on the cell.
+    static constexpr const char *HoverControlProperty = "orvEqualizerHoverControl";
 
+    void buildBindings();
+    void connectForm();
+    void trackEditGestures(QWidget *area, CommonController_MemAPI::KnobController *knob,
+        CommonController_MemAPI::TextEditController *text, EqualizerEditTarget::Control control);
+    void setEditGesture(
+        EqualizerEditTarget::Gesture gesture, EqualizerEditTarget::Control control, bool active);
+
+    void updateParameters();
+    void updateMeterRoutes();
+    void registerObservers();
+    void unregisterObservers();
+    int observedValue(int observed) const;
+
+    void updateSections();
+    void updateMorphingName();
+    void updateEditTarget();
+    void showMorphMatch(bool matches);
+
+    std::unique_ptr<Ui::ORVChStripEditor> m_pUi;
     ORVChStripComponent *m_pComponent;
     IMemAPI *m_pMemAPI = nullptr;
     int m_ch1 = 0;
     int m_ch2 = -1;
     ObservedParameters m_observed;
-    ORVChStripCompressorGraph *m_pCompressorGraph = nullptr;
-    ORVChStripEqualizerGraph *m_pEqualizerGraph = nullptr;
+    MorphMatchMonitor *m_pMorphMatch;
+    MeterRouter m_meters;
+    EqualizerEditTarget m_editTarget;
+    QList<Binding> m_bindings;
+    SectionDimmer *m_pCompressorDimmer;
+    SectionDimmer *m_pEqualizerDimmer;
+    bool m_morphingPresetOpen = false;
 };

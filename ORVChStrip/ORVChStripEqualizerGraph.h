@@ -35,7 +35,9 @@ public:
     };
     Q_ENUM(EditTarget)
 
-    ORVChStripEqualizerGraph(QWidget *parent, EffectEditor *editor);
+    explicit ORVChStripEqualizerGraph(QWidget *parent = nullptr, EffectEditor *editor = nullptr);
+    // The editor whose parameter lookups the graph uses.
+    void setEditor(EffectEditor *editor) { m_pEditor = editor; }
     ~ORVChStripEqualizerGraph() override;
 
     void setMemAPI(IMemAPI *memAPI);

@@ -1,0 +1,24 @@
+#include "ORVChStrip/MeterRouter.h"
+
+#include "Common/EffectEditor.h"
+#include "Common/Widgets/MeterController.h"
+
+void MeterRouter::add(const EffectEditor *editor, const char *key, int ch, bool right,
+    CommonController_MemAPI::MeterController *meter)
+{
+    unsigned short index = 0;
+    if (!editor || !meter || ch < 0
+        || !editor->getMeterIndex(key, static_cast<unsigned short>(ch), right, &index))
+        return;
+    m_routes.append({ meter, index });
+}
+
+void MeterRouter::route(const unsigned int *values, unsigned int count) const
+{
+    if (!values)
+        return;
+    for (const Route &route : m_routes) {
+        if (route.index < count)
+            route.meter->setValue(static_cast<int>(values[route.index]));
+    }
+}
