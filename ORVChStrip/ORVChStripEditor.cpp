@@ -8,6 +8,7 @@
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/ReversibleProgress.h"
 #include "ORVChStrip/SectionDimmer.h"
 #include "ui_ORVChStripEditor.h"
 
@@ -58,6 +59,15 @@ constexpr double CompressorDimmedOpacity = 0.3;
 constexpr double CompressorTitleDimmedOpacity = 0.5;
 constexpr double EqualizerDimmedOpacity = 0.5;
 
+constexpr int MorphingPresetSlideMs = 20;
+// The morphing list covers the equalizer and morphing sections.
+constexpr QRect MorphingPresetDesignRect(408, 40, 505, 532);
+
+int scaled(int length, double scale)
+{
+    return int(length * scale + 0.5);
+}
+
 } // namespace
 
 const FUID ORVChStripEditor::FirstUid(0x504C5863, 0x73744D75, 0x72206368, 0x20737472);
@@ -71,6 +81,8 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     , m_pMorphMatch(new MorphMatchMonitor(this))
     , m_pCompressorDimmer(new SectionDimmer)
     , m_pEqualizerDimmer(new SectionDimmer)
+    // The slide gains a step when it reverses, so a reversal always moves.
+    , m_pMorphingPresetSlide(new ReversibleProgress(MorphingPresetSlideMs, 0.1, this))
 {
     m_pComponent->addRef();
     m_pUi->setupUi(this);
@@ -155,6 +167,10 @@ void ORVChStripEditor::connectForm()
     connect(
         ui.m_pMorphingPresetButton, &QAbstractButton::clicked, this, &ORVChStripEditor::openMorphingPreset);
     connect(m_pMorphMatch, &MorphMatchMonitor::matchChanged, this, &ORVChStripEditor::showMorphMatch);
+    connect(
+        m_pMorphingPresetSlide, &ReversibleProgress::changed, this, &ORVChStripEditor::placeMorphingPreset);
+    connect(m_pMorphingPresetSlide, &ReversibleProgress::finished, this,
+        &ORVChStripEditor::finishMorphingPresetSlide);
 
     trackEditGestures(ui.m_pEqualizerLowFrequencyArea, ui.m_pEqualizerLowFrequencyKnob,
         ui.m_pEqualizerLowFrequencyTextEdit, EqualizerEditTarget::LowFrequency);
@@ -255,6 +271,9 @@ void ORVChStripEditor::setFs(int fs)
 void ORVChStripEditor::setScale(double scale)
 {
     EffectEditor::setScale(scale);
+    // The rescale put the panel at its full size; a slide under way continues from where it is.
+    if (m_pMorphingPresetSlide->isRunning())
+        placeMorphingPreset(m_pMorphingPresetSlide->visibleFraction());
 }
 
 void ORVChStripEditor::updateParameters()
@@ -452,6 +471,53 @@ void ORVChStripEditor::showMorphMatch(bool matches)
     m_pUi->m_pMorphingKnob->setBackgroundSvg(image(matches ? "back_morphing.svg" : "back_morphing_off.svg"));
 }
 
-void ORVChStripEditor::openMorphingPreset() { }
+QRect ORVChStripEditor::morphingPresetGeometry() const
+{
+    const QRect &design = MorphingPresetDesignRect;
+    const double s = scale();
+    return QRect(scaled(design.left(), s), scaled(design.top(), s), scaled(design.width(), s),
+        scaled(design.height(), s));
+}
 
-void ORVChStripEditor::closeMorphingPreset() { }
+void ORVChStripEditor::openMorphingPreset()
+{
+    if (m_morphingPresetOpen || !m_pMorphingPresetPanel)
+        return;
+    m_morphingPresetOpen = true;
+    updateSections();
+    m_pMorphingPresetPanel->raise();
+    m_pMorphingPresetPanel->show();
+    m_pMorphingPresetSlide->open();
+}
+
+void ORVChStripEditor::closeMorphingPreset()
+{
+    if (!m_morphingPresetOpen)
+        return;
+    m_morphingPresetOpen = false;
+    updateSections();
+    m_pMorphingPresetSlide->close();
+}
+
+// The panel grows upwards from its bottom edge.
+void ORVChStripEditor::placeMorphingPreset(double openFraction)
+{
+    if (!m_pMorphingPresetPanel)
+        return;
+    const QRect full = morphingPresetGeometry();
+    const int bottom = full.bottom() + 1;
+    const int top = bottom - int((bottom - full.top()) * openFraction + 0.5);
+    m_pMorphingPresetPanel->setGeometry(full.left(), top, full.width(), bottom - top);
+}
+
+void ORVChStripEditor::finishMorphingPresetSlide(bool opened)
+{
+    if (!m_pMorphingPresetPanel)
+        return;
+    if (opened) {
+        m_pMorphingPresetPanel->setGeometry(morphingPresetGeometry());
+        m_pMorphingPresetPanel->setFocus();
+    } else {
+        m_pMorphingPresetPanel->hide();
+    }
+}

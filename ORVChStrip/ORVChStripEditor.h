@@ -67,6 +67,10 @@ public:
     int ch2() const { return m_ch2; }
     bool isMono() const { return m_ch2 < 0; }
     bool isMorphingPresetOpen() const { return m_morphingPresetOpen; }
+    // The panel that slides up over the equalizer and morphing sections.
+    QWidget *morphingPresetPanel() const { return m_pMorphingPresetPanel; }
+    // Where that panel sits when fully open, at the current scale.
+    QRect morphingPresetGeometry() const;
     // False while a morphing parameter has been turned away from the morph position.
     bool morphMatches() const;
     const EqualizerEditTarget &editTarget() const { return m_editTarget; }
@@ -106,6 +110,8 @@ private:
     void updateMorphingName();
     void updateEditTarget();
     void showMorphMatch(bool matches);
+    void placeMorphingPreset(double openFraction);
+    void finishMorphingPresetSlide(bool opened);
 
     std::unique_ptr<Ui::ORVChStripEditor> m_pUi;
     ORVChStripComponent *m_pComponent;
@@ -119,5 +125,7 @@ private:
     QList<Binding> m_bindings;
     SectionDimmer *m_pCompressorDimmer;
     SectionDimmer *m_pEqualizerDimmer;
+    QWidget *m_pMorphingPresetPanel = nullptr;
+    ReversibleProgress *m_pMorphingPresetSlide;
     bool m_morphingPresetOpen = false;
 };
