@@ -87,6 +87,10 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pComponent->addRef();
     m_pUi->setupUi(this);
     setPalette(ORVChStripPalette::editorPalette());
+    // Explicit roles: a host's container (a scroll area with a dark
+    // background role, say) must not change the panel's colours.
+    setBackgroundRole(QPalette::Window);
+    setForegroundRole(QPalette::WindowText);
     setAutoFillBackground(true);
     m_pUi->m_pCompressorGraph->setEditor(this);
     m_pUi->m_pEqualizerGraph->setEditor(this);

@@ -64,6 +64,9 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         QStringLiteral("Show the gallery of the plug-in's controls, bound to the simulated memory, instead "
                        "of the editor (with --screenshot: render it to a file)."));
     parser.addOption(galleryOption);
+    const QCommandLineOption noSettingsOption(QStringLiteral("no-settings"),
+        QStringLiteral("Start with no kept editor settings (open folders, selection) and keep none."));
+    parser.addOption(noSettingsOption);
     helpText = parser.helpText();
 
     if (!parser.parse(arguments)) {
@@ -127,5 +130,6 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     gallery = parser.isSet(galleryOption);
     loadStatePath = parser.value(loadStateOption);
     saveStatePath = parser.value(saveStateOption);
+    keepEditorSettings = !parser.isSet(noSettingsOption);
     return Result::Run;
 }

@@ -15,9 +15,10 @@ struct HostCommandLine
     PluginHost::Options plugin;
     QList<QPair<QString, QString>> settings; // --set KEY=TEXT, in order
     QString screenshotPath;
-    bool gallery = false;  // --gallery: the controls gallery instead of the editor
-    QString loadStatePath; // --load-state FILE: restored before the editor is shown
-    QString saveStatePath; // --save-state FILE: written once the editor is set up
+    bool gallery = false;           // --gallery: the controls gallery instead of the editor
+    QString loadStatePath;          // --load-state FILE: restored before the editor is shown
+    QString saveStatePath;          // --save-state FILE: written once the editor is set up
+    bool keepEditorSettings = true; // false with --no-settings: start clean, keep nothing
     QString helpText;
     QString error;
 

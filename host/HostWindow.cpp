@@ -3,6 +3,8 @@
 #include <QActionGroup>
 #include <QFileDialog>
 #include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QTextStream>
 
@@ -16,10 +18,17 @@ HostWindow::HostWindow(PluginHost *host, IQXEffectEditor *editor, QWidget *paren
     , m_pEditor(editor)
 {
     setWindowTitle(QStringLiteral("Orvane Channel Strip - reference host"));
-    auto *container = new QWidget(this);
-    editor->setParent(container);
-    editor->move(0, 0);
-    setCentralWidget(container);
+    // Larger than the screen, the panel scrolls.
+    m_pScrollArea = new QScrollArea(this);
+    m_pScrollArea->setFrameShape(QFrame::NoFrame);
+    m_pScrollArea->setWidgetResizable(false);
+    m_pScrollArea->setAlignment(Qt::AlignCenter);
+    QPalette surround = m_pScrollArea->palette();
+    surround.setColor(QPalette::Window, QColor(0x0b, 0x0d, 0x10));
+    m_pScrollArea->setPalette(surround);
+    editor->setParent(m_pScrollArea);
+    m_pScrollArea->setWidget(editor);
+    setCentralWidget(m_pScrollArea);
 
     QMenu *fileMenu = menuBar()->addMenu(QStringLiteral("&File"));
     fileMenu->setObjectName(QStringLiteral("fileMenu"));
@@ -30,7 +39,7 @@ HostWindow::HostWindow(PluginHost *host, IQXEffectEditor *editor, QWidget *paren
 
     QMenu *viewMenu = menuBar()->addMenu(QStringLiteral("&View"));
     auto *scales = new QActionGroup(this);
-    for (double scale : { 1.0, 1.25, 1.5, 2.0 }) {
+    for (double scale : { 0.5, 0.75, 1.0, 1.25, 1.5, 2.0, 3.0, 4.0 }) {
         QAction *action = viewMenu->addAction(QStringLiteral("Scale %1 %").arg(scale * 100.0));
         action->setCheckable(true);
         action->setChecked(qFuzzyCompare(scale, editor->scale()));
@@ -49,8 +58,12 @@ void HostWindow::setEditorScale(double scale)
 
 void HostWindow::fitToEditor()
 {
-    centralWidget()->setFixedSize(m_pEditor->size());
-    adjustSize();
+    // The window takes the panel's size, as far as the screen allows.
+    QSize wanted = m_pEditor->size()
+        + QSize(0, menuBar()->sizeHint().height() + statusBar()->sizeHint().height());
+    if (const QScreen *screen = this->screen())
+        wanted = wanted.boundedTo(screen->availableGeometry().size() - QSize(40, 80));
+    resize(wanted);
 }
 
 void HostWindow::reportError(const QString &message)

@@ -4,6 +4,7 @@
 
 class IQXEffectEditor;
 class PluginHost;
+class QScrollArea;
 
 // The reference host's window: the editor at its own size, a menu with the
 // editor scale, and a status line naming the strip that is edited.
@@ -31,5 +32,6 @@ private:
     void fitToEditor();
 
     PluginHost *m_pHost;
+    QScrollArea *m_pScrollArea;
     IQXEffectEditor *m_pEditor;
 };

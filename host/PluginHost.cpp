@@ -59,6 +59,6 @@ IQXEffectEditor *PluginHost::createEditor(QWidget *parent, const Options &option
     editor->setScale(options.scale);
     editor->setDialEditMode(options.dialEditMode);
     editor->setSliderEditMode(options.sliderEditMode);
-    editor->setEditorSettings({});
+    editor->setEditorSettings(options.editorSettings);
     return editor;
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QMap>
 #include <QPluginLoader>
 #include <QString>
+#include <QVariant>
 
 #include "HostModel.h"
 #include "ParameterMemory.h"
@@ -24,6 +26,8 @@ public:
         int channel = 0;
         int dialEditMode = 0;
         int sliderEditMode = 0;
+        // What the editor handed back when it last closed.
+        QMap<QString, QVariant> editorSettings;
     };
 
     PluginHost();

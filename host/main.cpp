@@ -3,6 +3,7 @@
 #include <QTextStream>
 #include <memory>
 
+#include "EditorSettingsStore.h"
 #include "HostCommandLine.h"
 #include "HostWindow.h"
 #include "Interfaces/IORVControlsGallery.h"
@@ -134,6 +135,9 @@ int main(int argc, char *argv[])
     if (options.gallery)
         return runGallery(host, options, err);
 
+    const EditorSettingsStore editorSettings(options.plugin.channel, options.plugin.stereo);
+    if (options.keepEditorSettings)
+        options.plugin.editorSettings = editorSettings.load();
     IQXEffectEditor *editor = host.createEditor(nullptr, options.plugin, &error);
     if (!editor) {
         err << "orvchstrip-host: " << error << '\n';
@@ -168,5 +172,9 @@ int main(int argc, char *argv[])
     }
     meters.start();
     window.show();
+    if (options.keepEditorSettings) {
+        QObject::connect(&app, &QCoreApplication::aboutToQuit,
+            [&editorSettings, editor] { editorSettings.save(editor->getEditorSettings()); });
+    }
     return app.exec();
 }
