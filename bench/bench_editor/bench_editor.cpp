@@ -1,0 +1,221 @@
+// The editor panel's costs beside a panel of stock Qt widgets with the same
+// count and geometry: opening, repainting, one morph step, the meters at
+// 30 Hz and the wake-ups while nothing changes.
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "HostModel.h"
+#include "Interfaces/ChannelStripKeys.h"
+#include "ORVChStrip/ORVChStripEditor.h"
+#include "ORVChStrip/ORVChStripParameters.h"
+#include "ParameterMemory.h"
+#include "StockPanel.h"
+
+namespace Keys = ChannelStripKeys;
+
+namespace {
+
+double median(std::vector<double> samples)
+{
+    std::nth_element(samples.begin(), samples.begin() + samples.size() / 2, samples.end());
+    return samples[samples.size() / 2];
+}
+
+// Median microseconds of `work` over `runs` runs after a few warm-up runs.
+double medianMicroseconds(int runs, const std::function<void()> &work)
+{
+    for (int i = 0; i < 3; ++i)
+        work();
+    std::vector<double> samples;
+    QElapsedTimer timer;
+    for (int i = 0; i < runs; ++i) {
+        timer.start();
+        work();
+        samples.push_back(timer.nsecsElapsed() / 1000.0);
+    }
+    return median(samples);
+}
+
+void paintInto(QWidget *panel)
+{
+    QImage image(panel->size() * panel->devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(panel->devicePixelRatioF());
+    panel->render(&image);
+}
+
+std::unique_ptr<ORVChStripEditor> openEditor(HostModel &model, ParameterMemory &memory, double scale)
+{
+    auto editor = std::make_unique<ORVChStripEditor>();
+    editor->setModelInfo(&model);
+    editor->initialize();
+    editor->setMemAPI(&memory);
+    editor->setCh(0, 1);
+    editor->setScale(scale);
+    return editor;
+}
+
+// A morph set whose nine points differ, so every step moves every column.
+void loadMorphSet(ParameterMemory &memory)
+{
+    memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Bench sweep"));
+    for (const char *column : ORVChStripParameters::OrvaneDataParameterList) {
+        int minimum = 0;
+        int maximum = 0;
+        const unsigned short id = memory.model()->parameterId(column);
+        memory.getRange(id, 0, &minimum, &maximum);
+        for (int point = 0; point < ORVChStripParameters::MorphPointCount; ++point)
+            memory.setValueByKey(column, minimum + (maximum - minimum) * point / 8, point);
+    }
+}
+
+// Processor time of this process, in seconds.
+double processSeconds()
+{
+    return double(std::clock()) / CLOCKS_PER_SEC;
+}
+
+// Counts the timer events that reach a widget tree.
+class TimerEventCounter : public QObject
+{
+public:
+    explicit TimerEventCounter(QWidget *root)
+        : m_pRoot(root)
+    {
+        qApp->installEventFilter(this);
+    }
+    ~TimerEventCounter() override { qApp->removeEventFilter(this); }
+    int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Timer
+            && (watched == m_pRoot || m_pRoot->isAncestorOf(qobject_cast<QWidget *>(watched))
+                || watched->parent() == m_pRoot))
+            ++m_count;
+        return false;
+    }
+
+private:
+    QWidget *m_pRoot;
+    int m_count = 0;
+};
+
+void runEventLoop(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    const bool json = app.arguments().contains(QStringLiteral("--json"));
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    const std::unique_ptr<ORVChStripEditor> template1 = openEditor(model, memory, 1.0);
+
+    QJsonObject figures;
+    std::vector<double> editorOpen;
+    std::vector<double> stockOpen;
+    QElapsedTimer timer;
+    for (int i = 0; i < 15; ++i) {
+        timer.start();
+        {
+            const std::unique_ptr<ORVChStripEditor> editor = openEditor(model, memory, 1.0);
+            paintInto(editor.get());
+            editorOpen.push_back(timer.nsecsElapsed() / 1e6);
+        }
+        timer.start();
+        {
+            const std::unique_ptr<QWidget> stock(makeStockPanel(template1.get(), 1.0));
+            paintInto(stock.get());
+            stockOpen.push_back(timer.nsecsElapsed() / 1e6);
+        }
+    }
+    figures[QStringLiteral("editor_open_ms")] = median(editorOpen);
+    figures[QStringLiteral("stock_open_ms")] = median(stockOpen);
+
+    for (double scale : { 1.0, 2.0 }) {
+        const std::unique_ptr<ORVChStripEditor> editor = openEditor(model, memory, scale);
+        const std::unique_ptr<QWidget> stock(makeStockPanel(template1.get(), scale));
+        const QString suffix = scale == 1.0 ? QStringLiteral("scale1") : QStringLiteral("scale2");
+        figures[QStringLiteral("editor_repaint_us_") + suffix]
+            = medianMicroseconds(30, [&] { paintInto(editor.get()); });
+        figures[QStringLiteral("stock_repaint_us_") + suffix]
+            = medianMicroseconds(30, [&] { paintInto(stock.get()); });
+    }
+
+    // One morph step, shown: the host's write, the fifteen parameters it
+    // moves, and the repaint of what changed through the backing store.
+    {
+        loadMorphSet(memory);
+        const std::unique_ptr<ORVChStripEditor> editor = openEditor(model, memory, 2.0);
+        editor->show();
+        QCoreApplication::processEvents();
+        int position = 0;
+        figures[QStringLiteral("morph_step_us_scale2")] = medianMicroseconds(60, [&] {
+            position = (position + 37) % 1001;
+            memory.setValueByKey(Keys::MorphValue, position);
+            QCoreApplication::processEvents();
+        });
+    }
+
+    // The shown editor fed 30 meter arrays a second, and then left alone.
+    {
+        const std::unique_ptr<ORVChStripEditor> editor = openEditor(model, memory, 1.0);
+        editor->show();
+        runEventLoop(200);
+        QVector<unsigned int> values(int(model.meterArraySize()));
+        int frame = 0;
+        QTimer feed;
+        QObject::connect(&feed, &QTimer::timeout, [&] {
+            ++frame;
+            for (int i = 0; i < values.size(); ++i)
+                values[i] = unsigned(-300 + ((frame * 7 + i * 13) % 280));
+            memory.publishMeters(values);
+        });
+        feed.start(33);
+        const double cpuStart = processSeconds();
+        timer.start();
+        runEventLoop(3000);
+        feed.stop();
+        const double wall = timer.nsecsElapsed() / 1e9;
+        figures[QStringLiteral("meters_30hz_cpu_percent")] = 100.0 * (processSeconds() - cpuStart) / wall;
+
+        runEventLoop(300);
+        TimerEventCounter counter(editor.get());
+        runEventLoop(2000);
+        figures[QStringLiteral("idle_wakeups_per_s")] = counter.count() / 2.0;
+    }
+
+    if (json) {
+        std::printf("%s\n", QJsonDocument(figures).toJson(QJsonDocument::Compact).constData());
+        return 0;
+    }
+    auto f = [&](const char *key) { return figures.value(QLatin1String(key)).toDouble(); };
+    std::printf("open           editor %8.2f ms   stock %8.2f ms\n", f("editor_open_ms"), f("stock_open_ms"));
+    std::printf("repaint x1     editor %8.1f us   stock %8.1f us\n", f("editor_repaint_us_scale1"),
+        f("stock_repaint_us_scale1"));
+    std::printf("repaint x2     editor %8.1f us   stock %8.1f us\n", f("editor_repaint_us_scale2"),
+        f("stock_repaint_us_scale2"));
+    std::printf("morph step x2  %8.1f us\n", f("morph_step_us_scale2"));
+    std::printf("meters 30 Hz   %8.2f %% of one core\n", f("meters_30hz_cpu_percent"));
+    std::printf("idle wake-ups  %8.1f per second\n", f("idle_wakeups_per_s"));
+    return 0;
+}
