@@ -48,7 +48,8 @@ ORVChStripMorphingPresetList::ORVChStripMorphingPresetList(QWidget *parent)
     m_folderCloseSelectIcon.load(QStringLiteral(":/image/orvchstrip/btn_folder_close_select.svg"));
 
     m_pUi->m_pListView->installEventFilter(this);
-    m_pUi->m_pListView->setMouseTracking(false);
+    // The editor rescales the area from its design size: the rows follow.
+    m_pUi->m_pListArea->viewport()->installEventFilter(this);
     m_pUi->m_pScrollBar->installEventFilter(this);
     m_pUi->m_pOkButton->hide();
 
@@ -398,6 +399,9 @@ bool ORVChStripMorphingPresetList::eventFilter(QObject *watched, QEvent *event)
             return true;
         default: break;
         }
+    } else if (watched == m_pUi->m_pListArea->viewport()) {
+        if (event->type() == QEvent::Resize)
+            updateList();
     } else if (watched == m_pUi->m_pScrollBar) {
         switch (event->type()) {
         case QEvent::Paint: paintScrollBar(m_pUi->m_pScrollBar); return true;
