@@ -81,8 +81,6 @@ private slots:
     void makeThenShow();
     void makeRefuses_data();
     void makeRefuses();
-    void showRefuses_data();
-    void showRefuses();
     void factorySetsMatchTheirTables();
 };
 
@@ -109,15 +107,6 @@ void TestMorphRecordTool::makeThenShow()
     QCOMPARE(shown.value("points").toArray(), validTable().value("points").toArray());
     QCOMPARE(shown.value("texts").toArray().at(0).toArray().at(0).toString(), QStringLiteral("5 ms"));
     QCOMPARE(shown.value("texts").toArray().at(2).toArray().at(3).toString(), QStringLiteral("HARD"));
-
-    const ToolRun text = runTool({ "morph", "show", out });
-    QCOMPARE(text.exitCode, 0);
-    QList<QByteArray> kneeRow;
-    for (const QByteArray &line : text.out.split('\n')) {
-        if (line.startsWith("fx_mrpcmp_kne"))
-            kneeRow = line.simplified().split(' ');
-    }
-    QCOMPARE(kneeRow.mid(1, 3), (QList<QByteArray> { "SOFT", "MEDIUM", "HARD" }));
 }
 
 void TestMorphRecordTool::makeRefuses_data()
@@ -166,31 +155,6 @@ void TestMorphRecordTool::makeRefuses()
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(QString::fromUtf8(run.err).contains(message), run.err.constData());
     QCOMPARE(readFile(out), QByteArray("previous contents"));
-}
-
-void TestMorphRecordTool::showRefuses_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("message");
-    OrvdMorphRecord record;
-    record.name = QStringLiteral("x");
-    const QByteArray good = record.write();
-    QTest::newRow("511 bytes") << good.left(511) << "511 bytes, not 512";
-    QTest::newRow("513 bytes") << good + 'x' << "513 bytes, not 512";
-    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "CHST") << "does not begin with \"ORVD\"";
-}
-
-void TestMorphRecordTool::showRefuses()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, message);
-    QTemporaryDir dir;
-    const QString path = dir.filePath("bad.ord");
-    QVERIFY(writeFile(path, bytes));
-    const ToolRun run = runTool({ "morph", "show", path });
-    QCOMPARE(run.exitCode, 1);
-    QVERIFY(run.out.isEmpty());
-    QVERIFY2(QString::fromUtf8(run.err).contains(message), run.err.constData());
 }
 
 void TestMorphRecordTool::factorySetsMatchTheirTables()
