@@ -44,10 +44,11 @@ QString valueText(const ParameterSpec &column, int value)
 {
     if (value < column.minimum || value > column.maximum)
         return QStringLiteral("?%1").arg(value);
-    QString text = ValueText::format(column, value);
-    if (!column.unit.isEmpty() && column.kind != ValueKind::Frequency)
-        text += QLatin1Char(' ') + column.unit;
-    return text;
+    // "1.2kHz" and "100Hz" beside "-3.0 dB" and "30 ms".
+    const QString text = ValueText::format(column, value);
+    if (column.unit.isEmpty())
+        return text;
+    return text + (column.kind == ValueKind::Frequency ? QString() : QStringLiteral(" ")) + column.unit;
 }
 
 void showText(ToolContext &context, const QString &file, const OrvdMorphRecord &record)
