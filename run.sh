@@ -7,6 +7,12 @@ mkdir -p -m 700 "$XDG_RUNTIME_DIR"
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 "$root/scripts/setup.sh"
 
+# Without a morph folder of their own, users see the factory morph sets.
+if [ -z "${ORVCHSTRIP_MORPH_FOLDER:-}" ]; then
+  data_dirs=${XDG_DATA_DIRS:-/usr/local/share}
+  [ -d "${data_dirs%%:*}/Halvorn/ORVD" ] || export ORVCHSTRIP_MORPH_FOLDER="$root/presets/morph"
+fi
+
 args=("$@")
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
   export QT_QPA_PLATFORM=offscreen

@@ -8,11 +8,13 @@
 #include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ORVD/ORVD_Select.h"
+#include "tools/MorphRecordCommands.h"
 #include "tools/ToolCommand.h"
 
 namespace {
 
-constexpr const char *MorphUsage = "morph list [--folder DIR] [--json]";
+constexpr const char *MorphUsage = "morph list [--folder DIR] [--json]\nmorph show FILE [--json]\nmorph make "
+                                   "--from TABLE.json --out FILE.ord";
 
 void openAllFolders(const std::vector<ORVD_Data *> &list)
 {
@@ -109,6 +111,8 @@ int runList(ToolContext &context, const QStringList &arguments)
 
 int runMorph(ToolContext &context)
 {
+    if (MorphRecordCommands::handles(context.arguments.value(0)))
+        return MorphRecordCommands::run(context);
     if (context.arguments.isEmpty() || context.arguments.first() != QLatin1String("list")) {
         context.err << "Usage: orvchstrip-tool " << MorphUsage << '\n';
         return 2;

@@ -1,0 +1,367 @@
+#include <QDir>
+#include <QFile>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "ChannelStripModel.h"
+#include "HostModel.h"
+#include "MinimalEditor.h"
+#include "ORVChStrip/ORVChStripMorphingPresetList.h"
+#include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/ORVD/ORVD_Data.h"
+#include "ORVChStrip/ORVD/ORVD_Manager.h"
+#include "ORVChStrip/ORVD/ORVD_Select.h"
+#include "ORVChStrip/ORVD/OrvdMorphRecord.h"
+#include "ParameterMemory.h"
+
+namespace {
+
+// Host values inside every column's range, different per point and column.
+OrvdMorphRecord knownRecord()
+{
+    OrvdMorphRecord record;
+    record.name = QStringLiteral("Known");
+    record.systemId = "ORV-KNOWN";
+    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
+        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column)
+            record.points[point][column] = int16_t(column == 3 ? point % 3 : 10 + point * 5 + column % 5);
+    }
+    return record;
+}
+
+// A simulated host, an editor for key lookups, a catalogue over a temporary
+// folder and the list, shown at its design size.
+struct ListFixture
+{
+    explicit ListFixture(const QMap<QString, QByteArray> &files, int ch = 0)
+    {
+        for (auto it = files.begin(); it != files.end(); ++it) {
+            const QString path = folder.filePath(it.key());
+            QDir().mkpath(QFileInfo(path).path());
+            QFile file(path);
+            if (file.open(QIODevice::WriteOnly))
+                file.write(it.value());
+        }
+        editor.setModelInfo(&model);
+        manager.GetCollection().SetFolder(folder.path());
+        manager.Collection();
+        list.setEditor(&editor);
+        list.setMemAPI(&memory);
+        list.setCh(ch);
+        list.setORVDManager(&manager);
+        list.show();
+    }
+
+    int rows() const { return int(manager.GetSelectList().size()); }
+    QString rowName(int row) const
+    {
+        return QString::fromUtf8(manager.GetSelectList().at(size_t(row))->GetData()->GetName());
+    }
+    QWidget *child(const char *name) const { return list.findChild<QWidget *>(QLatin1String(name)); }
+    QScrollBar *scrollBar() const
+    {
+        return list.findChild<QScrollArea *>(QStringLiteral("m_pListArea"))->verticalScrollBar();
+    }
+    bool okShown() const
+    {
+        return child("m_pOkButton")->isVisible() && !child("m_pOkDisableButton")->isVisible();
+    }
+
+    QTemporaryDir folder;
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory { &model };
+    MinimalEditor editor;
+    ORVD_Manager manager;
+    ORVChStripMorphingPresetList list;
+};
+
+// A closed folder "Drums" with two entries, then entries e1 to e8: 9 rows.
+QMap<QString, QByteArray> folderAndEntries()
+{
+    const QByteArray record = knownRecord().write();
+    QMap<QString, QByteArray> files { { "Drums/kick.ord", record }, { "Drums/snare.ord", record } };
+    for (int i = 1; i <= 8; ++i)
+        files.insert(QStringLiteral("e%1.ord").arg(i), record);
+    return files;
+}
+
+QMap<QString, QByteArray> manyEntries(int count)
+{
+    QMap<QString, QByteArray> files;
+    for (int i = 0; i < count; ++i)
+        files.insert(QStringLiteral("entry%1.ord").arg(i, 2, 10, QLatin1Char('0')), knownRecord().write());
+    return files;
+}
+
+QPoint rowPoint(int row, int x, double scale)
+{
+    const int pitch = qRound(ORVChStripMorphingPresetList::RowHeight * scale)
+        + qRound(ORVChStripMorphingPresetList::RowGap * scale);
+    return QPoint(x, row * pitch + pitch / 2 - 1);
+}
+
+} // namespace
+
+class TestMorphingPresetList : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void emptyListIgnoresKeys();
+    void keysMoveSelection_data();
+    void keysMoveSelection();
+    void folderRowsOpenAndClose();
+    void refusesBrokenRecords_data();
+    void refusesBrokenRecords();
+    void sendsRecordAndSweepReproducesPoints_data();
+    void sendsRecordAndSweepReproducesPoints();
+    void mouseSelectsTogglesAndDecides();
+    void dragBeyondEdgeKeepsScrolling();
+    void scaledRowsPaintAndScroll_data();
+    void scaledRowsPaintAndScroll();
+};
+
+void TestMorphingPresetList::emptyListIgnoresKeys()
+{
+    ListFixture f({});
+    QSignalSpy closed(&f.list, &ORVChStripMorphingPresetList::closeRequested);
+    for (const Qt::Key key :
+        { Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Right, Qt::Key_Return }) {
+        QTest::keyClick(&f.list, key);
+        QCOMPARE(f.list.selectedRow(), -1);
+    }
+    QVERIFY(!f.okShown());
+    QVERIFY(f.child("m_pOkDisableButton")->isVisible());
+    QVERIFY(!f.list.decide());
+    QCOMPARE(f.memory.morphBatchCount(), 0);
+    QCOMPARE(closed.count(), 0);
+}
+
+void TestMorphingPresetList::keysMoveSelection_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("Down from no selection") << -1 << int(Qt::Key_Down) << 0;
+    QTest::newRow("Up at row 0") << 0 << int(Qt::Key_Up) << 0;
+    QTest::newRow("Up from row 4") << 4 << int(Qt::Key_Up) << 3;
+    QTest::newRow("Down at the last row") << 8 << int(Qt::Key_Down) << 8;
+    QTest::newRow("Page Up from row 3") << 3 << int(Qt::Key_PageUp) << 0;
+    QTest::newRow("Page Up from row 7") << 7 << int(Qt::Key_PageUp) << 2;
+    QTest::newRow("Page Down from row 2") << 2 << int(Qt::Key_PageDown) << 7;
+    QTest::newRow("Page Down near the end") << 6 << int(Qt::Key_PageDown) << 8;
+}
+
+void TestMorphingPresetList::keysMoveSelection()
+{
+    QFETCH(int, start);
+    QFETCH(int, key);
+    QFETCH(int, expected);
+    ListFixture f(folderAndEntries());
+    QCOMPARE(f.rows(), 9);
+    f.list.selectItem(start);
+    QTest::keyClick(&f.list, Qt::Key(key));
+    QCOMPARE(f.list.selectedRow(), expected);
+    // Row 0 is the folder: OK only for entries.
+    QCOMPARE(f.okShown(), expected > 0);
+}
+
+void TestMorphingPresetList::folderRowsOpenAndClose()
+{
+    ListFixture f(folderAndEntries());
+    QSignalSpy closed(&f.list, &ORVChStripMorphingPresetList::closeRequested);
+    f.list.selectItem(0);
+    const int viewHeight = f.child("m_pListView")->height();
+
+    QTest::keyClick(&f.list, Qt::Key_Return);
+    QCOMPARE(f.memory.morphBatchCount(), 0);
+    QCOMPARE(closed.count(), 0);
+    QCOMPARE(f.rows(), 9);
+
+    QTest::keyClick(&f.list, Qt::Key_Right);
+    QCOMPARE(f.rows(), 11);
+    const QStringList opened { f.rowName(0), f.rowName(1), f.rowName(2), f.rowName(3) };
+    QCOMPARE(opened, (QStringList { "Drums", "kick", "snare", "e1" }));
+    QCOMPARE(f.manager.GetSelectList().at(1)->GetLayerNo(), 1);
+    QCOMPARE(f.list.selectedRow(), 0);
+    // Eleven rows no longer fit the view: it grows to hold them all.
+    QCOMPARE(f.child("m_pListView")->height(), std::max(viewHeight, 11 * 27 + 10 * 2));
+
+    QTest::keyClick(&f.list, Qt::Key_Right);
+    QCOMPARE(f.rows(), 11);
+    QTest::keyClick(&f.list, Qt::Key_Left);
+    QCOMPARE(f.rows(), 9);
+    QCOMPARE(f.rowName(1), QStringLiteral("e1"));
+}
+
+void TestMorphingPresetList::refusesBrokenRecords_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray good = knownRecord().write();
+    QTest::newRow("511 bytes") << good.left(511);
+    QTest::newRow("513 bytes") << good + 'x';
+    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "DVRO");
+}
+
+void TestMorphingPresetList::refusesBrokenRecords()
+{
+    QFETCH(QByteArray, bytes);
+    ListFixture f({ { "broken.ord", bytes } });
+    QSignalSpy closed(&f.list, &ORVChStripMorphingPresetList::closeRequested);
+    QSignalSpy chosen(&f.list, &ORVChStripMorphingPresetList::morphSetChosen);
+    f.list.selectItem(0);
+    QVERIFY(!f.list.decide());
+    QTest::keyClick(&f.list, Qt::Key_Return);
+    QCOMPARE(f.memory.morphBatchCount(), 0);
+    QVERIFY(f.memory.text(ORVChStripParameters::MorphSystemNameKey).isEmpty());
+    QCOMPARE(closed.count(), 0);
+    QCOMPARE(chosen.count(), 0);
+    QCOMPARE(f.manager.GetSelectData(), nullptr);
+}
+
+void TestMorphingPresetList::sendsRecordAndSweepReproducesPoints_data()
+{
+    QTest::addColumn<int>("ch");
+    QTest::newRow("channel 0") << 0;
+    QTest::newRow("channel 3") << 3;
+}
+
+void TestMorphingPresetList::sendsRecordAndSweepReproducesPoints()
+{
+    QFETCH(int, ch);
+    using namespace ORVChStripParameters;
+    const OrvdMorphRecord record = knownRecord();
+    ListFixture f({ { "Vocal Set.ord", record.write() } }, ch);
+    QSignalSpy closed(&f.list, &ORVChStripMorphingPresetList::closeRequested);
+    QSignalSpy chosen(&f.list, &ORVChStripMorphingPresetList::morphSetChosen);
+
+    f.list.selectItem(0);
+    QTest::keyClick(&f.list, Qt::Key_Return);
+    QCOMPARE(f.memory.morphBatchCount(), 1);
+    QCOMPARE(chosen.count(), 1);
+    QCOMPARE(chosen.first().first().toString(), QStringLiteral("Vocal Set"));
+    QCOMPARE(closed.count(), 1);
+    QCOMPARE(f.manager.GetSelectData(), f.manager.GetSelectList().at(0)->GetData());
+    // The entry's name and the record's id on the strip's channel only.
+    QCOMPARE(f.memory.text(MorphSystemNameKey, ch), QByteArray("Vocal Set"));
+    QCOMPARE(f.memory.text(MorphSystemIdKey, ch), record.systemId);
+    QVERIFY(f.memory.text(MorphSystemNameKey, ch + 1).isEmpty());
+
+    // Sweeping the morph knob over the nine point positions gives each
+    // point's values on the parameters the columns drive.
+    const ParameterSpec *position = f.model.parameter(f.model.parameterId(MorphValueKey));
+    QVERIFY(position);
+    // Start between two points so that the first point is a move too.
+    QVERIFY(f.memory.setValueByKey(MorphValueKey, position->maximum / 16, ch));
+    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
+        const int value = position->minimum + (position->maximum - position->minimum) * point / 8;
+        QVERIFY(f.memory.setValueByKey(MorphValueKey, value, ch));
+        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
+            const ParameterSpec *columnSpec
+                = f.model.parameter(f.model.parameterId(OrvaneDataParameterList[column]));
+            QVERIFY(columnSpec && !columnSpec->morphTargetKey.isEmpty());
+            QCOMPARE(f.memory.value(columnSpec->morphTargetKey.constData(), ch),
+                int(record.points[point][column]));
+        }
+    }
+}
+
+void TestMorphingPresetList::mouseSelectsTogglesAndDecides()
+{
+    ListFixture f(folderAndEntries());
+    QWidget *view = f.child("m_pListView");
+    QSignalSpy chosen(&f.list, &ORVChStripMorphingPresetList::morphSetChosen);
+
+    // On the folder's name: selects, leaves it closed.
+    QTest::mouseClick(view, Qt::LeftButton, {}, rowPoint(0, 200, 1.0));
+    QCOMPARE(f.list.selectedRow(), 0);
+    QCOMPARE(f.rows(), 9);
+    // On its icon: opens it.
+    QTest::mouseClick(view, Qt::LeftButton, {}, rowPoint(0, 12, 1.0));
+    QCOMPARE(f.rows(), 11);
+    // A double click on an entry confirms it.
+    QTest::mouseDClick(view, Qt::LeftButton, {}, rowPoint(2, 200, 1.0));
+    QCOMPARE(f.list.selectedRow(), 2);
+    QCOMPARE(chosen.count(), 1);
+    QCOMPARE(chosen.first().first().toString(), QStringLiteral("snare"));
+    // A double click on the folder closes it again.
+    QTest::mouseDClick(view, Qt::LeftButton, {}, rowPoint(0, 200, 1.0));
+    QCOMPARE(f.rows(), 9);
+    QCOMPARE(chosen.count(), 1);
+}
+
+void TestMorphingPresetList::dragBeyondEdgeKeepsScrolling()
+{
+    ListFixture f(manyEntries(40));
+    QWidget *view = f.child("m_pListView");
+    // Row 14 is the last one fully in view.
+    QTest::mousePress(view, Qt::LeftButton, {}, rowPoint(14, 100, 1.0));
+    QCOMPARE(f.list.selectedRow(), 14);
+
+    const int viewportHeight = f.scrollBar()->pageStep();
+    const QPointF below(100, viewportHeight + 20);
+    QMouseEvent move(QEvent::MouseMove, below, view->mapToGlobal(below), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(view, &move);
+    QTRY_VERIFY_WITH_TIMEOUT(f.list.selectedRow() >= 17, 2000);
+    QVERIFY(f.scrollBar()->value() > 0);
+
+    QTest::mouseRelease(view, Qt::LeftButton, {}, below.toPoint());
+    const int released = f.list.selectedRow();
+    QTest::qWait(350);
+    QCOMPARE(f.list.selectedRow(), released);
+}
+
+void TestMorphingPresetList::scaledRowsPaintAndScroll_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::newRow("scale 1") << 1.0;
+    QTest::newRow("scale 2") << 2.0;
+}
+
+void TestMorphingPresetList::scaledRowsPaintAndScroll()
+{
+    QFETCH(double, scale);
+    QMap<QString, QByteArray> files = manyEntries(30);
+    files.insert(folderAndEntries());
+    ListFixture f(files);
+    QCOMPARE(f.rows(), 39);
+    f.list.setScale(scale);
+    f.list.selectItem(2);
+
+    // Rows, the selection and the folder icon are laid out at the scale.
+    QWidget *view = f.child("m_pListView");
+    const QImage image = view->grab().toImage();
+    const auto pixel = [&](const QPoint &p) { return image.pixel(p * image.devicePixelRatio()); };
+    const int right = view->width() - 3;
+    QCOMPARE(pixel(rowPoint(2, right, scale)), ORVChStripMorphingPresetList::SelectedItemBackgroundColor);
+    QCOMPARE(pixel(rowPoint(1, right, scale)), ORVChStripMorphingPresetList::ItemBackgroundColor);
+    int iconInk = 0;
+    for (int y = 0; y < qRound(27 * scale); ++y) {
+        for (int x = qRound(6 * scale); x < qRound(26 * scale); ++x)
+            iconInk += pixel(QPoint(x, y)) != ORVChStripMorphingPresetList::ItemBackgroundColor;
+    }
+    QVERIFY(iconInk > 10 * scale * scale);
+
+    // Selecting a row scrolls it fully into view.
+    QScrollBar *bar = f.scrollBar();
+    const int pitch = qRound(27 * scale) + qRound(2 * scale);
+    const int viewport = bar->pageStep();
+    QCOMPARE(bar->maximum(), 39 * pitch - qRound(2 * scale) - viewport);
+    for (const int row : { 38, 20, 0, 25 }) {
+        f.list.selectItem(row);
+        const int top = row * pitch - bar->value();
+        QVERIFY2(top >= 0 && top + qRound(27 * scale) <= viewport, qPrintable(QString::number(row)));
+    }
+    f.list.setViewScroll(0.5);
+    QCOMPARE(bar->value(), qRound(bar->maximum() * 0.5));
+    f.list.scrollBottom();
+    QCOMPARE(f.list.viewScroll(), 1.0);
+    f.list.scrollUp();
+    QCOMPARE(bar->value(), bar->maximum() - pitch);
+}
+
+QTEST_MAIN(TestMorphingPresetList)
+#include "tst_morphingpresetlist.moc"

@@ -1,0 +1,193 @@
+#include <QTest>
+#include <QtEndian>
+
+#include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/ORVD/OrvdMorphBatch.h"
+#include "ORVChStrip/ORVD/OrvdMorphRecord.h"
+
+using ReadResult = OrvdMorphRecord::ReadResult;
+Q_DECLARE_METATYPE(ReadResult)
+
+namespace {
+
+OrvdMorphRecord sampleRecord()
+{
+    OrvdMorphRecord record;
+    record.name = QStringLiteral("Vocal Levelling");
+    record.systemId = "ORV-TEST-7";
+    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
+        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column)
+            record.points[point][column] = int16_t(point * 100 + column * 3 - 20);
+    }
+    return record;
+}
+
+// A lookup that knows every key except `missing` and numbers them by
+// their first characters, so different keys get different ids.
+OrvdMorphBatch::ParameterLookup lookupWithout(const QByteArray &missing)
+{
+    return [missing](const char *key, unsigned short *prmId) {
+        if (missing == key)
+            return false;
+        *prmId = static_cast<unsigned short>(qHash(QByteArray(key)) % 60000 + 1);
+        return true;
+    };
+}
+
+unsigned short idOf(const char *key)
+{
+    unsigned short id = 0;
+    lookupWithout(QByteArray())(key, &id);
+    return id;
+}
+
+} // namespace
+
+class TestMorphRecord : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fixedLayout();
+    void rejects_data();
+    void rejects();
+    void longNameIsCutAtCharacterBoundary();
+    void batchForRecord();
+    void batchAbandonedWhenKeyMissing_data();
+    void batchAbandonedWhenKeyMissing();
+};
+
+void TestMorphRecord::fixedLayout()
+{
+    // The layout is a file format: other writers place fields by these offsets.
+    OrvdMorphRecord record;
+    record.name = QStringLiteral("AB");
+    record.systemId = "X";
+    record.points[2][5] = -3;
+    record.points[8][16] = 0x1234;
+    const QByteArray bytes = record.write();
+    const auto *data = reinterpret_cast<const uchar *>(bytes.constData());
+    QCOMPARE(bytes.left(4), QByteArray("ORVD"));
+    QCOMPARE(qFromLittleEndian<quint16>(data + 4), quint16(1));
+    QCOMPARE(qFromLittleEndian<quint16>(data + 6), quint16(9));
+    QCOMPARE(qFromLittleEndian<quint16>(data + 8), quint16(17));
+    QCOMPARE(bytes.mid(12, 3), QByteArray("AB\0", 3));
+    QCOMPARE(bytes.mid(172, 2), QByteArray("X\0", 2));
+    QCOMPARE(qFromLittleEndian<qint16>(data + 204 + (2 * 17 + 5) * 2), qint16(-3));
+    QCOMPARE(qFromLittleEndian<qint16>(data + 204 + (8 * 17 + 16) * 2), qint16(0x1234));
+    QCOMPARE(bytes.right(2), QByteArray(2, '\0'));
+
+    OrvdMorphRecord read;
+    QCOMPARE(OrvdMorphRecord::read(bytes, &read), ReadResult::Ok);
+    QCOMPARE(read.name, record.name);
+    QCOMPARE(read.systemId, record.systemId);
+    QVERIFY(read.points == record.points);
+}
+
+void TestMorphRecord::rejects_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<ReadResult>("expected");
+    const QByteArray good = sampleRecord().write();
+    QTest::newRow("511 bytes") << good.left(511) << ReadResult::WrongSize;
+    QTest::newRow("513 bytes") << good + '\0' << ReadResult::WrongSize;
+    QTest::newRow("empty") << QByteArray() << ReadResult::WrongSize;
+    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "ORVX") << ReadResult::WrongMagic;
+    QTest::newRow("lower-case magic") << QByteArray(good).replace(0, 4, "orvd") << ReadResult::WrongMagic;
+    QTest::newRow("version 2") << QByteArray(good).replace(4, 2, QByteArray("\x02\x00", 2))
+                               << ReadResult::UnsupportedVersion;
+    QTest::newRow("8 points") << QByteArray(good).replace(6, 2, QByteArray("\x08\x00", 2))
+                              << ReadResult::WrongShape;
+    QTest::newRow("16 columns") << QByteArray(good).replace(8, 2, QByteArray("\x10\x00", 2))
+                                << ReadResult::WrongShape;
+}
+
+void TestMorphRecord::rejects()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(ReadResult, expected);
+    OrvdMorphRecord untouched = sampleRecord();
+    untouched.name = QStringLiteral("keep");
+    QCOMPARE(OrvdMorphRecord::read(bytes, &untouched), expected);
+    QCOMPARE(untouched.name, QStringLiteral("keep"));
+    QVERIFY(!OrvdMorphRecord::describe(expected, bytes.size()).isEmpty());
+}
+
+void TestMorphRecord::longNameIsCutAtCharacterBoundary()
+{
+    OrvdMorphRecord record;
+    // 158 ASCII bytes and then a two-byte character: 160 bytes, one too many.
+    record.name = QString(158, QLatin1Char('a')) + QChar(0xE9);
+    QVERIFY(!record.fitProblem().isEmpty());
+    OrvdMorphRecord read;
+    QCOMPARE(OrvdMorphRecord::read(record.write(), &read), ReadResult::Ok);
+    QCOMPARE(read.name, QString(158, QLatin1Char('a')));
+
+    record.name.chop(1);
+    QVERIFY(record.fitProblem().isEmpty());
+}
+
+void TestMorphRecord::batchForRecord()
+{
+    constexpr int ch = 5;
+    using namespace ORVChStripParameters;
+    const OrvdMorphRecord record = sampleRecord();
+    OrvdMorphBatch batch(lookupWithout(QByteArray()));
+    QVERIFY(batch.appendMorphSet("Entry Name", record, ch));
+
+    const std::vector<OrvdMorphBatch::Record> &records = batch.records();
+    constexpr int NameRecords = MorphSystemNameLength;
+    constexpr int IdRecords = OrvdMorphRecord::SystemIdCapacity;
+    constexpr int ValueRecords = OrvdMorphRecord::PointCount * OrvdMorphRecord::ColumnCount;
+    QCOMPARE(int(records.size()), NameRecords + IdRecords + ValueRecords + 1);
+
+    // The entry's name, one character per index, zeros after it.
+    const QByteArray name("Entry Name");
+    for (int i = 0; i < NameRecords; ++i) {
+        const auto &r = records[size_t(i)];
+        QCOMPARE(r.prmId, idOf(MorphSystemNameKey));
+        QCOMPARE(int(r.index), i);
+        QCOMPARE(r.value, i < name.size() ? int(name.at(i)) : 0);
+        QCOMPARE(r.channel, uint32_t(ch));
+    }
+    for (int i = 0; i < IdRecords; ++i) {
+        const auto &r = records[size_t(NameRecords + i)];
+        QCOMPARE(r.prmId, idOf(MorphSystemIdKey));
+        QCOMPARE(r.value, i < record.systemId.size() ? int(record.systemId.at(i)) : 0);
+    }
+    // Point after point, the seventeen columns in order, on the point's channel.
+    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
+        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
+            const auto &r
+                = records[size_t(NameRecords + IdRecords + point * OrvdMorphRecord::ColumnCount + column)];
+            QCOMPARE(r.prmId, idOf(OrvaneDataParameterList[column]));
+            QCOMPARE(int(r.index), 0);
+            QCOMPARE(r.value, int(record.points[point][column]));
+            QCOMPARE(r.channel, uint32_t(ch * 9 + point));
+        }
+    }
+    const auto &end = records.back();
+    QCOMPARE(end.prmId, IORVDMorphHandler::kEndOfBatch);
+    QCOMPARE(end.index, 0);
+    QCOMPARE(end.value, 0);
+    QCOMPARE(end.channel, 0u);
+}
+
+void TestMorphRecord::batchAbandonedWhenKeyMissing_data()
+{
+    QTest::addColumn<QByteArray>("missing");
+    QTest::newRow("name") << QByteArray(ORVChStripParameters::MorphSystemNameKey);
+    QTest::newRow("id") << QByteArray(ORVChStripParameters::MorphSystemIdKey);
+    QTest::newRow("last column") << QByteArray(ORVChStripParameters::OrvaneDataParameterList[16]);
+}
+
+void TestMorphRecord::batchAbandonedWhenKeyMissing()
+{
+    QFETCH(QByteArray, missing);
+    OrvdMorphBatch batch(lookupWithout(missing));
+    QVERIFY(!batch.appendMorphSet("x", sampleRecord(), 0));
+    QVERIFY(!batch.isTerminated());
+}
+
+QTEST_APPLESS_MAIN(TestMorphRecord)
+#include "tst_morphrecord.moc"

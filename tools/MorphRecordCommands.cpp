@@ -1,0 +1,311 @@
+#include "tools/MorphRecordCommands.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <cmath>
+#include <optional>
+
+#include "ChannelStripModel.h"
+#include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/ORVD/OrvdMorphRecord.h"
+#include "ValueText.h"
+#include "tools/ToolCommand.h"
+
+using ORVChStripParameters::OrvaneDataParameterList;
+
+namespace {
+
+// Larger files cannot be records; reading one byte more than a record is
+// enough to say so.
+constexpr qint64 ReadLimit = OrvdMorphRecord::Size + 1;
+
+// The simulated host's description of every morph column, in record order.
+QList<ParameterSpec> morphColumns()
+{
+    const QList<ParameterSpec> parameters = ChannelStripModel::parameters();
+    QList<ParameterSpec> columns;
+    for (const char *key : OrvaneDataParameterList) {
+        const auto found = std::find_if(parameters.begin(), parameters.end(),
+            [key](const ParameterSpec &parameter) { return parameter.key == key; });
+        ParameterSpec column;
+        if (found != parameters.end())
+            column = *found;
+        column.key = key;
+        columns.append(column);
+    }
+    return columns;
+}
+
+QString valueText(const ParameterSpec &column, int value)
+{
+    if (value < column.minimum || value > column.maximum)
+        return QStringLiteral("?%1").arg(value);
+    // "1.2kHz" and "100Hz" beside "-3.0 dB" and "30 ms".
+    const QString text = ValueText::format(column, value);
+    if (column.unit.isEmpty())
+        return text;
+    return text + (column.kind == ValueKind::Frequency ? QString() : QStringLiteral(" ")) + column.unit;
+}
+
+void showText(ToolContext &context, const QString &file, const OrvdMorphRecord &record)
+{
+    const QList<ParameterSpec> columns = morphColumns();
+    context.out << "File:   " << QDir::toNativeSeparators(file) << '\n'
+                << "Name:   " << record.name << '\n'
+                << "Id:     " << QString::fromLatin1(record.systemId) << '\n'
+                << "Points: " << OrvdMorphRecord::PointCount << '\n';
+    constexpr int KeyWidth = 20;
+    constexpr int ValueWidth = 10;
+    QString header = QStringLiteral("Column").leftJustified(KeyWidth);
+    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point)
+        header += QString::number(point + 1).rightJustified(ValueWidth);
+    context.out << header << '\n';
+    for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
+        QString line = QString::fromLatin1(columns.at(column).key).leftJustified(KeyWidth);
+        for (const OrvdMorphRecord::Point &point : record.points)
+            line += valueText(columns.at(column), point[column]).rightJustified(ValueWidth);
+        context.out << line << '\n';
+    }
+}
+
+void showJson(ToolContext &context, const QString &file, const OrvdMorphRecord &record)
+{
+    const QList<ParameterSpec> columns = morphColumns();
+    QJsonArray keys;
+    for (const ParameterSpec &column : columns)
+        keys.append(QString::fromLatin1(column.key));
+    QJsonArray values;
+    QJsonArray texts;
+    for (const OrvdMorphRecord::Point &point : record.points) {
+        QJsonArray pointValues;
+        QJsonArray pointTexts;
+        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
+            pointValues.append(point[column]);
+            pointTexts.append(valueText(columns.at(column), point[column]));
+        }
+        values.append(pointValues);
+        texts.append(pointTexts);
+    }
+    const QJsonObject object {
+        { QStringLiteral("file"), QDir::toNativeSeparators(file) },
+        { QStringLiteral("name"), record.name },
+        { QStringLiteral("id"), QString::fromLatin1(record.systemId) },
+        { QStringLiteral("columns"), keys },
+        { QStringLiteral("points"), values },
+        { QStringLiteral("texts"), texts },
+    };
+    context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+int runShow(ToolContext &context, const QStringList &arguments)
+{
+    if (arguments.size() != 1 || arguments.first().startsWith(QLatin1String("--"))) {
+        context.err << "Usage: orvchstrip-tool morph show FILE [--json]\n";
+        return 2;
+    }
+    const QString path = arguments.first();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        context.err << "orvchstrip-tool morph show: cannot read '" << QDir::toNativeSeparators(path)
+                    << "': " << file.errorString() << '\n';
+        return 1;
+    }
+    const QByteArray bytes = file.read(ReadLimit);
+    OrvdMorphRecord record;
+    const OrvdMorphRecord::ReadResult result = OrvdMorphRecord::read(bytes, &record);
+    if (result != OrvdMorphRecord::ReadResult::Ok) {
+        context.err << "orvchstrip-tool morph show: '" << QDir::toNativeSeparators(path)
+                    << "' is not a morph data file: " << OrvdMorphRecord::describe(result, file.size())
+                    << '\n';
+        return 1;
+    }
+    if (context.json)
+        showJson(context, path, record);
+    else
+        showText(context, path, record);
+    return 0;
+}
+
+// The record a table describes, or nothing with `problem` saying why.
+std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString *problem)
+{
+    OrvdMorphRecord record;
+    const QJsonValue name = table.value(QLatin1String("name"));
+    if (!name.isString() || name.toString().trimmed().isEmpty()) {
+        *problem = QStringLiteral("\"name\" must be a non-empty string");
+        return std::nullopt;
+    }
+    record.name = name.toString();
+    const QJsonValue id = table.value(QLatin1String("id"));
+    if (!id.isString() && !id.isUndefined()) {
+        *problem = QStringLiteral("\"id\" must be a string");
+        return std::nullopt;
+    }
+    const QString idText = id.toString();
+    for (const QChar c : idText) {
+        if (c.unicode() < 0x20 || c.unicode() > 0x7e) {
+            *problem = QStringLiteral("\"id\" must be printable ASCII");
+            return std::nullopt;
+        }
+    }
+    record.systemId = idText.toLatin1();
+
+    const QJsonArray keys = table.value(QLatin1String("columns")).toArray();
+    for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
+        const QString expected = QString::fromLatin1(OrvaneDataParameterList[column]);
+        const QString given = keys.at(column).toString();
+        if (given != expected) {
+            *problem
+                = QStringLiteral("\"columns\" must list the %1 morph columns in record order; column %2 is "
+                                 "\"%3\", expected \"%4\"")
+                      .arg(OrvdMorphRecord::ColumnCount)
+                      .arg(column + 1)
+                      .arg(given, expected);
+            return std::nullopt;
+        }
+    }
+    if (keys.size() != OrvdMorphRecord::ColumnCount) {
+        *problem = QStringLiteral("\"columns\" lists %1 columns, expected %2")
+                       .arg(keys.size())
+                       .arg(OrvdMorphRecord::ColumnCount);
+        return std::nullopt;
+    }
+
+    const QList<ParameterSpec> columns = morphColumns();
+    const QJsonArray points = table.value(QLatin1String("points")).toArray();
+    if (points.size() != OrvdMorphRecord::PointCount) {
+        *problem = QStringLiteral("\"points\" holds %1 points, a morph set has %2")
+                       .arg(points.size())
+                       .arg(OrvdMorphRecord::PointCount);
+        return std::nullopt;
+    }
+    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
+        const QJsonArray values = points.at(point).toArray();
+        if (values.size() != OrvdMorphRecord::ColumnCount) {
+            *problem = QStringLiteral("point %1 holds %2 values, expected %3")
+                           .arg(point + 1)
+                           .arg(values.size())
+                           .arg(OrvdMorphRecord::ColumnCount);
+            return std::nullopt;
+        }
+        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
+            const ParameterSpec &spec = columns.at(column);
+            const QString where
+                = QStringLiteral("point %1, column %2").arg(point + 1).arg(QString::fromLatin1(spec.key));
+            const QJsonValue value = values.at(column);
+            const double number = value.toDouble(std::nan(""));
+            if (!value.isDouble() || number != std::floor(number)) {
+                *problem = QStringLiteral("%1: %2 is not an integer value")
+                               .arg(where,
+                                   QString::fromUtf8(
+                                       QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact))
+                                       .mid(1)
+                                       .chopped(1));
+                return std::nullopt;
+            }
+            if (number < spec.minimum || number > spec.maximum) {
+                *problem = QStringLiteral("%1: %2 is outside the range %3..%4")
+                               .arg(where)
+                               .arg(number, 0, 'f', 0)
+                               .arg(spec.minimum)
+                               .arg(spec.maximum);
+                return std::nullopt;
+            }
+            record.points[point][column] = static_cast<int16_t>(number);
+        }
+    }
+    *problem = record.fitProblem();
+    if (!problem->isEmpty())
+        return std::nullopt;
+    return record;
+}
+
+int runMake(ToolContext &context, const QStringList &arguments)
+{
+    QString from;
+    QString out;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        QString *target = argument == QLatin1String("--from") ? &from
+            : argument == QLatin1String("--out")              ? &out
+                                                              : nullptr;
+        if (target && i + 1 < arguments.size()) {
+            *target = arguments.at(++i);
+        } else if (argument.startsWith(QLatin1String("--from="))) {
+            from = argument.mid(7);
+        } else if (argument.startsWith(QLatin1String("--out="))) {
+            out = argument.mid(6);
+        } else {
+            from.clear();
+            break;
+        }
+    }
+    if (from.isEmpty() || out.isEmpty()) {
+        context.err << "Usage: orvchstrip-tool morph make --from TABLE.json --out FILE.ord\n";
+        return 2;
+    }
+
+    QFile tableFile(from);
+    if (!tableFile.open(QIODevice::ReadOnly)) {
+        context.err << "orvchstrip-tool morph make: cannot read '" << QDir::toNativeSeparators(from)
+                    << "': " << tableFile.errorString() << '\n';
+        return 1;
+    }
+    QJsonParseError parseError;
+    const QJsonDocument document = QJsonDocument::fromJson(tableFile.readAll(), &parseError);
+    QString problem;
+    std::optional<OrvdMorphRecord> record;
+    if (parseError.error != QJsonParseError::NoError)
+        problem = QStringLiteral("not valid JSON at offset %1: %2")
+                      .arg(parseError.offset)
+                      .arg(parseError.errorString());
+    else if (!document.isObject())
+        problem = QStringLiteral("the table must be a JSON object");
+    else
+        record = recordFromTable(document.object(), &problem);
+    if (!record) {
+        context.err << "orvchstrip-tool morph make: " << QDir::toNativeSeparators(from) << ": " << problem
+                    << '\n';
+        return 1;
+    }
+
+    // All or nothing: a failed write leaves an existing file as it was.
+    QSaveFile file(out);
+    const QByteArray bytes = record->write();
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()
+        || !file.commit()) {
+        context.err << "orvchstrip-tool morph make: cannot write '" << QDir::toNativeSeparators(out)
+                    << "': " << file.errorString() << '\n';
+        return 1;
+    }
+    if (!context.json)
+        context.out << "Wrote " << QDir::toNativeSeparators(out) << " (" << record->name << ")\n";
+    else
+        context.out << QJsonDocument(QJsonObject { { QStringLiteral("file"), QDir::toNativeSeparators(out) },
+                                         { QStringLiteral("name"), record->name } })
+                           .toJson(QJsonDocument::Compact)
+                    << '\n';
+    return 0;
+}
+
+} // namespace
+
+namespace MorphRecordCommands {
+
+bool handles(const QString &subcommand)
+{
+    return subcommand == QLatin1String("show") || subcommand == QLatin1String("make");
+}
+
+int run(ToolContext &context)
+{
+    const QString subcommand = context.arguments.value(0);
+    const QStringList arguments = context.arguments.mid(1);
+    return subcommand == QLatin1String("show") ? runShow(context, arguments) : runMake(context, arguments);
+}
+
+} // namespace MorphRecordCommands
