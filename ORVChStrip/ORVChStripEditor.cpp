@@ -5,9 +5,12 @@
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
+#include "ORVChStrip/MorphingListSettings.h"
 #include "ORVChStrip/ORVChStripComponent.h"
+#include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ReversibleProgress.h"
 #include "ORVChStrip/SectionDimmer.h"
 #include "ui_ORVChStripEditor.h"
@@ -81,11 +84,21 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     , m_pMorphMatch(new MorphMatchMonitor(this))
     , m_pCompressorDimmer(new SectionDimmer)
     , m_pEqualizerDimmer(new SectionDimmer)
+    , m_pMorphManager(new ORVD_Manager)
     // The slide gains a step when it reverses, so a reversal always moves.
     , m_pMorphingPresetSlide(new ReversibleProgress(MorphingPresetSlideMs, 0.1, this))
 {
     m_pComponent->addRef();
     m_pUi->setupUi(this);
+    // The list slides up over the panel; it is part of the tree so that it
+    // scales with it.
+    m_pMorphingPresetList = new ORVChStripMorphingPresetList(this);
+    m_pMorphingPresetList->setObjectName(QStringLiteral("m_pMorphingPresetList"));
+    m_pMorphingPresetList->setGeometry(MorphingPresetDesignRect);
+    m_pMorphingPresetList->hide();
+    m_pMorphingPresetList->setEditor(this);
+    m_pMorphManager->Collection();
+    m_pMorphingPresetList->setORVDManager(m_pMorphManager.get());
     setPalette(ORVChStripPalette::editorPalette());
     // Explicit roles: a host's container (a scroll area with a dark
     // background role, say) must not change the panel's colours.
@@ -170,6 +183,8 @@ void ORVChStripEditor::connectForm()
         &ORVChStripEditor::updateKnee);
     connect(
         ui.m_pMorphingPresetButton, &QAbstractButton::clicked, this, &ORVChStripEditor::openMorphingPreset);
+    connect(m_pMorphingPresetList, &ORVChStripMorphingPresetList::closeRequested, this,
+        &ORVChStripEditor::closeMorphingPreset);
     connect(m_pMorphMatch, &MorphMatchMonitor::matchChanged, this, &ORVChStripEditor::showMorphMatch);
     connect(
         m_pMorphingPresetSlide, &ReversibleProgress::changed, this, &ORVChStripEditor::placeMorphingPreset);
@@ -253,6 +268,7 @@ void ORVChStripEditor::setMemAPI(IMemAPI *memAPI)
     m_pComponent->setMemAPI(memAPI);
     m_pUi->m_pCompressorGraph->setMemAPI(memAPI);
     m_pUi->m_pEqualizerGraph->setMemAPI(memAPI);
+    m_pMorphingPresetList->setMemAPI(memAPI);
     updateParameters();
 }
 
@@ -264,6 +280,7 @@ void ORVChStripEditor::setCh(int ch1, int ch2)
     m_pComponent->setCh(ch1);
     m_pUi->m_pCompressorGraph->setCh(ch1);
     m_pUi->m_pEqualizerGraph->setCh(ch1);
+    m_pMorphingPresetList->setCh(ch1);
     updateParameters();
 }
 
@@ -275,6 +292,7 @@ void ORVChStripEditor::setFs(int fs)
 void ORVChStripEditor::setScale(double scale)
 {
     EffectEditor::setScale(scale);
+    m_pMorphingPresetList->setScale(scale);
     // The rescale put the panel at its full size; a slide under way continues from where it is.
     if (m_pMorphingPresetSlide->isRunning())
         placeMorphingPreset(m_pMorphingPresetSlide->visibleFraction());
@@ -475,6 +493,16 @@ void ORVChStripEditor::showMorphMatch(bool matches)
     m_pUi->m_pMorphingKnob->setBackgroundSvg(image(matches ? "back_morphing.svg" : "back_morphing_off.svg"));
 }
 
+QMap<QString, QVariant> ORVChStripEditor::getEditorSettings() const
+{
+    return MorphingListSettings::save(m_pMorphManager.get(), m_pMorphingPresetList);
+}
+
+void ORVChStripEditor::setEditorSettings(const QMap<QString, QVariant> &settings)
+{
+    MorphingListSettings::restore(settings, m_pMorphManager.get(), m_pMorphingPresetList);
+}
+
 QRect ORVChStripEditor::morphingPresetGeometry() const
 {
     const QRect &design = MorphingPresetDesignRect;
@@ -485,12 +513,12 @@ QRect ORVChStripEditor::morphingPresetGeometry() const
 
 void ORVChStripEditor::openMorphingPreset()
 {
-    if (m_morphingPresetOpen || !m_pMorphingPresetPanel)
+    if (m_morphingPresetOpen)
         return;
     m_morphingPresetOpen = true;
     updateSections();
-    m_pMorphingPresetPanel->raise();
-    m_pMorphingPresetPanel->show();
+    m_pMorphingPresetList->raise();
+    m_pMorphingPresetList->show();
     m_pMorphingPresetSlide->open();
 }
 
@@ -506,22 +534,18 @@ void ORVChStripEditor::closeMorphingPreset()
 // The panel grows upwards from its bottom edge.
 void ORVChStripEditor::placeMorphingPreset(double openFraction)
 {
-    if (!m_pMorphingPresetPanel)
-        return;
     const QRect full = morphingPresetGeometry();
     const int bottom = full.bottom() + 1;
     const int top = bottom - int((bottom - full.top()) * openFraction + 0.5);
-    m_pMorphingPresetPanel->setGeometry(full.left(), top, full.width(), bottom - top);
+    m_pMorphingPresetList->setGeometry(full.left(), top, full.width(), bottom - top);
 }
 
 void ORVChStripEditor::finishMorphingPresetSlide(bool opened)
 {
-    if (!m_pMorphingPresetPanel)
-        return;
     if (opened) {
-        m_pMorphingPresetPanel->setGeometry(morphingPresetGeometry());
-        m_pMorphingPresetPanel->setFocus();
+        m_pMorphingPresetList->setGeometry(morphingPresetGeometry());
+        m_pMorphingPresetList->setFocus();
     } else {
-        m_pMorphingPresetPanel->hide();
+        m_pMorphingPresetList->hide();
     }
 }

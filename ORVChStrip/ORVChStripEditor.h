@@ -19,6 +19,8 @@ class KnobController;
 class TextEditController;
 } // namespace CommonController_MemAPI
 class MorphMatchMonitor;
+class ORVChStripMorphingPresetList;
+class ORVD_Manager;
 class ORVChStripComponent;
 class ReversibleProgress;
 class SectionDimmer;
@@ -53,6 +55,8 @@ public:
     void setCh(int ch1, int ch2) override;
     void setFs(int fs) override;
     void setScale(double scale) override;
+    QMap<QString, QVariant> getEditorSettings() const override;
+    void setEditorSettings(const QMap<QString, QVariant> &settings) override;
 
     int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override;
     int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override
@@ -68,7 +72,8 @@ public:
     bool isMono() const { return m_ch2 < 0; }
     bool isMorphingPresetOpen() const { return m_morphingPresetOpen; }
     // The panel that slides up over the equalizer and morphing sections.
-    QWidget *morphingPresetPanel() const { return m_pMorphingPresetPanel; }
+    ORVChStripMorphingPresetList *morphingPresetList() const { return m_pMorphingPresetList; }
+    ORVD_Manager *morphManager() const { return m_pMorphManager.get(); }
     // Where that panel sits when fully open, at the current scale.
     QRect morphingPresetGeometry() const;
     // False while a morphing parameter has been turned away from the morph position.
@@ -125,7 +130,8 @@ private:
     QList<Binding> m_bindings;
     SectionDimmer *m_pCompressorDimmer;
     SectionDimmer *m_pEqualizerDimmer;
-    QWidget *m_pMorphingPresetPanel = nullptr;
+    std::unique_ptr<ORVD_Manager> m_pMorphManager;
+    ORVChStripMorphingPresetList *m_pMorphingPresetList;
     ReversibleProgress *m_pMorphingPresetSlide;
     bool m_morphingPresetOpen = false;
 };

@@ -14,6 +14,7 @@
 #include "ORVChStrip/MorphMatchMonitor.h"
 #include "ORVChStrip/ORVChStripEditor.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
+#include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ParameterMemory.h"
 
 using namespace CommonController_MemAPI;
@@ -134,6 +135,8 @@ private slots:
     void monoStripShowsAndDrivesOnlyMonoMeters();
     void meterIndexOutsideTheArrayKeepsTheLastValue();
     void morphNameShowsOnTheButton();
+    void pickingAMorphSetSlidesTheListAndDrivesTheStrip();
+    void morphingListSettingsRoundTrip();
 };
 
 void tst_Editor::everyKeyReachesItsControls_data()
@@ -221,7 +224,11 @@ void tst_Editor::formHasEveryNameOnceAndScales()
         QVERIFY2(names.value(name) == 1, qPrintable(name));
 
     host.editor->setScale(2.0);
+    const QWidget *list = host.editor->morphingPresetList();
     for (auto it = design.cbegin(); it != design.cend(); ++it) {
+        // The list lays out its own rows.
+        if (list->isAncestorOf(it.key()))
+            continue;
         const QRect &rect = it.value();
         QCOMPARE(
             it.key()->geometry(), QRect(rect.x() * 2, rect.y() * 2, rect.width() * 2, rect.height() * 2));
@@ -388,6 +395,67 @@ void tst_Editor::morphNameShowsOnTheButton()
     QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(), QStringLiteral("Vocal Air"));
     host.memory.setText(Keys::MorphSystemName, QByteArray());
     QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(), QString());
+}
+
+void tst_Editor::pickingAMorphSetSlidesTheListAndDrivesTheStrip()
+{
+    qputenv("ORVCHSTRIP_MORPH_FOLDER", ORV_FACTORY_MORPH_DIR);
+    Host host;
+    host.editor->show();
+    ORVChStripMorphingPresetList *list = host.editor->morphingPresetList();
+    QVERIFY(!list->isVisible());
+
+    // The list grows upwards from its bottom edge in 20 ms steps.
+    QTest::mouseClick(host.widget("m_pMorphingPresetButton"), Qt::LeftButton);
+    QVERIFY(host.editor->isMorphingPresetOpen());
+    QVERIFY(!host.widget("m_pEqualizerLowGainKnob")->isEnabled());
+    const QRect full = host.editor->morphingPresetGeometry();
+    QCOMPARE(list->geometry().bottom(), full.bottom());
+    QVERIFY(list->height() < full.height() / 2);
+    QTRY_COMPARE(list->geometry(), full);
+
+    // The factory folders come first, closed; open "Vocals" and take its first set.
+    const int vocals = 3;
+    list->selectItem(vocals);
+    QTest::keyClick(list, Qt::Key_Right);
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Return);
+    QVERIFY2(!host.memory.text(Keys::MorphSystemName).isEmpty(), "the set did not reach the host");
+    QVERIFY(!host.editor->isMorphingPresetOpen());
+    QTRY_VERIFY(!list->isVisible());
+    QVERIFY(host.widget("m_pEqualizerLowGainKnob")->isEnabled());
+    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(),
+        QString::fromUtf8(host.memory.text(Keys::MorphSystemName)));
+
+    // Sweeping the morph knob moves the strip through the set's points.
+    const int start = host.memory.value(Keys::CompressorRatio);
+    host.memory.setValueByKey(Keys::MorphValue, 1000);
+    QVERIFY(host.memory.value(Keys::CompressorRatio) != start
+        || host.memory.value(Keys::EqualizerHighGain) != 180);
+    QTRY_VERIFY(host.editor->morphMatches());
+}
+
+void tst_Editor::morphingListSettingsRoundTrip()
+{
+    qputenv("ORVCHSTRIP_MORPH_FOLDER", ORV_FACTORY_MORPH_DIR);
+    QMap<QString, QVariant> kept;
+    {
+        Host host;
+        ORVChStripMorphingPresetList *list = host.editor->morphingPresetList();
+        list->selectItem(1); // Drums
+        list->folderOpen();
+        kept = host.editor->getEditorSettings();
+    }
+    QCOMPARE(kept.value(QStringLiteral("MorphingListFolder2Open")).toBool(), true);
+    QCOMPARE(kept.value(QStringLiteral("MorphingListFolder1Open")).toBool(), false);
+    QCOMPARE(kept.value(QStringLiteral("MorphingListSelected")).toInt(), 1);
+
+    Host next;
+    next.editor->setEditorSettings(kept);
+    QCOMPARE(next.editor->getEditorSettings(), kept);
+    // A map without the list's keys leaves the list alone.
+    next.editor->setEditorSettings({});
+    QCOMPARE(next.editor->getEditorSettings(), kept);
 }
 
 QTEST_MAIN(tst_Editor)
