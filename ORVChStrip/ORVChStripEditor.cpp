@@ -84,7 +84,8 @@ void ORVChStripEditor::buildGraphs()
     // for the compressor, 142 pixels per decade and 22.5 per 6 dB for the
     // equalizer.
     const QPoint compressor(0, 40);
-    m_pCompressorGraph = new ORVChStripCompressorGraph(this, this);
+    m_pCompressorGraph = new ORVChStripCompressorGraph(this);
+    m_pCompressorGraph->setEditor(this);
     m_pCompressorGraph->setObjectName(QStringLiteral("m_pCompressorGraph"));
     m_pCompressorGraph->setGeometry(QRect(compressor + QPoint(127, 41), QSize(191, 191)));
     const struct
@@ -109,7 +110,8 @@ void ORVChStripEditor::buildGraphs()
     }
 
     const QPoint equalizer(408, 40);
-    m_pEqualizerGraph = new ORVChStripEqualizerGraph(this, this);
+    m_pEqualizerGraph = new ORVChStripEqualizerGraph(this);
+    m_pEqualizerGraph->setEditor(this);
     m_pEqualizerGraph->setObjectName(QStringLiteral("m_pEqualizerGraph"));
     m_pEqualizerGraph->setGeometry(QRect(equalizer + QPoint(46, 41), QSize(437, 191)));
     const struct
