@@ -622,22 +622,28 @@ void TestEqualizerGraph::changedBandsMatchAFreshGraph_data()
 {
     QTest::addColumn<QByteArrayList>("keys");
     QTest::addColumn<QList<int>>("values");
+    QTest::addColumn<int>("editTarget");
     QTest::addColumn<double>("ratio");
-    QTest::newRow("one band") << QByteArrayList { EqualizerMiddleGain } << QList<int> { 330 } << 1.0;
-    QTest::newRow("each band, twice") << QByteArrayList { EqualizerLowGain, EqualizerHighFrequency,
-        EqualizerMiddleQuality, EqualizerLowGain, EqualizerHighGain, EqualizerMiddleFrequency }
-                                      << QList<int> { 90, 100, 40, 250, 20, 90 } << 1.0;
+    QTest::newRow("one band") << QByteArrayList { EqualizerMiddleGain } << QList<int> { 330 }
+                              << int(Graph::TargetNone) << 1.0;
+    QTest::newRow("each band, twice")
+        << QByteArrayList { EqualizerLowGain, EqualizerHighFrequency, EqualizerMiddleQuality,
+               EqualizerLowGain, EqualizerHighGain, EqualizerMiddleFrequency }
+        << QList<int> { 90, 100, 40, 250, 20, 90 } << int(Graph::TargetNone) << 1.0;
     QTest::newRow("a band off and on again, dpr 2")
         << QByteArrayList { EqualizerLowGain, EqualizerLowOn, EqualizerMiddleGain, EqualizerLowOn }
-        << QList<int> { 300, 0, 60, 1 } << 2.0;
+        << QList<int> { 300, 0, 60, 1 } << int(Graph::TargetNone) << 2.0;
     QTest::newRow("a band left off") << QByteArrayList { EqualizerHighGain, EqualizerHighOn }
-                                     << QList<int> { 330, 0 } << 1.0;
+                                     << QList<int> { 330, 0 } << int(Graph::TargetNone) << 1.0;
+    QTest::newRow("then a band emphasised")
+        << QByteArrayList { EqualizerLowGain } << QList<int> { 60 } << int(Graph::TargetLow) << 1.0;
 }
 
 void TestEqualizerGraph::changedBandsMatchAFreshGraph()
 {
     QFETCH(QByteArrayList, keys);
     QFETCH(QList<int>, values);
+    QFETCH(int, editTarget);
     QFETCH(double, ratio);
     // One graph follows the changes one repaint at a time, as during a drag...
     Fixture changed;
@@ -646,10 +652,14 @@ void TestEqualizerGraph::changedBandsMatchAFreshGraph()
         changed.memory.setValueByKey(keys[i].constData(), values[i]);
         changed.render(ratio);
     }
-    // ...and must show what a graph that starts from the final values shows.
+    // Once more with nothing changed, which keeps the curves as a layer.
+    changed.render(ratio);
+    changed.graph.setEditTarget(Graph::EditTarget(editTarget));
+    // ...and must show what a graph that starts from the final state shows.
     Fixture fresh;
     for (int i = 0; i < keys.size(); ++i)
         fresh.memory.setValueByKey(keys[i].constData(), values[i]);
+    fresh.graph.setEditTarget(Graph::EditTarget(editTarget));
     const QImage expected = fresh.render(ratio);
     QCOMPARE(changed.render(ratio), expected);
     // A repaint with nothing changed comes from the layer and looks the same.
