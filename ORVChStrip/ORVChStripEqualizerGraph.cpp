@@ -198,10 +198,12 @@ void ORVChStripEqualizerGraph::paintEvent(QPaintEvent *)
     syncPainter();
     if (ensureCurves(ratio)) {
         // New curves are usually followed by more new curves (a drag, a
-        // knob turned): draw them straight over the grid, and keep a layer
-        // only for curves that are shown a second time.
+        // knob turned): draw grid and curves straight onto the widget, and
+        // keep a layer only for curves that are shown a second time. The
+        // grid's few lines cost no more than blending the whole cached
+        // pixmap and touch far less memory, which is what a drag feels.
         m_curveLayerValid = false;
-        painter.drawPixmap(0, 0, m_grid.pixmap(size(), ratio));
+        EqualizerGraphPainter::paintGrid(painter, size());
         m_painter.paintCurves(painter, size(), m_curves);
     } else {
         painter.drawPixmap(0, 0, curveLayer(ratio));
