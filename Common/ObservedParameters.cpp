@@ -13,17 +13,23 @@ ObservedParameters::ObservedParameters(IPrmObserver *observer, std::vector<const
 void ObservedParameters::attach(const EffectEditor *editor, IMemAPI *memAPI, unsigned short ch)
 {
     detach();
-    if (!editor || !memAPI)
-        return;
+    m_pEditor = editor;
     m_pMemAPI = memAPI;
     m_ch = ch;
+    registerObserver();
+}
+
+void ObservedParameters::registerObserver()
+{
+    if (!m_pEditor || !m_pMemAPI)
+        return;
     for (size_t i = 0; i < m_keys.size(); ++i) {
         unsigned short id = 0;
-        if (!editor->getParameter(m_keys[i], &id))
+        if (!m_keys[i] || !m_pEditor->getParameter(m_keys[i], &id))
             continue;
         m_ids[i] = id;
         m_found[i] = true;
-        memAPI->addPrmObserver(id, ch, m_pObserver);
+        m_pMemAPI->addPrmObserver(id, m_ch, m_pObserver);
     }
 }
 
@@ -37,6 +43,30 @@ void ObservedParameters::detach()
     m_pMemAPI = nullptr;
 }
 
+bool ObservedParameters::setEditor(const EffectEditor *editor)
+{
+    if (m_pEditor == editor)
+        return false;
+    attach(editor, m_pMemAPI, m_ch);
+    return true;
+}
+
+bool ObservedParameters::setMemAPI(IMemAPI *memAPI)
+{
+    if (m_pMemAPI == memAPI)
+        return false;
+    attach(m_pEditor, memAPI, m_ch);
+    return true;
+}
+
+bool ObservedParameters::setCh(unsigned short ch)
+{
+    if (m_ch == ch)
+        return false;
+    attach(m_pEditor, m_pMemAPI, ch);
+    return true;
+}
+
 int ObservedParameters::indexOf(unsigned short prmId) const
 {
     for (size_t i = 0; i < m_keys.size(); ++i) {
@@ -44,4 +74,22 @@ int ObservedParameters::indexOf(unsigned short prmId) const
             return int(i);
     }
     return -1;
+}
+
+bool ObservedParameters::read(int index, int *value) const
+{
+    return m_pMemAPI && m_found[index] && m_pMemAPI->getValue(m_ids[index], m_ch, value) >= 0;
+}
+
+bool ObservedParameters::write(int index, int value) const
+{
+    return m_pMemAPI && m_found[index] && m_pMemAPI->setValue(m_ids[index], m_ch, value, 0, 0, 1) >= 0;
+}
+
+bool ObservedParameters::writeText(int index, const char *text) const
+{
+    if (!m_pMemAPI || !m_found[index])
+        return false;
+    int value = 0;
+    return m_pMemAPI->setValueString(m_ids[index], m_ch, text, &value) >= 0 && write(index, value);
 }

@@ -9,7 +9,13 @@ class IPrmObserver;
 // The parameters one observer follows on one channel, named by keys. attach()
 // looks each key up through the editor and registers the observer for those
 // the model knows; detach() unregisters exactly those again. Keys keep their
-// position, so callers index them with their own enums.
+// position, so callers index them with their own enums; a null key is a
+// position that stays unbound.
+//
+// A widget that gets its editor, memory and channel one at a time keeps them
+// here: setEditor(), setMemAPI() and setCh() each register again with what
+// is known so far, and read()/write() reach the bound parameters on the bound
+// channel.
 class ObservedParameters
 {
 public:
@@ -21,17 +27,36 @@ public:
     void attach(const EffectEditor *editor, IMemAPI *memAPI, unsigned short ch);
     void detach();
 
+    // Each returns false, and changes nothing, when the value is the same.
+    bool setEditor(const EffectEditor *editor);
+    bool setMemAPI(IMemAPI *memAPI);
+    bool setCh(unsigned short ch);
+    const EffectEditor *editor() const { return m_pEditor; }
+    // The memory as set, also while no key could be looked up yet.
+    IMemAPI *memAPI() const { return m_pMemAPI; }
+    unsigned short ch() const { return m_ch; }
+
     bool found(int index) const { return m_found[index]; }
     unsigned short id(int index) const { return m_ids[index]; }
     // The position of a found parameter with this id, or -1.
     int indexOf(unsigned short prmId) const;
     int count() const { return int(m_keys.size()); }
 
+    // The host's integer value; false for an unbound parameter or a failed read.
+    bool read(int index, int *value) const;
+    // Writes an integer value as a user edit.
+    bool write(int index, int value) const;
+    // Lets the host parse `text` into its integer value, then writes that.
+    bool writeText(int index, const char *text) const;
+
 private:
+    void registerObserver();
+
     IPrmObserver *m_pObserver;
     std::vector<const char *> m_keys;
     std::vector<unsigned short> m_ids;
     std::vector<bool> m_found;
+    const EffectEditor *m_pEditor = nullptr;
     IMemAPI *m_pMemAPI = nullptr;
     unsigned short m_ch = 0;
 };

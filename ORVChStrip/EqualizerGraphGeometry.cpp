@@ -39,15 +39,6 @@ double EqualizerGraphGeometry::gridX(double ratio) const
     return (margin() + plotWidth()) + plotWidth() * std::log(ratio) / Ln1000;
 }
 
-double EqualizerGraphGeometry::clampFrequency(int band, double f)
-{
-    switch (band) {
-    case LowBand: return std::clamp(f, MinFrequency, 1000.0);
-    case HighBand: return std::clamp(f, 500.0, MaxFrequency);
-    default: return std::clamp(f, MinFrequency, MaxFrequency);
-    }
-}
-
 double EqualizerGraphGeometry::clampGain(double dB)
 {
     return std::clamp(dB, -MaxGainDb, MaxGainDb);

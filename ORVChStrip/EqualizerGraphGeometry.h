@@ -13,9 +13,6 @@
 class EqualizerGraphGeometry
 {
 public:
-    // Bands, numbered as the editor's edit target.
-    enum Band { NoBand = 0, LowBand = 1, MiddleBand = 2, HighBand = 3 };
-
     static constexpr double DesignHeight = 191.0;
     static constexpr double DragDesignHeight = 181.0;
     static constexpr double MinFrequency = 20.0;
@@ -52,8 +49,7 @@ public:
     double hitRadius() const { return 8.0 * m_unit; }
     double handleRadius(bool emphasised) const { return (emphasised ? 5.0 : 4.0) * m_unit; }
 
-    // The range a dragged band may reach.
-    static double clampFrequency(int band, double f);
+    // The range a dragged gain may reach.
     static double clampGain(double dB);
 
 private:

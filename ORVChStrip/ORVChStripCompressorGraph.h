@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QPixmap>
 #include <QWidget>
 
 #include "Common/ObservedParameters.h"
 #include "Interfaces/IPrmObserver.h"
-#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/CompressorGraphPainter.h"
+#include "ORVChStrip/Filter/CompressorCurve.h"
+#include "ORVChStrip/GraphGridCache.h"
 
 class EffectEditor;
 class IMemAPI;
@@ -13,21 +14,23 @@ class IMemAPI;
 // The compressor's static transfer curve (output against input level, -60 to
 // 0 dB on both axes) for one channel. It keeps no values of its own: every
 // paint reads ratio, knee, threshold offset and drive from the host.
+//
+// A form creates it with its parent alone; the editor then hands itself over
+// with setEditor(), through which the parameter keys are looked up.
 class ORVChStripCompressorGraph : public QWidget, public IPrmObserver
 {
     Q_OBJECT
 
 public:
-    explicit ORVChStripCompressorGraph(QWidget *parent = nullptr, EffectEditor *editor = nullptr);
-    // The editor whose parameter lookups the graph uses.
-    void setEditor(EffectEditor *editor) { m_pEditor = editor; }
+    explicit ORVChStripCompressorGraph(QWidget *parent = nullptr);
     ~ORVChStripCompressorGraph() override;
 
+    void setEditor(EffectEditor *editor);
     void setMemAPI(IMemAPI *memAPI);
     void setCh(int ch);
 
-    IMemAPI *memAPI() const { return m_pMemAPI; }
-    int ch() const { return m_ch; }
+    IMemAPI *memAPI() const { return m_parameters.memAPI(); }
+    int ch() const { return m_parameters.ch(); }
     // The host's current values; defaults without a memory.
     CompressorCurve::Settings currentSettings() const;
 
@@ -45,14 +48,7 @@ protected:
 private:
     enum Parameter { Ratio, Knee, ThresholdOffset, Drive, ParameterCount };
 
-    void addObservers();
-    void removeObservers();
-    bool readValue(Parameter parameter, int *value) const;
-    void ensureGridLayer(double devicePixelRatio);
-
-    EffectEditor *m_pEditor;
-    IMemAPI *m_pMemAPI = nullptr;
-    int m_ch = 0;
     ObservedParameters m_parameters;
-    QPixmap m_gridLayer;
+    CompressorGraphPainter m_painter;
+    GraphGridCache m_grid;
 };

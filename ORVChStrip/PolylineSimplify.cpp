@@ -18,19 +18,22 @@ QPolygonF simplifiedPolyline(const QPolygonF &points, double tolerance)
         spans.pop_back();
         const QPointF a = points[first];
         const QPointF d = points[last] - a;
-        const double length = std::hypot(d.x(), d.y());
+        const double length = std::sqrt(d.x() * d.x() + d.y() * d.y());
+        // Within a span the farthest point is the one with the largest cross
+        // product (or, for a closed span, distance), so the loop only compares
+        // those and divides once.
         double worst = -1.0;
         int worstIndex = -1;
         for (int i = first + 1; i < last; ++i) {
             const QPointF v = points[i] - a;
-            const double distance
-                = length > 0.0 ? std::abs(d.x() * v.y() - d.y() * v.x()) / length : std::hypot(v.x(), v.y());
-            if (distance > worst) {
-                worst = distance;
+            const double measure = length > 0.0 ? std::abs(d.x() * v.y() - d.y() * v.x())
+                                                : std::sqrt(v.x() * v.x() + v.y() * v.y());
+            if (measure > worst) {
+                worst = measure;
                 worstIndex = i;
             }
         }
-        if (worstIndex < 0 || worst <= tolerance)
+        if (worstIndex < 0 || (length > 0.0 ? worst / length : worst) <= tolerance)
             continue;
         keep[worstIndex] = true;
         spans.push_back({ first, worstIndex });

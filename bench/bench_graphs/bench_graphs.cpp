@@ -1,5 +1,6 @@
 // Times one repaint of the equalizer and the compressor graph at editor
-// scales 1 and 2, beside painting the equalizer's curves from points computed
+// scales 1 and 2, and the equalizer's repaint after a band change (every step
+// of a drag), beside painting the equalizer's curves from points computed
 // beforehand (the floor that a repaint cannot go below).
 
 #include <QApplication>
@@ -11,13 +12,17 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "Common/EffectEditor.h"
 #include "HostModel.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
 #include "ORVChStrip/EqualizerGraphCurves.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
+#include "ORVChStrip/EqualizerGraphPainter.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ParameterMemory.h"
@@ -42,6 +47,35 @@ double medianMicroseconds(const std::function<void()> &work)
     return samples[samples.size() / 2];
 }
 
+double median(std::vector<double> samples)
+{
+    std::nth_element(samples.begin(), samples.begin() + samples.size() / 2, samples.end());
+    return samples[samples.size() / 2];
+}
+
+// Medians of two pieces of work timed in turns, so that a machine whose load
+// changes during the run slows both alike and their ratio stays meaningful.
+std::pair<double, double> interleavedMedians(
+    const std::function<void()> &first, const std::function<void()> &second)
+{
+    for (int i = 0; i < 10; ++i) {
+        first();
+        second();
+    }
+    std::vector<double> firstSamples;
+    std::vector<double> secondSamples;
+    QElapsedTimer timer;
+    for (int i = 0; i < Iterations; ++i) {
+        timer.start();
+        first();
+        firstSamples.push_back(timer.nsecsElapsed() / 1000.0);
+        timer.start();
+        second();
+        secondSamples.push_back(timer.nsecsElapsed() / 1000.0);
+    }
+    return { median(firstSamples), median(secondSamples) };
+}
+
 struct Figures
 {
     double eqRepaint;
@@ -51,32 +85,12 @@ struct Figures
     double compRepaint;
 };
 
-// The same curves, pens and clip as the graph, without its grid, handles or math.
-void paintCurves(
-    QPaintDevice *device, const EqualizerGraphGeometry &geometry, const EqualizerGraphCurves &curves)
-{
-    static const QColor bandColors[] = { { 241, 90, 36 }, { 146, 70, 211 }, { 5, 146, 224 } };
-    QPainter painter(device);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setClipRect(geometry.plotRect());
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(255, 255, 255, 40));
-    painter.drawPolygon(curves.totalPoints());
-    painter.setBrush(Qt::NoBrush);
-    for (int b = 0; b < EqualizerGraphCurves::BandCount; ++b) {
-        painter.setPen(QPen(bandColors[b], geometry.unit(), Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
-        painter.drawPolyline(curves.bandPoints(b));
-    }
-    const QPolygonF &total = curves.totalPoints();
-    painter.setPen(QPen(Qt::white, 2.0 * geometry.unit(), Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
-    painter.drawPolyline(total.constData() + 1, int(total.size()) - 2);
-}
-
 Figures measure(double scale, ParameterMemory *memory, EffectEditor *editor)
 {
     Figures figures {};
 
-    ORVChStripEqualizerGraph eq(nullptr, editor);
+    ORVChStripEqualizerGraph eq;
+    eq.setEditor(editor);
     eq.resize(QSize(450, 191) * scale);
     eq.setMemAPI(memory);
     QPixmap eqPixmap(eq.size());
@@ -84,30 +98,29 @@ Figures measure(double scale, ParameterMemory *memory, EffectEditor *editor)
     figures.eqRepaint
         = medianMicroseconds([&] { eq.render(&eqPixmap, QPoint(), QRegion(), QWidget::DrawChildren); });
 
-    // A repaint after a gain change: the curves are computed and drawn anew.
-    int step = 0;
-    figures.eqChangedRepaint = medianMicroseconds([&] {
-        memory->setValueByKey("fx_eq_midgain", 270 + (++step % 2));
-        eq.render(&eqPixmap, QPoint(), QRegion(), QWidget::DrawChildren);
-    });
-
     const EqualizerGraphGeometry geometry(eq.width(), eq.height());
     EqualizerGraphCurves curves;
-    curves.compute(geometry, eq.fs(),
-        { { { &eq.filter(ORVChStripEqualizerGraph::TargetLow), true },
-            { &eq.filter(ORVChStripEqualizerGraph::TargetMiddle), true },
-            { &eq.filter(ORVChStripEqualizerGraph::TargetHigh), true } } });
-    figures.eqMath = medianMicroseconds([&] {
-        curves.compute(geometry, eq.fs(),
-            { { { &eq.filter(ORVChStripEqualizerGraph::TargetLow), true },
-                { &eq.filter(ORVChStripEqualizerGraph::TargetMiddle), true },
-                { &eq.filter(ORVChStripEqualizerGraph::TargetHigh), true } } });
-    });
+    figures.eqMath = medianMicroseconds([&] { curves.compute(geometry, eq.fs(), eq.bands()); });
+
+    // A repaint after a gain change, as at every step of a drag, beside the
+    // floor: the same curves, pens and clip as the graph, from points
+    // computed beforehand, without grid, handles or math.
+    int step = 0;
+    const EqualizerGraphPainter painter;
     QPixmap floorPixmap(eq.size());
     floorPixmap.fill(Qt::black);
-    figures.eqPathsOnly = medianMicroseconds([&] { paintCurves(&floorPixmap, geometry, curves); });
+    std::tie(figures.eqChangedRepaint, figures.eqPathsOnly) = interleavedMedians(
+        [&] {
+            memory->setValueByKey(ChannelStripKeys::EqualizerMiddleGain, 270 + (++step % 2));
+            eq.render(&eqPixmap, QPoint(), QRegion(), QWidget::DrawChildren);
+        },
+        [&] {
+            QPainter p(&floorPixmap);
+            painter.paintCurves(p, eq.size(), curves);
+        });
 
-    ORVChStripCompressorGraph comp(nullptr, editor);
+    ORVChStripCompressorGraph comp;
+    comp.setEditor(editor);
     comp.resize(QSize(212, 191) * scale);
     comp.setMemAPI(memory);
     QPixmap compPixmap(comp.size());
@@ -128,12 +141,12 @@ int main(int argc, char **argv)
 
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
-    memory.setValueText("fx_eq_lsvgain", QStringLiteral("-6"));
-    memory.setValueText("fx_eq_midgain", QStringLiteral("9"));
-    memory.setValueText("fx_eq_midqual", QStringLiteral("2"));
-    memory.setValueText("fx_eq_hsvgain", QStringLiteral("4"));
-    memory.setValueText("fx_cmp_rto", QStringLiteral("8:1"));
-    memory.setValueText("fx_cmp_drv", QStringLiteral("8"));
+    memory.setValueText(ChannelStripKeys::EqualizerLowGain, QStringLiteral("-6"));
+    memory.setValueText(ChannelStripKeys::EqualizerMiddleGain, QStringLiteral("9"));
+    memory.setValueText(ChannelStripKeys::EqualizerMiddleQuality, QStringLiteral("2"));
+    memory.setValueText(ChannelStripKeys::EqualizerHighGain, QStringLiteral("4"));
+    memory.setValueText(ChannelStripKeys::CompressorRatio, QStringLiteral("8:1"));
+    memory.setValueText(ChannelStripKeys::CompressorDrive, QStringLiteral("8"));
     MinimalEditor editor;
     editor.setModelInfo(&model);
 
@@ -146,6 +159,8 @@ int main(int argc, char **argv)
             { QStringLiteral("eq_repaint_us_scale2"), two.eqRepaint },
             { QStringLiteral("eq_paths_only_us_scale1"), one.eqPathsOnly },
             { QStringLiteral("eq_paths_only_us_scale2"), two.eqPathsOnly },
+            { QStringLiteral("eq_change_repaint_us_scale1"), one.eqChangedRepaint },
+            { QStringLiteral("eq_change_repaint_us_scale2"), two.eqChangedRepaint },
             { QStringLiteral("comp_repaint_us_scale1"), one.compRepaint },
             { QStringLiteral("comp_repaint_us_scale2"), two.compRepaint },
         };
@@ -161,7 +176,9 @@ int main(int argc, char **argv)
         two.eqRepaint / two.eqPathsOnly);
     std::printf("%-36s %12.1f %12.1f\n", "equalizer repaint after a change", one.eqChangedRepaint,
         two.eqChangedRepaint);
-    std::printf("%-36s %12.1f %12.1f\n", "  of which the curve math", one.eqMath, two.eqMath);
+    std::printf("%-36s %12.2f %12.2f\n", "  change / curves (limit 1.5)",
+        one.eqChangedRepaint / one.eqPathsOnly, two.eqChangedRepaint / two.eqPathsOnly);
+    std::printf("%-36s %12.1f %12.1f\n", "all three bands' curve math", one.eqMath, two.eqMath);
     std::printf("%-36s %12.1f %12.1f\n", "compressor repaint (212 x 191)", one.compRepaint, two.compRepaint);
     return 0;
 }

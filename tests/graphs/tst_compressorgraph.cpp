@@ -3,8 +3,10 @@
 #include <cmath>
 
 #include "HostModel.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
-#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/CompressorGraphPainter.h"
+#include "ORVChStrip/Filter/CompressorCurve.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ParameterMemory.h"
 
@@ -33,9 +35,12 @@ private slots:
     void identityCases_data();
     void identityCases();
     void outline();
+    void observers_data();
     void observers();
-    void paintsTheArea_data();
-    void paintsTheArea();
+    void painterDrawsTheArea_data();
+    void painterDrawsTheArea();
+    void widgetShowsThePainterImage_data();
+    void widgetShowsThePainterImage();
 };
 
 void TestCompressorGraph::effectiveThreshold_data()
@@ -123,7 +128,7 @@ void TestCompressorGraph::outline()
     QCOMPARE(CompressorCurve::ratio(121), 0.0);
 
     const QSizeF size(191, 191);
-    const QPolygonF points = CompressorCurve::outline(size, 2, { 100, 0, 40, 0 });
+    const QPolygonF points = CompressorGraphPainter::outline(size, 2, { 100, 0, 40, 0 });
     QVERIFY(points.size() > 600);
     QCOMPARE(points.first(), QPointF(196, 196));
     QCOMPARE(points.last(), QPointF(196, 196));
@@ -135,31 +140,45 @@ void TestCompressorGraph::outline()
     QVERIFY(points[points.size() - 2].x() > 191.0);
 }
 
+void TestCompressorGraph::observers_data()
+{
+    QTest::addColumn<bool>("editorFirst");
+    QTest::newRow("editor, then memory") << true;
+    // As a form builds it: the memory may arrive before the editor.
+    QTest::newRow("memory, then editor") << false;
+}
+
 void TestCompressorGraph::observers()
 {
+    QFETCH(bool, editorFirst);
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
     MinimalEditor editor;
     editor.setModelInfo(&model);
-    const unsigned short ratioId = model.parameterId("fx_cmp_rto");
+    const unsigned short ratioId = model.parameterId(ChannelStripKeys::CompressorRatio);
     {
-        ORVChStripCompressorGraph graph(nullptr, &editor);
+        ORVChStripCompressorGraph graph;
+        if (editorFirst)
+            graph.setEditor(&editor);
         graph.setMemAPI(&memory);
+        QCOMPARE(memory.totalObserverCount(), editorFirst ? 4 : 0);
+        graph.setEditor(&editor);
         QCOMPARE(memory.totalObserverCount(), 4);
         QCOMPARE(memory.observerCount(ratioId, 0), 1);
         graph.setCh(1);
         QCOMPARE(memory.observerCount(ratioId, 0), 0);
         QCOMPARE(memory.observerCount(ratioId, 1), 1);
-        memory.setValueByKey("fx_cmp_rto", 80, 1);
+        memory.setValueByKey(ChannelStripKeys::CompressorRatio, 80, 1);
         QCOMPARE(graph.currentSettings().ratioIndex, 80);
         graph.setMemAPI(nullptr);
         QCOMPARE(memory.totalObserverCount(), 0);
+        QCOMPARE(graph.currentSettings().ratioIndex, CompressorCurve::Settings().ratioIndex);
         graph.setMemAPI(&memory);
     }
     QCOMPARE(memory.totalObserverCount(), 0);
 }
 
-void TestCompressorGraph::paintsTheArea_data()
+void TestCompressorGraph::painterDrawsTheArea_data()
 {
     QTest::addColumn<double>("scale");
     QTest::addColumn<double>("ratio");
@@ -169,24 +188,22 @@ void TestCompressorGraph::paintsTheArea_data()
     QTest::newRow("scale 1.5") << 1.5 << 1.0;
 }
 
-void TestCompressorGraph::paintsTheArea()
+void TestCompressorGraph::painterDrawsTheArea()
 {
     QFETCH(double, scale);
     QFETCH(double, ratio);
-    HostModel model = HostModel::channelStrip();
-    ParameterMemory memory(&model);
-    MinimalEditor editor;
-    editor.setModelInfo(&model);
-    ORVChStripCompressorGraph graph(nullptr, &editor);
-    graph.resize(QSize(191, 191) * scale);
-    graph.setMemAPI(&memory);
-    memory.setValueByKey("fx_cmp_trsofst", 100); // T = 0 dB, no drive: the diagonal
-
-    QPixmap pixmap(graph.size() * ratio);
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::black);
-    graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
-    const QImage image = pixmap.toImage();
+    const QSize size = QSize(191, 191) * scale;
+    QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    const auto paint = [&](bool enabled) {
+        image.fill(Qt::black);
+        CompressorGraphPainter painter;
+        painter.setEnabled(enabled);
+        QPainter p(&image);
+        // T = 0 dB, no drive: the diagonal.
+        painter.paint(p, size, { 100, 0, 40, CompressorCurve::Soft });
+    };
+    paint(true);
     const auto at = [&](double fx, double fy) {
         return image.pixelColor(int(fx * image.width()), int(fy * image.height()));
     };
@@ -203,16 +220,61 @@ void TestCompressorGraph::paintsTheArea()
     int left = 0;
     while (left < image.width() && image.pixelColor(left, y) == QColor(Qt::black))
         ++left;
-    QCOMPARE(image.pixelColor(left, y), QColor(74, 76, 82));
     const int expectedWidth = qMax(1, qRound(scale * ratio));
     for (int i = 0; i < expectedWidth; ++i)
         QCOMPARE(image.pixelColor(left + i, y), QColor(74, 76, 82));
     QCOMPARE(image.pixelColor(left + expectedWidth, y), QColor(Qt::black));
 
-    graph.setEnabled(false);
-    pixmap.fill(Qt::black);
-    graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
-    QCOMPARE(pixmap.toImage().pixelColor(image.width() / 2, image.height() / 2), QColor(128, 128, 128));
+    paint(false);
+    QCOMPARE(image.pixelColor(image.width() / 2, image.height() / 2), QColor(128, 128, 128));
+}
+
+void TestCompressorGraph::widgetShowsThePainterImage_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<bool>("enabled");
+    QTest::newRow("dpr 1") << 1.0 << true;
+    QTest::newRow("dpr 2") << 2.0 << true;
+    QTest::newRow("disabled") << 1.0 << false;
+}
+
+void TestCompressorGraph::widgetShowsThePainterImage()
+{
+    QFETCH(double, ratio);
+    QFETCH(bool, enabled);
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    MinimalEditor editor;
+    editor.setModelInfo(&model);
+    ORVChStripCompressorGraph graph;
+    graph.setEditor(&editor);
+    graph.resize(212, 191);
+    graph.setMemAPI(&memory);
+    graph.setEnabled(enabled);
+    memory.setValueByKey(ChannelStripKeys::CompressorRatio, 80);
+    memory.setValueByKey(ChannelStripKeys::CompressorDrive, 40);
+    memory.setValueByKey(ChannelStripKeys::CompressorKnee, CompressorCurve::Medium);
+
+    // Twice, so that the second repaint comes from the grid cache.
+    QImage shown;
+    for (int i = 0; i < 2; ++i) {
+        QPixmap pixmap(graph.size() * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::black);
+        graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
+        shown = pixmap.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    }
+    QPixmap expected(graph.size() * ratio);
+    expected.setDevicePixelRatio(ratio);
+    expected.fill(Qt::black);
+    CompressorGraphPainter painter;
+    painter.setEnabled(enabled);
+    {
+        QPainter p(&expected);
+        painter.paint(p, graph.size(), graph.currentSettings());
+    }
+    QCOMPARE(graph.currentSettings().ratioIndex, 80);
+    QCOMPARE(shown, expected.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied));
 }
 
 QTEST_MAIN(TestCompressorGraph)

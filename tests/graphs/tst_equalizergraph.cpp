@@ -4,15 +4,18 @@
 #include <cmath>
 
 #include "HostModel.h"
-#include "Interfaces/ChannelStripValueTables.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
 #include "ORVChStrip/EqualizerGraphCurves.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
+#include "ORVChStrip/EqualizerGraphPainter.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/PolylineSimplify.h"
 #include "ParameterMemory.h"
 
 using Graph = ORVChStripEqualizerGraph;
+using Band = EqualizerGraphBand;
+using namespace ChannelStripKeys;
 
 namespace {
 
@@ -33,27 +36,17 @@ struct Plot
     double y(double dB) const { return m() + hh() * (1.0 - dB / 24.0); }
 };
 
-int nearestFrequencyStep(double f)
-{
-    int best = 0;
-    for (int i = 1; i < ChannelStripTables::FreqCount; ++i) {
-        if (std::abs(ChannelStripTables::FreqTable[i] - f)
-            < std::abs(ChannelStripTables::FreqTable[best] - f))
-            best = i;
-    }
-    return best;
-}
-
 struct Fixture
 {
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory { &model };
     MinimalEditor editor;
-    Graph graph { nullptr, &editor };
+    Graph graph;
 
     explicit Fixture(QSize size = QSize(437, 191))
     {
         editor.setModelInfo(&model);
+        graph.setEditor(&editor);
         graph.resize(size);
         graph.setMemAPI(&memory);
     }
@@ -64,7 +57,32 @@ struct Fixture
     }
     QPoint handle(Graph::EditTarget band) const { return graph.getTargetPoint(band).toPoint(); }
     int value(const char *key) const { return memory.value(key); }
+    const Band &band(Band::Shape shape) const { return graph.bands()[shape]; }
+    QImage render(double ratio = 1.0)
+    {
+        QPixmap pixmap(graph.size() * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::black);
+        graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
+        return pixmap.toImage();
+    }
 };
+
+// Bands as the graph holds them after reading these host values at `fs`.
+EqualizerGraphBands bandsAt(double fs, int lowGain, int middleGain, int middleQ, bool highOn)
+{
+    EqualizerGraphBands bands { { Band(Band::LowShelf), Band(Band::Peak), Band(Band::HighShelf) } };
+    bands[Band::LowShelf].applyValue(Band::Frequency, 32); // 100 Hz
+    bands[Band::LowShelf].applyValue(Band::Gain, lowGain);
+    bands[Band::Peak].applyValue(Band::Frequency, 72); // 1 kHz
+    bands[Band::Peak].applyValue(Band::Gain, middleGain);
+    bands[Band::Peak].applyValue(Band::Quality, middleQ);
+    bands[Band::HighShelf].applyValue(Band::On, highOn);
+    bands[Band::HighShelf].applyValue(Band::Frequency, 112); // 10 kHz
+    for (Band &band : bands)
+        band.setSampleRate(fs);
+    return bands;
+}
 
 void sendWheel(QWidget *widget, const QPoint &pos, const QPoint &angle, Qt::KeyboardModifiers modifiers)
 {
@@ -86,35 +104,42 @@ private slots:
     void totalCurveSpansThePlot_data();
     void totalCurveSpansThePlot();
     void registrationAndUpdates();
-    void handleGeometry_data();
-    void handleGeometry();
+    void editorHandedOverLater_data();
+    void editorHandedOverLater();
+    void handleCentres_data();
+    void handleCentres();
     void hitPriority_data();
     void hitPriority();
-    void dragWritesFrequencyAndGain();
+    void dragWritesTheSteps_data();
+    void dragWritesTheSteps();
     void dragClamps_data();
     void dragClamps();
     void qualityDragWithAlt();
     void wheelSteps_data();
     void wheelSteps();
     void hoverCursorAndLeave();
-    void pixels_data();
-    void pixels();
+    void painterDraws_data();
+    void painterDraws();
+    void changedBandsMatchAFreshGraph_data();
+    void changedBandsMatchAFreshGraph();
 };
 
 void TestEqualizerGraph::beforeAnyMemory()
 {
-    MinimalEditor editor;
-    Graph graph(nullptr, &editor);
+    Graph graph;
     QCOMPARE(graph.fs(), 44100);
-    QCOMPARE(graph.bandFrequency(Graph::TargetHigh), 1.0);
-    for (auto band : { Graph::TargetLow, Graph::TargetMiddle, Graph::TargetHigh })
-        QCOMPARE(graph.filter(band).power(1000, 44100), -100.0);
+    QCOMPARE(graph.bands()[Band::HighShelf].frequency(), 1.0);
+    for (const Band &band : graph.bands())
+        QCOMPARE(band.filter().power(1000, 44100), -100.0);
+    // Neither a memory without an editor nor an editor without a memory
+    // looks anything up.
+    MinimalEditor editor;
+    graph.setEditor(&editor);
+    QCOMPARE(graph.bands()[Band::Peak].filter().power(1000, 44100), -100.0);
 
     graph.setFs(32000);
-    QCOMPARE(graph.filter(Graph::TargetLow).power(1000, 32000), 0.0);
-    // A 16 kHz shelf is beyond the guard at 32 kHz: drawn flat.
-    graph.setMemAPI(nullptr);
-    graph.Update(0, 0, 0, nullptr);
+    QCOMPARE(graph.bands()[Band::LowShelf].filter().power(1000, 32000), 0.0);
+    QCOMPARE(graph.Update(0, 0, 0, nullptr), 0);
 }
 
 void TestEqualizerGraph::simplifiedCurvesStayClose()
@@ -145,27 +170,23 @@ void TestEqualizerGraph::simplifiedCurvesStayClose()
 
 void TestEqualizerGraph::totalCurveSpansThePlot_data()
 {
-    QTest::addColumn<double>("lowGain");
+    QTest::addColumn<int>("lowGain");
     QTest::addColumn<double>("devicePixelRatio");
-    QTest::newRow("flat start") << 0.0 << 1.0;
-    QTest::newRow("flat start, ratio 2") << 0.0 << 2.0;
-    QTest::newRow("shelved start") << -6.0 << 1.0;
+    QTest::newRow("flat start") << 180 << 1.0;
+    QTest::newRow("flat start, ratio 2") << 180 << 2.0;
+    QTest::newRow("shelved start") << 120 << 1.0;
 }
 
 void TestEqualizerGraph::totalCurveSpansThePlot()
 {
-    QFETCH(double, lowGain);
+    QFETCH(int, lowGain);
     QFETCH(double, devicePixelRatio);
-    FILTER2PEQ low;
-    FILTER2PEQ middle;
-    low.initializeFilterProc(48000);
-    middle.initializeFilterProc(48000);
-    low.setCoefLowShelf_C(48000, 100, lowGain, 0.32, 18.0);
-    middle.setCoefPEQ_C(48000, 1000, 9.0, 4.0, 0.7, 18.0); // narrow: flat far from 1 kHz
+    // A narrow middle band (Q 4, +9 dB at 1 kHz) is flat far from 1 kHz.
+    const EqualizerGraphBands bands = bandsAt(48000, lowGain, 270, 36, false);
     const EqualizerGraphGeometry geometry(900, 382);
     EqualizerGraphCurves curves;
-    curves.compute(
-        geometry, 48000, { { { &low, true }, { &middle, true }, { nullptr, false } } }, devicePixelRatio);
+    curves.compute(geometry, 48000, bands, devicePixelRatio);
+    QVERIFY(curves.bandPoints(Band::HighShelf).isEmpty());
 
     // Between its two anchors on the 0 dB line, the total runs from the
     // plot's left edge to its right edge, however flat its ends are.
@@ -175,9 +196,10 @@ void TestEqualizerGraph::totalCurveSpansThePlot()
     QCOMPARE(total.last().y(), geometry.zeroDbY());
     QVERIFY(total.at(1).x() <= geometry.margin());
     QVERIFY(total.at(total.size() - 2).x() >= geometry.margin() + geometry.plotWidth());
+    const double f = geometry.frequencyAtOffset(total.at(1).x() - geometry.margin());
     QCOMPARE(total.at(1).y(),
-        geometry.yForGain(low.power(geometry.frequencyAtOffset(total.at(1).x() - geometry.margin()), 48000)
-            + middle.power(geometry.frequencyAtOffset(total.at(1).x() - geometry.margin()), 48000)));
+        geometry.yForGain(
+            bands[Band::LowShelf].filter().power(f, 48000) + bands[Band::Peak].filter().power(f, 48000)));
 }
 
 void TestEqualizerGraph::registrationAndUpdates()
@@ -185,65 +207,136 @@ void TestEqualizerGraph::registrationAndUpdates()
     const auto fixture = std::make_unique<Fixture>();
     Graph &graph = fixture->graph;
     ParameterMemory &memory = fixture->memory;
+    const auto &bands = graph.bands();
     QCOMPARE(memory.totalObserverCount(), 10);
-    QCOMPARE(graph.bandFrequency(Graph::TargetLow), 100.0);
-    QCOMPARE(graph.bandFrequency(Graph::TargetMiddle), 1000.0);
-    QCOMPARE(graph.bandFrequency(Graph::TargetHigh), 10000.0);
-    QCOMPARE(graph.middleQ(), 1.0);
+    QCOMPARE(bands[Band::LowShelf].frequency(), 100.0);
+    QCOMPARE(bands[Band::Peak].frequency(), 1000.0);
+    QCOMPARE(bands[Band::HighShelf].frequency(), 10000.0);
+    QCOMPARE(bands[Band::Peak].quality(), 1.0);
 
-    memory.setValueByKey("fx_eq_midgain", 300);
-    QVERIFY(std::abs(graph.bandGain(Graph::TargetMiddle) - 12.0) < 1e-9);
-    QVERIFY(std::abs(graph.filter(Graph::TargetMiddle).power(1000, 44100) - 12.0) < 1e-6);
-    memory.setValueByKey("fx_eq_midgain", 330, 1);
-    QVERIFY(std::abs(graph.bandGain(Graph::TargetMiddle) - 12.0) < 1e-9);
+    memory.setValueByKey(EqualizerMiddleGain, 300);
+    QVERIFY(std::abs(bands[Band::Peak].gain() - 12.0) < 1e-9);
+    QVERIFY(std::abs(bands[Band::Peak].filter().power(1000, 44100) - 12.0) < 1e-6);
+    memory.setValueByKey(EqualizerMiddleGain, 330, 1);
+    QVERIFY(std::abs(bands[Band::Peak].gain() - 12.0) < 1e-9);
 
     // Out-of-range values fall back to each parameter's default.
     const HostModel &model = fixture->model;
-    graph.Update(model.parameterId("fx_eq_hsvfrq"), 0, 125, "");
-    graph.Update(model.parameterId("fx_eq_midqual"), 0, -1, "");
-    graph.Update(model.parameterId("fx_eq_lsvgain"), 0, 361, "");
-    QCOMPARE(graph.bandFrequency(Graph::TargetHigh), 10000.0);
-    QCOMPARE(graph.middleQ(), 1.0);
-    QCOMPARE(graph.bandGain(Graph::TargetLow), 0.0);
+    graph.Update(model.parameterId(EqualizerHighFrequency), 0, 125, "");
+    graph.Update(model.parameterId(EqualizerMiddleQuality), 0, -1, "");
+    graph.Update(model.parameterId(EqualizerLowGain), 0, 361, "");
+    graph.Update(model.parameterId(EqualizerLowFrequency), 0, -1, "");
+    QCOMPARE(bands[Band::HighShelf].frequency(), 10000.0);
+    QCOMPARE(bands[Band::Peak].quality(), 1.0);
+    QCOMPARE(bands[Band::LowShelf].gain(), 0.0);
+    QCOMPARE(bands[Band::LowShelf].frequency(), 100.0);
 
     // A new rate recomputes every band: the 16 kHz shelf is then flat.
-    memory.setValueByKey("fx_eq_hsvfrq", 120);
-    memory.setValueByKey("fx_eq_hsvgain", 300);
-    QVERIFY(graph.filter(Graph::TargetHigh).power(15000, 44100) > 5.0);
+    memory.setValueByKey(EqualizerHighFrequency, 120);
+    memory.setValueByKey(EqualizerHighGain, 300);
+    QVERIFY(bands[Band::HighShelf].filter().power(15000, 44100) > 5.0);
     graph.setFs(32000);
-    QCOMPARE(graph.filter(Graph::TargetHigh).power(15000, 32000), 0.0);
+    QCOMPARE(bands[Band::HighShelf].filter().power(15000, 32000), 0.0);
 
     graph.setCh(1);
-    QCOMPARE(memory.observerCount(model.parameterId("fx_eq_midgain"), 0), 0);
-    QCOMPARE(memory.observerCount(model.parameterId("fx_eq_midgain"), 1), 1);
-    QVERIFY(std::abs(graph.bandGain(Graph::TargetMiddle) - 15.0) < 1e-9);
+    QCOMPARE(memory.observerCount(model.parameterId(EqualizerMiddleGain), 0), 0);
+    QCOMPARE(memory.observerCount(model.parameterId(EqualizerMiddleGain), 1), 1);
+    QVERIFY(std::abs(bands[Band::Peak].gain() - 15.0) < 1e-9);
 
     // A second graph on the same memory leaves no observer behind.
-    auto second = std::make_unique<Graph>(nullptr, &fixture->editor);
+    auto second = std::make_unique<Graph>();
+    second->setEditor(&fixture->editor);
     second->setMemAPI(&memory);
     QCOMPARE(memory.totalObserverCount(), 20);
     second.reset();
     QCOMPARE(memory.totalObserverCount(), 10);
 }
 
-void TestEqualizerGraph::handleGeometry_data()
+void TestEqualizerGraph::editorHandedOverLater_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("design") << QSize(437, 191);
-    QTest::newRow("scale 2") << QSize(874, 382);
-    QTest::newRow("bench size") << QSize(450, 191);
+    QTest::addColumn<QString>("order");
+    QTest::newRow("editor, memory, channel") << QStringLiteral("emc");
+    QTest::newRow("memory, editor, channel") << QStringLiteral("mec");
+    QTest::newRow("channel, memory, editor") << QStringLiteral("cme");
 }
 
-void TestEqualizerGraph::handleGeometry()
+void TestEqualizerGraph::editorHandedOverLater()
+{
+    QFETCH(QString, order);
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    MinimalEditor editor;
+    editor.setModelInfo(&model);
+    memory.setValueByKey(EqualizerMiddleGain, 300, 1);   // +12 dB
+    memory.setValueByKey(EqualizerMiddleQuality, 24, 1); // Q 2
+
+    // As a form builds it: the parent first, the rest in any order.
+    QWidget form;
+    auto *graph = new Graph(&form);
+    for (QChar step : order) {
+        if (step == u'e')
+            graph->setEditor(&editor);
+        else if (step == u'm')
+            graph->setMemAPI(&memory);
+        else
+            graph->setCh(1);
+    }
+    QCOMPARE(memory.totalObserverCount(), 10);
+    QCOMPARE(memory.observerCount(model.parameterId(EqualizerLowOn), 1), 1);
+    QCOMPARE(memory.observerCount(model.parameterId(EqualizerHighGain), 1), 1);
+    QCOMPARE(graph->bands()[Band::Peak].gain(), 12.0);
+    QCOMPARE(graph->bands()[Band::Peak].quality(), 2.0);
+
+    memory.setValueByKey(EqualizerMiddleGain, 240, 1);
+    QCOMPARE(graph->bands()[Band::Peak].gain(), 6.0);
+    QVERIFY(std::abs(graph->bands()[Band::Peak].filter().power(1000, 44100) - 6.0) < 1e-6);
+    delete graph;
+    QCOMPARE(memory.totalObserverCount(), 0);
+}
+
+void TestEqualizerGraph::handleCentres_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("target");
+    QTest::addColumn<QByteArray>("frequencyKey");
+    QTest::addColumn<int>("frequencyStep");
+    QTest::addColumn<QByteArray>("gainKey");
+    QTest::addColumn<int>("gainStep");
+    QTest::addColumn<QPointF>("centre");
+    // Worked out by hand from the plot's design: unit h/191, margin 5.5
+    // units, 20 Hz..20 kHz over w - 11 units, +-24 dB over h - 11 units.
+    QTest::newRow("middle 1 kHz +18 dB")
+        << QSize(437, 191) << int(Graph::TargetMiddle) << QByteArray(EqualizerMiddleFrequency) << 72
+        << QByteArray(EqualizerMiddleGain) << 360 << QPointF(246.7537406157, 28.0);
+    QTest::newRow("low 100 Hz -6 dB")
+        << QSize(437, 191) << int(Graph::TargetLow) << QByteArray(EqualizerLowFrequency) << 32
+        << QByteArray(EqualizerLowGain) << 120 << QPointF(104.7537406157, 118.0);
+    QTest::newRow("high 10 kHz +4.5 dB, scale 2")
+        << QSize(874, 382) << int(Graph::TargetHigh) << QByteArray(EqualizerHighFrequency) << 112
+        << QByteArray(EqualizerHighGain) << 225 << QPointF(777.5074812314, 157.25);
+    QTest::newRow("middle 20 Hz 0 dB, wider")
+        << QSize(450, 191) << int(Graph::TargetMiddle) << QByteArray(EqualizerMiddleFrequency) << 4
+        << QByteArray(EqualizerMiddleGain) << 180 << QPointF(5.5, 95.5);
+    QTest::newRow("high 20 kHz -18 dB")
+        << QSize(437, 191) << int(Graph::TargetHigh) << QByteArray(EqualizerHighFrequency) << 124
+        << QByteArray(EqualizerHighGain) << 0 << QPointF(431.5, 163.0);
+}
+
+void TestEqualizerGraph::handleCentres()
 {
     QFETCH(QSize, size);
+    QFETCH(int, target);
+    QFETCH(QByteArray, frequencyKey);
+    QFETCH(int, frequencyStep);
+    QFETCH(QByteArray, gainKey);
+    QFETCH(int, gainStep);
+    QFETCH(QPointF, centre);
     Fixture fixture(size);
-    fixture.memory.setValueByKey("fx_eq_midgain", 360); // +18 dB at 1 kHz
-    const Plot plot(size.width(), size.height());
-    const QPointF centre = fixture.graph.getTargetPoint(Graph::TargetMiddle);
-    QVERIFY(std::abs(centre.x() - plot.x(1000)) < 1e-9);
-    // Three eighths of the plot height above the centre line.
-    QVERIFY(std::abs((plot.m() + plot.hh() - centre.y()) - 0.375 * 2 * plot.hh()) < 1e-9);
+    fixture.memory.setValueByKey(frequencyKey.constData(), frequencyStep);
+    fixture.memory.setValueByKey(gainKey.constData(), gainStep);
+    const QPointF actual = fixture.graph.getTargetPoint(Graph::EditTarget(target));
+    QVERIFY2(std::abs(actual.x() - centre.x()) < 1e-6 && std::abs(actual.y() - centre.y()) < 1e-6,
+        qPrintable(QStringLiteral("(%1, %2)").arg(actual.x(), 0, 'f', 10).arg(actual.y(), 0, 'f', 10)));
     QCOMPARE(fixture.graph.getTargetPoint(Graph::TargetNone), QPointF(0, 0));
 }
 
@@ -252,8 +345,8 @@ void TestEqualizerGraph::hitPriority_data()
     QTest::addColumn<QByteArray>("offKey");
     QTest::addColumn<int>("expected");
     QTest::newRow("all on: high wins") << QByteArray() << int(Graph::TargetHigh);
-    QTest::newRow("high off: middle wins") << QByteArray("fx_eq_hsv_onf") << int(Graph::TargetMiddle);
-    QTest::newRow("middle off: high") << QByteArray("fx_eq_mid_onf") << int(Graph::TargetHigh);
+    QTest::newRow("high off: middle wins") << QByteArray(EqualizerHighOn) << int(Graph::TargetMiddle);
+    QTest::newRow("middle off: high") << QByteArray(EqualizerMiddleOn) << int(Graph::TargetHigh);
 }
 
 void TestEqualizerGraph::hitPriority()
@@ -262,7 +355,7 @@ void TestEqualizerGraph::hitPriority()
     QFETCH(int, expected);
     Fixture fixture;
     // All three handles on one point: 600 Hz, 0 dB.
-    for (const char *key : { "fx_eq_lsvfreq", "fx_eq_midfrq", "fx_eq_hsvfrq" })
+    for (const char *key : { EqualizerLowFrequency, EqualizerMiddleFrequency, EqualizerHighFrequency })
         fixture.memory.setValueByKey(key, 63);
     if (!offKey.isEmpty())
         fixture.memory.setValueByKey(offKey.constData(), 0);
@@ -271,28 +364,54 @@ void TestEqualizerGraph::hitPriority()
     QCOMPARE(fixture.graph.getPointTarget((centre + QPointF(0, 9)).toPoint()), Graph::TargetNone);
 }
 
-void TestEqualizerGraph::dragWritesFrequencyAndGain()
+void TestEqualizerGraph::dragWritesTheSteps_data()
 {
-    Fixture fixture;
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("target");
+    QTest::addColumn<QPoint>("move");
+    QTest::addColumn<QByteArray>("frequencyKey");
+    QTest::addColumn<int>("frequencyStep");
+    QTest::addColumn<QByteArray>("gainKey");
+    QTest::addColumn<int>("gainStep");
+    // Worked out by hand: the press lands on the rounded handle centre; the
+    // drag maps with the unit h/181, f = 20 * 10^(3 (x - grabX - m) / pw)
+    // and gain = (hh + m - y + grabY) / hh * 24; the host takes the
+    // nearest table steps of the texts.
+    // Middle: press (247, 96), to (287, 66): 1915.92 Hz, +8.0271 dB.
+    QTest::newRow("middle up and right")
+        << QSize(437, 191) << int(Graph::TargetMiddle) << QPoint(40, -30)
+        << QByteArray(EqualizerMiddleFrequency) << 83 << QByteArray(EqualizerMiddleGain) << 260;
+    // Low: press (105, 96), to (165, 120): 264.238 Hz, -6.42168 dB.
+    QTest::newRow("low down and right")
+        << QSize(437, 191) << int(Graph::TargetLow) << QPoint(60, 24) << QByteArray(EqualizerLowFrequency)
+        << 49 << QByteArray(EqualizerLowGain) << 116;
+    // High at scale 2: press (778, 191), to (678, 141): 4457.56 Hz, +6.68925 dB.
+    QTest::newRow("high up and left, scale 2")
+        << QSize(874, 382) << int(Graph::TargetHigh) << QPoint(-100, -50)
+        << QByteArray(EqualizerHighFrequency) << 98 << QByteArray(EqualizerHighGain) << 247;
+}
+
+void TestEqualizerGraph::dragWritesTheSteps()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, target);
+    QFETCH(QPoint, move);
+    QFETCH(QByteArray, frequencyKey);
+    QFETCH(int, frequencyStep);
+    QFETCH(QByteArray, gainKey);
+    QFETCH(int, gainStep);
+    Fixture fixture(size);
     QVERIFY(fixture.show());
-    const QPointF centre = fixture.graph.getTargetPoint(Graph::TargetMiddle);
-    const QPoint press = centre.toPoint();
-    const QPoint to = press + QPoint(40, -30);
+    const QPoint press = fixture.handle(Graph::EditTarget(target));
     QTest::mousePress(&fixture.graph, Qt::LeftButton, {}, press);
     QVERIFY(fixture.graph.isDragging());
     QCOMPARE(fixture.graph.cursor().shape(), Qt::ClosedHandCursor);
-    QTest::mouseMove(&fixture.graph, to);
+    QTest::mouseMove(&fixture.graph, press + move);
+    QCOMPARE(fixture.value(frequencyKey.constData()), frequencyStep);
+    QCOMPARE(fixture.value(gainKey.constData()), gainStep);
+    QCOMPARE(fixture.value(EqualizerMiddleQuality), 12);
 
-    // The drag maps with the unit height / 181.
-    const Plot drag(437, 191, 181.0);
-    const QPointF grab = QPointF(press) - centre;
-    const double f = 20.0 * std::pow(10.0, 3.0 * (to.x() - grab.x() - drag.m()) / drag.pw());
-    const double gain = (drag.hh() + drag.m() - to.y() + grab.y()) / drag.hh() * 24.0;
-    QCOMPARE(fixture.value("fx_eq_midfrq"), nearestFrequencyStep(f));
-    QCOMPARE(fixture.value("fx_eq_midgain"), qRound((gain + 18.0) * 10.0));
-    QCOMPARE(fixture.value("fx_eq_midqual"), 12);
-
-    QTest::mouseRelease(&fixture.graph, Qt::LeftButton, {}, to);
+    QTest::mouseRelease(&fixture.graph, Qt::LeftButton, {}, press + move);
     QVERIFY(!fixture.graph.isDragging());
 }
 
@@ -305,17 +424,17 @@ void TestEqualizerGraph::dragClamps_data()
     QTest::addColumn<QByteArray>("gainKey");
     QTest::addColumn<int>("gainStep");
     QTest::newRow("low far right stops at 1 kHz")
-        << int(Graph::TargetLow) << QPoint(430, -50) << QByteArray("fx_eq_lsvfreq") << 72
-        << QByteArray("fx_eq_lsvgain") << 360;
+        << int(Graph::TargetLow) << QPoint(430, -50) << QByteArray(EqualizerLowFrequency) << 72
+        << QByteArray(EqualizerLowGain) << 360;
     QTest::newRow("high far left stops at 500 Hz")
-        << int(Graph::TargetHigh) << QPoint(0, 300) << QByteArray("fx_eq_hsvfrq") << 60
-        << QByteArray("fx_eq_hsvgain") << 0;
+        << int(Graph::TargetHigh) << QPoint(0, 300) << QByteArray(EqualizerHighFrequency) << 60
+        << QByteArray(EqualizerHighGain) << 0;
     QTest::newRow("middle reaches 20 Hz")
-        << int(Graph::TargetMiddle) << QPoint(-100, 96) << QByteArray("fx_eq_midfrq") << 4
-        << QByteArray("fx_eq_midgain") << 180;
+        << int(Graph::TargetMiddle) << QPoint(-100, 96) << QByteArray(EqualizerMiddleFrequency) << 4
+        << QByteArray(EqualizerMiddleGain) << 180;
     QTest::newRow("high reaches 20 kHz")
-        << int(Graph::TargetHigh) << QPoint(600, 96) << QByteArray("fx_eq_hsvfrq") << 124
-        << QByteArray("fx_eq_hsvgain") << 180;
+        << int(Graph::TargetHigh) << QPoint(600, 96) << QByteArray(EqualizerHighFrequency) << 124
+        << QByteArray(EqualizerHighGain) << 180;
 }
 
 void TestEqualizerGraph::dragClamps()
@@ -347,11 +466,11 @@ void TestEqualizerGraph::qualityDragWithAlt()
     fixture.memory.clearWrites();
     // 10 pixels up at 181/191 pixels per step: 9 steps.
     QTest::mouseMove(&fixture.graph, press + QPoint(25, -10));
-    QCOMPARE(fixture.value("fx_eq_midqual"), 21);
+    QCOMPARE(fixture.value(EqualizerMiddleQuality), 21);
     QTest::mouseMove(&fixture.graph, press + QPoint(25, -7));
-    QCOMPARE(fixture.value("fx_eq_midqual"), 18);
+    QCOMPARE(fixture.value(EqualizerMiddleQuality), 18);
     for (const ParameterMemory::Write &write : fixture.memory.writes())
-        QCOMPARE(write.prmId, fixture.model.parameterId("fx_eq_midqual"));
+        QCOMPARE(write.prmId, fixture.model.parameterId(EqualizerMiddleQuality));
     QTest::mouseRelease(&fixture.graph, Qt::LeftButton, {}, press);
 
     // Alt on the low band drags as usual.
@@ -359,8 +478,8 @@ void TestEqualizerGraph::qualityDragWithAlt()
     QTest::mousePress(&fixture.graph, Qt::LeftButton, Qt::AltModifier, low);
     QTest::mouseMove(&fixture.graph, low + QPoint(0, -10));
     QTest::mouseRelease(&fixture.graph, Qt::LeftButton, {}, low + QPoint(0, -10));
-    QCOMPARE(fixture.value("fx_eq_midqual"), 18);
-    QVERIFY(fixture.value("fx_eq_lsvgain") > 180);
+    QCOMPARE(fixture.value(EqualizerMiddleQuality), 18);
+    QVERIFY(fixture.value(EqualizerLowGain) > 180);
 }
 
 void TestEqualizerGraph::wheelSteps_data()
@@ -391,7 +510,7 @@ void TestEqualizerGraph::wheelSteps()
     const QPoint over = fixture.handle(Graph::TargetMiddle);
     for (const QPoint &delta : deltas)
         sendWheel(&fixture.graph, over, delta, shift ? Qt::ShiftModifier : Qt::NoModifier);
-    QCOMPARE(fixture.value("fx_eq_midgain"), 180 + steps);
+    QCOMPARE(fixture.value(EqualizerMiddleGain), 180 + steps);
     QCOMPARE(fixture.graph.hoverTarget(), Graph::TargetMiddle);
 
     // Away from every handle the wheel writes nothing.
@@ -430,44 +549,50 @@ void TestEqualizerGraph::hoverCursorAndLeave()
     QVERIFY(!fixture.graph.isDragging());
 }
 
-void TestEqualizerGraph::pixels_data()
+void TestEqualizerGraph::painterDraws_data()
 {
-    QTest::addColumn<double>("scale");
+    QTest::addColumn<QSize>("size");
     QTest::addColumn<double>("ratio");
     QTest::addColumn<int>("state");
+    QTest::addColumn<QPointF>("middleHandle");
     QTest::addColumn<QColor>("handle");
     const QColor normal(146, 70, 211);
     const QColor highlight(239, 101, 255);
     const QColor disabled(74, 44, 120);
-    QTest::newRow("normal") << 1.0 << 1.0 << 0 << normal;
-    QTest::newRow("edit target") << 1.0 << 1.0 << 1 << highlight;
-    QTest::newRow("disabled") << 1.0 << 1.0 << 2 << disabled;
-    QTest::newRow("normal, dpr 2") << 1.0 << 2.0 << 0 << normal;
-    QTest::newRow("edit target, scale 2") << 2.0 << 1.0 << 1 << highlight;
-    QTest::newRow("normal, scale 1.5") << 1.5 << 1.0 << 0 << normal;
+    // The middle band at 1 kHz, +12 dB; centres worked out by hand.
+    const QPointF design(246.7537406157, 50.5);
+    const QPointF twice(493.5074812314, 101.0);
+    QTest::newRow("normal") << QSize(437, 191) << 1.0 << 0 << design << normal;
+    QTest::newRow("shown band") << QSize(437, 191) << 1.0 << 1 << design << highlight;
+    QTest::newRow("disabled") << QSize(437, 191) << 1.0 << 2 << design << disabled;
+    QTest::newRow("normal, dpr 2") << QSize(437, 191) << 2.0 << 0 << design << normal;
+    QTest::newRow("shown band, scale 2") << QSize(874, 382) << 1.0 << 1 << twice << highlight;
 }
 
-void TestEqualizerGraph::pixels()
+void TestEqualizerGraph::painterDraws()
 {
-    QFETCH(double, scale);
+    QFETCH(QSize, size);
     QFETCH(double, ratio);
     QFETCH(int, state);
+    QFETCH(QPointF, middleHandle);
     QFETCH(QColor, handle);
-    Fixture fixture(QSize(437, 191) * scale);
-    fixture.memory.setValueByKey("fx_eq_midgain", 300); // +12 dB at 1 kHz
-    if (state == 1)
-        fixture.graph.setEditTarget(Graph::TargetMiddle);
-    fixture.graph.setEnabled(state != 2);
+    EqualizerGraphBands bands = bandsAt(44100, 180, 300, 12, true);
+    EqualizerGraphPainter painter;
+    painter.setShownBand(state == 1 ? Band::Peak : EqualizerGraphPainter::NoBand);
+    painter.setEnabled(state != 2);
 
-    QPixmap pixmap(fixture.graph.size() * ratio);
-    pixmap.setDevicePixelRatio(ratio);
-    pixmap.fill(Qt::black);
-    fixture.graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
-    const QImage image = pixmap.toImage();
+    QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    const auto paint = [&] {
+        image.fill(Qt::black);
+        QPainter p(&image);
+        painter.paint(p, size, bands, 44100);
+    };
+    paint();
     const auto at = [&](QPointF p) { return image.pixelColor((p * ratio).toPoint()); };
-    const Plot plot(fixture.graph.width(), fixture.graph.height());
+    const Plot plot(size.width(), size.height());
 
-    QCOMPARE(at(fixture.graph.getTargetPoint(Graph::TargetMiddle)), handle);
+    QCOMPARE(at(middleHandle), handle);
     // Under the curve the total's body tints the black background.
     const QColor body = at(QPointF(plot.x(800), plot.y(4.5)));
     const int expectedBody = state == 2 ? 128 * 40 / 255 : 40;
@@ -486,12 +611,59 @@ void TestEqualizerGraph::pixels()
         QCOMPARE(image.pixelColor(left + i, y), QColor(74, 76, 82));
     QCOMPARE(image.pixelColor(left + width, y), QColor(Qt::black));
 
-    // A band that is off has no handle.
-    fixture.memory.setValueByKey("fx_eq_mid_onf", 0);
-    pixmap.fill(Qt::black);
-    fixture.graph.render(&pixmap, QPoint(), QRegion(), QWidget::DrawChildren);
-    QVERIFY(pixmap.toImage().pixelColor((fixture.graph.getTargetPoint(Graph::TargetMiddle) * ratio).toPoint())
-        != handle);
+    // A band that is off has neither handle nor curve.
+    bands[Band::Peak].applyValue(Band::On, 0);
+    paint();
+    QVERIFY(at(middleHandle) != handle);
+    QCOMPARE(at(QPointF(plot.x(800), plot.y(4.5))), QColor(Qt::black));
+}
+
+void TestEqualizerGraph::changedBandsMatchAFreshGraph_data()
+{
+    QTest::addColumn<QByteArrayList>("keys");
+    QTest::addColumn<QList<int>>("values");
+    QTest::addColumn<int>("editTarget");
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("one band") << QByteArrayList { EqualizerMiddleGain } << QList<int> { 330 }
+                              << int(Graph::TargetNone) << 1.0;
+    QTest::newRow("each band, twice")
+        << QByteArrayList { EqualizerLowGain, EqualizerHighFrequency, EqualizerMiddleQuality,
+               EqualizerLowGain, EqualizerHighGain, EqualizerMiddleFrequency }
+        << QList<int> { 90, 100, 40, 250, 20, 90 } << int(Graph::TargetNone) << 1.0;
+    QTest::newRow("a band off and on again, dpr 2")
+        << QByteArrayList { EqualizerLowGain, EqualizerLowOn, EqualizerMiddleGain, EqualizerLowOn }
+        << QList<int> { 300, 0, 60, 1 } << int(Graph::TargetNone) << 2.0;
+    QTest::newRow("a band left off") << QByteArrayList { EqualizerHighGain, EqualizerHighOn }
+                                     << QList<int> { 330, 0 } << int(Graph::TargetNone) << 1.0;
+    QTest::newRow("then a band emphasised")
+        << QByteArrayList { EqualizerLowGain } << QList<int> { 60 } << int(Graph::TargetLow) << 1.0;
+}
+
+void TestEqualizerGraph::changedBandsMatchAFreshGraph()
+{
+    QFETCH(QByteArrayList, keys);
+    QFETCH(QList<int>, values);
+    QFETCH(int, editTarget);
+    QFETCH(double, ratio);
+    // One graph follows the changes one repaint at a time, as during a drag...
+    Fixture changed;
+    changed.render(ratio);
+    for (int i = 0; i < keys.size(); ++i) {
+        changed.memory.setValueByKey(keys[i].constData(), values[i]);
+        changed.render(ratio);
+    }
+    // Once more with nothing changed, which keeps the curves as a layer.
+    changed.render(ratio);
+    changed.graph.setEditTarget(Graph::EditTarget(editTarget));
+    // ...and must show what a graph that starts from the final state shows.
+    Fixture fresh;
+    for (int i = 0; i < keys.size(); ++i)
+        fresh.memory.setValueByKey(keys[i].constData(), values[i]);
+    fresh.graph.setEditTarget(Graph::EditTarget(editTarget));
+    const QImage expected = fresh.render(ratio);
+    QCOMPARE(changed.render(ratio), expected);
+    // A repaint with nothing changed comes from the layer and looks the same.
+    QCOMPARE(changed.render(ratio), expected);
 }
 
 QTEST_MAIN(TestEqualizerGraph)

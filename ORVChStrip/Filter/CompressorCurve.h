@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QPolygonF>
-#include <QSizeF>
-
 // The compressor's static transfer curve: output level against input level,
 // both from -60 to 0 dB, from the ratio, knee, threshold offset and drive
-// parameters. Plain math, so that it can be checked without painting.
+// parameters. Plain math, shared by the graph that draws the curve and by
+// anything that models the compressor.
 class CompressorCurve
 {
 public:
@@ -34,9 +32,4 @@ public:
     static double gainFactor(double over, double slope, int knee);
     static double outputLevel(double inputDb, double effectiveThresholdDb, double slope, int knee);
     static double outputLevel(double inputDb, const Settings &settings);
-
-    // The closed outline of the area under the curve in widget pixels (0 dB
-    // at the top and right edges, -60 dB at the bottom and left), starting and
-    // ending outside the widget's bottom-right corner.
-    static QPolygonF outline(const QSizeF &size, int devicePixelRatio, const Settings &settings);
 };

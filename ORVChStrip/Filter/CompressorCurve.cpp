@@ -1,9 +1,8 @@
-#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/Filter/CompressorCurve.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "Common/VectorRegisterState.h"
 #include "Interfaces/ChannelStripValueTables.h"
 
 namespace {
@@ -63,31 +62,4 @@ double CompressorCurve::outputLevel(double inputDb, const Settings &settings)
 {
     const double te = effectiveThreshold(threshold(settings.thresholdOffset), drive(settings.drive));
     return outputLevel(inputDb, te, 1.0 / ratio(settings.ratioIndex) - 1.0, settings.knee);
-}
-
-QPolygonF CompressorCurve::outline(const QSizeF &size, int devicePixelRatio, const Settings &settings)
-{
-    clearUpperVectorRegisters();
-    const double w = size.width();
-    const double h = size.height();
-    const int p = std::max(devicePixelRatio, 1);
-    const double outside = 2.0 * p + 1.0;
-    const double te = effectiveThreshold(threshold(settings.thresholdOffset), drive(settings.drive));
-    const double slope = 1.0 / ratio(settings.ratioIndex) - 1.0;
-    // Run a little past both ends so that the clipped curve reaches the edges.
-    const double extent = std::max(w, h);
-    const double delta = extent > 0.0 ? 2.0 * p * -MinLevelDb / (extent * p) : 0.0;
-
-    QPolygonF points;
-    const int steps = static_cast<int>(std::floor((-MinLevelDb + 2.0 * delta) / StepDb + 1e-9)) + 1;
-    points.reserve(steps + 2);
-    points.append(QPointF(w + outside, h + outside));
-    const double start = MinLevelDb - delta;
-    for (int i = 0; i < steps; ++i) {
-        const double x = start + i * StepDb;
-        const double y = outputLevel(x, te, slope, settings.knee);
-        points.append(QPointF(w + w * x / -MinLevelDb, -h * y / -MinLevelDb));
-    }
-    points.append(QPointF(w + outside, h + outside));
-    return points;
 }

@@ -1,0 +1,116 @@
+#include "ORVChStrip/CompressorGraphPainter.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "Common/VectorRegisterState.h"
+#include "ORVChStrip/PixelGridSnap.h"
+#include "ORVChStrip/PolylineSimplify.h"
+
+namespace {
+
+const QColor FrameColor(74, 76, 82);
+const QColor CurveLineColor(247, 147, 30);
+const QColor CurveDisbaleLineColor(128, 128, 128);
+const QColor CurveBodyColor(247, 147, 30, 40);
+const QColor CurveDisbaleBodyColor(128, 128, 128, 40);
+
+constexpr double DesignHeight = 191.0;
+
+struct PlotGeometry
+{
+    double unit;
+    QRectF plot;
+};
+
+PlotGeometry plotGeometry(const QSize &size)
+{
+    const double u = size.height() / DesignHeight;
+    const double margin = 5.0 * u + 0.5 * u;
+    return { u, QRectF(margin, margin, size.width() - 11.0 * u, size.height() - 11.0 * u) };
+}
+
+} // namespace
+
+void CompressorGraphPainter::paintGrid(QPainter &painter, const QSize &size)
+{
+    const PlotGeometry g = plotGeometry(size);
+    const PixelGridSnap snap(PixelGridSnap::devicePixelRatio(painter));
+    const QRectF plot = snap.rect(g.plot);
+    const double w = snap.lineWidth(g.unit);
+
+    painter.save();
+    painter.setClipRect(plot);
+    QPen pen(FrameColor, w);
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    // The frame lies just inside the plot, so that the clip keeps all of it.
+    painter.drawRect(plot.adjusted(w / 2, w / 2, -w / 2, -w / 2));
+    for (int k : { 1, 2 }) {
+        const double y = snap.lineCentre(g.plot.top() + g.plot.height() * k / 3.0, w);
+        painter.drawLine(QPointF(plot.left(), y), QPointF(plot.right(), y));
+        const double x = snap.lineCentre(g.plot.left() + g.plot.width() * k / 3.0, w);
+        painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
+    }
+    painter.restore();
+}
+
+void CompressorGraphPainter::paintCurve(
+    QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const
+{
+    const double ratio = PixelGridSnap::devicePixelRatio(painter);
+    const PlotGeometry g = plotGeometry(size);
+    // The device pixel ratio in whole pixels (the scaled metric over 65536).
+    const int p = static_cast<int>(ratio);
+    const QPolygonF points = simplifiedPolyline(outline(QSizeF(size), p, settings), 0.1 / ratio);
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRect(PixelGridSnap(ratio).rect(g.plot));
+    painter.setPen(QPen(m_enabled ? CurveLineColor : CurveDisbaleLineColor, 2.0 * g.unit, Qt::SolidLine,
+        Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(m_enabled ? CurveBodyColor : CurveDisbaleBodyColor);
+    painter.drawPolygon(points);
+    painter.restore();
+}
+
+void CompressorGraphPainter::paint(
+    QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const
+{
+    paintGrid(painter, size);
+    paintCurve(painter, size, settings);
+}
+
+QPolygonF CompressorGraphPainter::outline(
+    const QSizeF &size, int devicePixelRatio, const CompressorCurve::Settings &settings)
+{
+    clearUpperVectorRegisters();
+    const double w = size.width();
+    const double h = size.height();
+    const int p = std::max(devicePixelRatio, 1);
+    const double outside = 2.0 * p + 1.0;
+    const double range = -CompressorCurve::MinLevelDb;
+    const double te = CompressorCurve::effectiveThreshold(
+        CompressorCurve::threshold(settings.thresholdOffset), CompressorCurve::drive(settings.drive));
+    const double slope = 1.0 / CompressorCurve::ratio(settings.ratioIndex) - 1.0;
+    // Run a little past both ends so that the clipped curve reaches the edges.
+    const double extent = std::max(w, h);
+    const double delta = extent > 0.0 ? 2.0 * p * range / (extent * p) : 0.0;
+
+    QPolygonF points;
+    const int steps
+        = static_cast<int>(std::floor((range + 2.0 * delta) / CompressorCurve::StepDb + 1e-9)) + 1;
+    points.reserve(steps + 2);
+    points.append(QPointF(w + outside, h + outside));
+    const double start = CompressorCurve::MinLevelDb - delta;
+    for (int i = 0; i < steps; ++i) {
+        const double x = start + i * CompressorCurve::StepDb;
+        const double y = CompressorCurve::outputLevel(x, te, slope, settings.knee);
+        points.append(QPointF(w + w * x / range, -h * y / range));
+    }
+    points.append(QPointF(w + outside, h + outside));
+    return points;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QPolygonF>
+#include <QSize>
+
+#include "ORVChStrip/Filter/CompressorCurve.h"
+
+class QPainter;
+
+// Draws the compressor graph without a widget: the frame and the -20/-40 dB
+// grid, and the static curve with the area under it. Lines sit on whole
+// device pixels of the device the painter is on, so the same calls serve a
+// widget, a pixmap cache and an image in a test.
+class CompressorGraphPainter
+{
+public:
+    void setEnabled(bool enabled) { m_enabled = enabled; }
+    bool isEnabled() const { return m_enabled; }
+
+    static void paintGrid(QPainter &painter, const QSize &size);
+    // The curve for these settings, clipped to the plot.
+    void paintCurve(QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const;
+    void paint(QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const;
+
+    // The closed outline of the area under the curve in widget pixels (0 dB
+    // at the top and right edges, -60 dB at the bottom and left), starting and
+    // ending outside the widget's bottom-right corner. `devicePixelRatio` is
+    // in whole device pixels.
+    static QPolygonF outline(
+        const QSizeF &size, int devicePixelRatio, const CompressorCurve::Settings &settings);
+
+private:
+    bool m_enabled = true;
+};
