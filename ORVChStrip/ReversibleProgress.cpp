@@ -65,6 +65,14 @@ void ReversibleProgress::advance()
     emit changed(visibleFraction());
 }
 
+void ReversibleProgress::settle(bool opened)
+{
+    m_timer.stop();
+    m_opening = opened;
+    m_settledOpen = opened;
+    m_progress = 1.0;
+}
+
 void ReversibleProgress::finish()
 {
     m_timer.stop();

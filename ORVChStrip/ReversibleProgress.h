@@ -29,6 +29,9 @@ public slots:
     void close();
     // One step; the timer calls it, tests may call it directly.
     void advance();
+    // Stops at once, open or closed, without signals: for an overlay that was
+    // shown or hidden directly, so that the next request starts from there.
+    void settle(bool opened);
 
 signals:
     // A new visible fraction, at the start, on a reversal and after each step.

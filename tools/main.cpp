@@ -1,6 +1,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 
+#include "ORVChStrip/ORVChStripVersion.h"
 #include "tools/ToolCommand.h"
 
 namespace {
@@ -60,6 +61,11 @@ int main(int argc, char *argv[])
         || arguments.first() == QLatin1String("-h")) {
         printUsage(arguments.isEmpty() ? err : out);
         return arguments.isEmpty() ? 2 : 0;
+    }
+    if (arguments.first() == QLatin1String("--version")) {
+        out << "Orvane Channel Strip " << ORVChStripVersion::Product << " (plug-in version "
+            << ORVChStripVersion::Plugin << ")\n";
+        return 0;
     }
     const ToolCommand *command = ToolCommand::find(arguments.first());
     if (!command) {

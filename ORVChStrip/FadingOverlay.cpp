@@ -1,0 +1,73 @@
+#include "ORVChStrip/FadingOverlay.h"
+
+#include <QShowEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+int alpha(double opacity, int full)
+{
+    const double fraction = std::isnan(opacity) ? 0.0 : std::clamp(opacity, 0.0, 1.0);
+    return int(std::lround(full * fraction));
+}
+
+} // namespace
+
+FadingOverlay::FadingOverlay(QWidget *parent)
+    : QWidget(parent)
+    , m_fade(FadeIntervalMs, 0.0)
+{
+    connect(&m_fade, &ReversibleProgress::changed, this, &FadingOverlay::setOpacity);
+    connect(&m_fade, &ReversibleProgress::finished, this, &FadingOverlay::fadeFinished);
+    hide(); // closed until opened
+}
+
+void FadingOverlay::open()
+{
+    // The first step's opacity is applied before the overlay appears, so it
+    // never flashes at the opacity it was left with.
+    m_fade.open();
+    if (m_fade.isRunning() && m_fade.isOpening())
+        show();
+}
+
+void FadingOverlay::close()
+{
+    m_fade.close();
+}
+
+void FadingOverlay::fadeFinished(bool opened)
+{
+    if (!opened)
+        hide();
+}
+
+void FadingOverlay::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // Shown directly rather than through open(): show it whole, not at the
+    // transparent opacity that the last fade out left behind.
+    if (!event->spontaneous() && !m_fade.isRunning() && m_fade.visibleFraction() == 0.0) {
+        m_fade.settle(true);
+        setOpacity(1.0);
+    }
+}
+
+void FadingOverlay::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    // Hidden directly (not merely with the editor): the next open() fades in.
+    if (isHidden() && m_fade.visibleFraction() > 0.0)
+        m_fade.settle(false);
+}
+
+QColor FadingOverlay::veilColor(double opacity)
+{
+    return QColor(0, 0, 0, alpha(opacity, 224));
+}
+
+QColor FadingOverlay::textColor(double opacity)
+{
+    return QColor(255, 255, 255, alpha(opacity, 255));
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ORVChStrip/ReversibleProgress.h"
+
+// An overlay that covers the editor panel and fades in and out in steps of
+// 0.1 every 30 ms. A request against a running fade reverses it from where it
+// stands, one in the same direction is ignored; the overlay hides when a fade
+// out ends. Subclasses apply the opacity to their own parts.
+class FadingOverlay : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int FadeIntervalMs = 30;
+
+    explicit FadingOverlay(QWidget *parent = nullptr);
+
+    bool isFading() const { return m_fade.isRunning(); }
+    // How far the overlay shows: 0 closed, 1 open, in between while fading.
+    double visibleFraction() const { return m_fade.visibleFraction(); }
+
+public slots:
+    void open();
+    // Hides QWidget::close() on purpose: closing an overlay is a fade.
+    void close();
+    virtual void setOpacity(double opacity) = 0;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+    // A black veil and white text whose alpha follows the opacity, which is
+    // kept within 0 and 1 so that a stray value never gives an invalid colour.
+    static QColor veilColor(double opacity);
+    static QColor textColor(double opacity);
+
+private:
+    void fadeFinished(bool opened);
+
+    ReversibleProgress m_fade;
+};
