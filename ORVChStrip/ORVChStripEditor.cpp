@@ -6,10 +6,12 @@
 #include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
 #include "ORVChStrip/MorphingListSettings.h"
+#include "ORVChStrip/ORVChStripAbout.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ReversibleProgress.h"
 #include "ORVChStrip/SectionDimmer.h"
@@ -99,6 +101,13 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pMorphingPresetList->setEditor(this);
     m_pMorphManager->Collection();
     m_pMorphingPresetList->setORVDManager(m_pMorphManager.get());
+    // The overlays cover the whole panel, above everything else.
+    m_pAbout = new ORVChStripAbout(this);
+    m_pAbout->setObjectName(QStringLiteral("m_pAbout"));
+    m_pAbout->setGeometry(rect());
+    m_pPresetConverter = new ORVChStripPresetConverter(this);
+    m_pPresetConverter->setObjectName(QStringLiteral("m_pPresetConverter"));
+    m_pPresetConverter->setGeometry(rect());
     setPalette(ORVChStripPalette::editorPalette());
     // Explicit roles: a host's container (a scroll area with a dark
     // background role, say) must not change the panel's colours.
@@ -183,6 +192,9 @@ void ORVChStripEditor::connectForm()
         &ORVChStripEditor::updateKnee);
     connect(
         ui.m_pMorphingPresetButton, &QAbstractButton::clicked, this, &ORVChStripEditor::openMorphingPreset);
+    connect(ui.m_pAboutButton, &QAbstractButton::clicked, m_pAbout, &ORVChStripAbout::open);
+    connect(ui.m_pPresetConverterButton, &QAbstractButton::clicked, m_pPresetConverter,
+        &ORVChStripPresetConverter::open);
     connect(m_pMorphingPresetList, &ORVChStripMorphingPresetList::closeRequested, this,
         &ORVChStripEditor::closeMorphingPreset);
     connect(m_pMorphMatch, &MorphMatchMonitor::matchChanged, this, &ORVChStripEditor::showMorphMatch);
@@ -237,6 +249,18 @@ bool ORVChStripEditor::eventFilter(QObject *watched, QEvent *event)
                 event->type() == QEvent::Enter);
     }
     return EffectEditor::eventFilter(watched, event);
+}
+
+// Old presets are offered for conversion once, when the panel first shows,
+// and only to a user who has some and has not declined.
+void ORVChStripEditor::showEvent(QShowEvent *event)
+{
+    EffectEditor::showEvent(event);
+    if (m_conversionOffered)
+        return;
+    m_conversionOffered = true;
+    if (ORVChStripPresetConverter::shouldOfferConversion())
+        m_pPresetConverter->open();
 }
 
 void ORVChStripEditor::updateEditTarget()

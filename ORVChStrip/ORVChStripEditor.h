@@ -19,6 +19,8 @@ class KnobController;
 class TextEditController;
 } // namespace CommonController_MemAPI
 class MorphMatchMonitor;
+class ORVChStripAbout;
+class ORVChStripPresetConverter;
 class ORVChStripMorphingPresetList;
 class ORVD_Manager;
 class ORVChStripComponent;
@@ -86,8 +88,12 @@ public slots:
     void closeMorphingPreset();
     void compareMorphingParametersRequest();
 
+    ORVChStripAbout *aboutPanel() const { return m_pAbout; }
+    ORVChStripPresetConverter *presetConverter() const { return m_pPresetConverter; }
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     struct Binding
@@ -134,4 +140,7 @@ private:
     ORVChStripMorphingPresetList *m_pMorphingPresetList;
     ReversibleProgress *m_pMorphingPresetSlide;
     bool m_morphingPresetOpen = false;
+    ORVChStripAbout *m_pAbout;
+    ORVChStripPresetConverter *m_pPresetConverter;
+    bool m_conversionOffered = false;
 };
