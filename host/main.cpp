@@ -21,10 +21,20 @@ bool hasDisplay()
     return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
 }
 
-int writeScreenshot(
-    QWidget *widget, const QString &what, const QString &path, const QByteArray &format, QTextStream &err)
+// Renders the widget alone at `scale` times its pixel density, so that a
+// picture at scale 2 shows every line and glyph drawn at twice the detail.
+int writeScreenshot(QWidget *widget, const QString &what, const QString &path, const QByteArray &format,
+    double scale, QTextStream &err)
 {
-    const QPixmap picture = widget->grab();
+    QPixmap picture;
+    if (scale == 1.0) {
+        picture = widget->grab();
+    } else {
+        picture = QPixmap(widget->size() * scale);
+        picture.setDevicePixelRatio(scale);
+        picture.fill(Qt::transparent);
+        widget->render(&picture);
+    }
     if (!picture.save(path, format.isEmpty() ? "png" : format.constData())) {
         err << "orvchstrip-host: cannot write the picture to " << path << '\n';
         return 1;
@@ -35,7 +45,9 @@ int writeScreenshot(
 }
 
 // The controls gallery in place of the editor. The plug-in object offers it
-// through its own interface; the meters run as they do for the editor.
+// through its own interface; the meters run as they do for the editor. The
+// gallery lives under an editor at scale 1, from which its controls take
+// the edit modes, and a picture of it is drawn at the requested scale.
 int runGallery(PluginHost &host, const HostCommandLine &options, QTextStream &err)
 {
     auto *galleryFactory = qobject_cast<IORVControlsGallery *>(host.pluginInstance());
@@ -43,19 +55,32 @@ int runGallery(PluginHost &host, const HostCommandLine &options, QTextStream &er
         err << "orvchstrip-host: the plug-in offers no controls gallery (" IORVControlsGallery_iid ")\n";
         return 1;
     }
-    std::unique_ptr<QWidget> gallery(
-        galleryFactory->createControlsGallery(nullptr, &host.model(), &host.memory()));
+    PluginHost::Options editorOptions = options.plugin;
+    editorOptions.scale = 1.0;
+    QString error;
+    std::unique_ptr<IQXEffectEditor> editor(host.createEditor(nullptr, editorOptions, &error));
+    if (!editor) {
+        err << "orvchstrip-host: " << error << '\n';
+        return 1;
+    }
+    QWidget *gallery = galleryFactory->createControlsGallery(editor.get(), &host.model(), &host.memory());
     if (!gallery) {
         err << "orvchstrip-host: the plug-in made no controls gallery\n";
         return 1;
     }
+    gallery->setWindowFlag(Qt::Window);
+    if (!options.plugin.stereo)
+        err << "orvchstrip-host: --gallery: the gallery's meters are a stereo pair; --mono applies to the "
+               "editor\n";
+    editor->setDialEditMode(options.plugin.dialEditMode);
+    editor->setSliderEditMode(options.plugin.sliderEditMode);
     MeterSignalGenerator meters(&host.memory());
     if (!options.screenshotPath.isEmpty() || !hasDisplay()) {
         host.memory().publishMeters(meters.levelsAt(2.0));
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("gallery.png") : options.screenshotPath;
-        return writeScreenshot(
-            gallery.get(), QStringLiteral("controls gallery"), path, options.screenshotFormat, err);
+        return writeScreenshot(gallery, QStringLiteral("controls gallery"), path, options.screenshotFormat,
+            options.plugin.scale, err);
     }
     meters.start();
     gallery->show();
@@ -194,7 +219,8 @@ int main(int argc, char *argv[])
         host.memory().publishMeters(meters.levelsAt(2.0));
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("editor.png") : options.screenshotPath;
-        return writeScreenshot(editor, QStringLiteral("editor panel"), path, options.screenshotFormat, err);
+        return writeScreenshot(
+            editor, QStringLiteral("editor panel"), path, options.screenshotFormat, 1.0, err);
     }
     meters.start();
     window.show();

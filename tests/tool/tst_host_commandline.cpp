@@ -1,4 +1,5 @@
 #include <QDir>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -39,6 +40,7 @@ private slots:
     void acceptedEdges();
     void screenshotFormat_data();
     void screenshotFormat();
+    void galleryHonoursScale();
     void unreachableDisplay();
     void saveStateWithoutDisplayRendersNothing();
 
@@ -142,6 +144,15 @@ void TestHostCommandLine::screenshotFormat()
         QVERIFY2(run.exitCode == 0, run.err.constData());
         QCOMPARE(head(picture, magic.size()), magic);
     }
+}
+
+void TestHostCommandLine::galleryHonoursScale()
+{
+    const QString picture = m_dir.filePath(QStringLiteral("gallery at 2.png"));
+    const CommandRun run
+        = runHost({ "--gallery", "--scale", "2", "--dial-mode", "2", "--screenshot", picture });
+    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QCOMPARE(QImage(picture).size(), QSize(2000, 1480));
 }
 
 void TestHostCommandLine::unreachableDisplay()
