@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 
 #include "HostModel.h"
+#include "tools/PrintableName.h"
 #include "tools/StateInspector.h"
 #include "tools/ToolCommand.h"
 
@@ -34,7 +35,7 @@ int dump(ToolContext &context, const char *group, const char *what, Inspect insp
         object.insert(QStringLiteral("file"), path);
         context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
     } else {
-        context.out << path << ":\n";
+        context.out << PrintableName::escaped(path) << ":\n";
         inspector.writeText(context.out);
     }
     if (!valid)

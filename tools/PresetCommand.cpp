@@ -24,6 +24,12 @@ QString nativePath(const QString &path)
     return QDir::toNativeSeparators(path);
 }
 
+// A path on one line of text output, whatever its name holds.
+QString shownPath(const QString &path)
+{
+    return PrintableName::escaped(nativePath(path));
+}
+
 QString classOf(const PresetFileInfo &info)
 {
     return info.hasClassID ? ORVChStripPresetConversion::className(info.classID) : QString();
@@ -65,7 +71,7 @@ QJsonObject infoToJson(const PresetFileInfo &info)
 
 void printInfo(QTextStream &out, const PresetFileInfo &info)
 {
-    out << nativePath(info.path) << ":\n";
+    out << shownPath(info.path) << ":\n";
     if (!info.magic.isEmpty())
         out << "  magic        '" << PresetFileInfo::printableId(info.magic) << "'\n";
     if (info.hasVersion) {
@@ -118,9 +124,9 @@ QString outcomeName(PresetConversionItem::Outcome outcome)
 void printItem(QTextStream &out, const PresetConversionItem &item)
 {
     const QString name = outcomeName(item.outcome);
-    out << (name + QLatin1Char(':')).leftJustified(15) << nativePath(item.source);
+    out << (name + QLatin1Char(':')).leftJustified(15) << shownPath(item.source);
     if (item.outcome != PresetConversionItem::Skipped)
-        out << " -> " << nativePath(item.destination);
+        out << " -> " << shownPath(item.destination);
     out << " (" << item.reason << ")\n";
 }
 
@@ -175,8 +181,7 @@ int runConvert(ToolContext &context, const QStringList &arguments)
             });
             continue;
         }
-        context.out << "From " << nativePath(pair.source) << "\n  to " << nativePath(pair.destination)
-                    << '\n';
+        context.out << "From " << shownPath(pair.source) << "\n  to " << shownPath(pair.destination) << '\n';
         if (!exists)
             context.out << "  source folder does not exist; nothing to convert\n";
         for (const PresetConversionItem &item : report.items)
