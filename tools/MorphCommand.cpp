@@ -35,7 +35,7 @@ constexpr int NameColumns = 40;
 struct Row
 {
     const ORVD_Select *select;
-    QString name;  // as decoded from the disk (NFC, U+FFFD for bytes that were not UTF-8)
+    QString name;  // as the catalogue holds it: NFC
     QString shown; // escaped for one line of terminal text
     QStringList problems;
 };
@@ -136,9 +136,6 @@ QList<Row> describe(const std::vector<ORVD_Select *> &selects)
             if (const QString reason = refusal(data); !reason.isEmpty())
                 row.problems << reason;
         }
-        if (PrintableName::hasUndecodableBytes(row.name))
-            row.problems << QStringLiteral(
-                "the name on the disk is not valid UTF-8; undecodable bytes show as \\ufffd");
         const int twins = ++seen[scope + QLatin1Char('/') + row.name];
         if (twins > 1)
             row.problems << QStringLiteral(

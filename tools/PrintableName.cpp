@@ -64,8 +64,3 @@ QString PrintableName::padded(const QString &text, int columns)
     const int width = displayWidth(text);
     return width >= columns ? text : text + QString(columns - width, QLatin1Char(' '));
 }
-
-bool PrintableName::hasUndecodableBytes(const QString &name)
-{
-    return name.contains(QChar(ReplacementCharacter));
-}

@@ -5,8 +5,8 @@
 // A name as one safe line of terminal text, and how many columns it takes.
 // Control characters (a newline in a file name, an escape sequence) become
 // visible escapes, so a name never breaks the line-per-entry output or
-// drives the terminal; names read from the disk that were not valid UTF-8
-// carry U+FFFD where the bytes did not decode, shown as "\ufffd".
+// drives the terminal; U+FFFD, which stands for bytes that did not decode,
+// shows as "\ufffd".
 class PrintableName
 {
 public:
@@ -16,6 +16,4 @@ public:
     static int displayWidth(const QString &text);
     // Pads with spaces to `columns` terminal columns (never cuts).
     static QString padded(const QString &text, int columns);
-    // True when the name held bytes that were not valid UTF-8.
-    static bool hasUndecodableBytes(const QString &name);
 };

@@ -23,6 +23,8 @@ using Layout = ORVChStripComponent;
 namespace {
 
 constexpr int MorphPoints = YChannelStripChunk::TableRows - 1; // the last row is the end mark
+constexpr char UnreadNameByte = char(0xA5);
+constexpr short UnreadTableCell = 0x5A5A;
 
 QString quoted(const QByteArray &bytes)
 {
@@ -328,16 +330,25 @@ bool StateInspector::readChunk(const QByteArray &bytes, qint64 offset, bool prim
     YChannelStripChunk chunk;
     AnalyzerError error;
     float values[YChannelStripChunk::ParameterCapacity] = {};
-    char name[YChannelStripChunk::SystemNameLength] = {};
-    short table[YChannelStripChunk::TableRows][YChannelStripChunk::TableColumns] = {};
+    // The reader leaves the buffers of a chunk it does not find as they
+    // were; a pattern no "ORD " chunk leaves tells whether there was one.
+    char name[YChannelStripChunk::SystemNameLength];
+    short table[YChannelStripChunk::TableRows][YChannelStripChunk::TableColumns];
+    std::memset(name, UnreadNameByte, sizeof name);
+    std::fill(&table[0][0], &table[0][0] + sizeof table / sizeof(short), UnreadTableCell);
     if (!chunk.LoadBinALL(stream, error, values, name, table)) {
         const qint64 position = readerPosition(error.message());
         return fail(offset + std::max<qint64>(position, 0), readerProblem(error.message()));
     }
-    m_systemName = QByteArray(name, int(qstrnlen(name, sizeof name)));
     m_table.clear();
-    for (const auto &row : table)
-        m_table.append(QVector<short>(row, row + YChannelStripChunk::TableColumns));
+    m_hasMorphData = std::any_of(std::begin(name), std::end(name), [](char c) { return c != UnreadNameByte; })
+        || std::any_of(&table[0][0], &table[0][0] + sizeof table / sizeof(short),
+            [](short cell) { return cell != UnreadTableCell; });
+    if (m_hasMorphData) {
+        m_systemName = QByteArray(name, int(qstrnlen(name, sizeof name)));
+        for (const auto &row : table)
+            m_table.append(QVector<short>(row, row + YChannelStripChunk::TableColumns));
+    }
     const int count = std::min(chunk.lastParameterCount(), int(YChannelStripChunk::ParameterCapacity));
     m_chunkValues.clear();
     for (int i = 0; i < count; ++i) {
@@ -410,7 +421,9 @@ QJsonObject StateInspector::toJson() const
         object.insert(QStringLiteral("error_offset"), m_errorOffset);
         return object;
     }
-    object.insert(QStringLiteral("morph_system_name"), QString::fromLatin1(m_systemName));
+    object.insert(QStringLiteral("has_morph_data"), m_hasMorphData);
+    object.insert(QStringLiteral("morph_system_name"),
+        m_hasMorphData ? QJsonValue(QString::fromLatin1(m_systemName)) : QJsonValue());
     QJsonArray table;
     QJsonArray texts;
     for (int r = 0; r < m_table.size(); ++r) {
@@ -452,9 +465,13 @@ void StateInspector::writeText(QTextStream &out) const
             << (entry.note.isEmpty() ? QString() : QStringLiteral("  (%1)").arg(entry.note)) << '\n';
     if (!isValid())
         return;
-    out << "\nMorph system name: " << quoted(m_systemName) << '\n';
-    out << "Morph table (one line per column, morph points 0 to " << MorphPoints - 1 << "):\n";
-    for (int k = 0; k < OrvaneDataParameterCount; ++k) {
+    if (!m_hasMorphData)
+        out << "\nNo \"ORD \" chunk: the state holds no morph system name or table.\n";
+    else
+        out << "\nMorph system name: " << quoted(m_systemName) << '\n';
+    if (m_hasMorphData)
+        out << "Morph table (one line per column, morph points 0 to " << MorphPoints - 1 << "):\n";
+    for (int k = 0; k < OrvaneDataParameterCount && m_hasMorphData; ++k) {
         out << "  " << QString::fromLatin1(OrvaneDataParameterList[k]).leftJustified(20);
         for (int r = 0; r < MorphPoints && r < m_table.size(); ++r) {
             const QString text = morphCellText(r, k);

@@ -52,6 +52,8 @@ public:
     QByteArray version() const { return m_version; }
     int versionNumber() const { return m_versionNumber; }
     const QList<Entry> &entries() const { return m_entries; }
+    // False when the chunk has no "ORD " chunk: no name and no table.
+    bool hasMorphData() const { return m_hasMorphData; }
     QByteArray morphSystemName() const { return m_systemName; }
     const QVector<QVector<short>> &morphTable() const { return m_table; }
     // The value text of one morph-table cell (empty for the end mark row).
@@ -84,6 +86,7 @@ private:
     QByteArray m_version;
     int m_versionNumber = 0;
     QList<Entry> m_entries;
+    bool m_hasMorphData = false;
     QByteArray m_systemName;
     QVector<QVector<short>> m_table;
     QVector<Value> m_generic;

@@ -68,6 +68,15 @@ void TestStateInspector::describesState()
     QCOMPARE(inspector.morphCellText(0, 3), QStringLiteral("HARD"));
     QCOMPARE(inspector.morphCellText(9, 0), QString()); // the end mark row
 
+    // A chunk without "ORD " holds no morph data; zeros are not shown as such.
+    QVERIFY(inspector.hasMorphData());
+    QVERIFY2(
+        inspector.inspectState(QByteArray(m_state).replace(948, 4, "ORx ")), qPrintable(inspector.error()));
+    QVERIFY(!inspector.hasMorphData());
+    QVERIFY(inspector.morphTable().isEmpty());
+    QCOMPARE(inspector.morphCellText(0, 3), QString());
+    QCOMPARE(textOf(inspector.chunkValues(), "fx_cmp_atck"), QStringLiteral("200 ms"));
+
     // The older layout carries the chunk right after the generic block.
     const QByteArray older = QByteArray("2620") + m_state.mid(4, 88) + m_state.mid(928);
     QVERIFY2(inspector.inspectState(older), qPrintable(inspector.error()));
