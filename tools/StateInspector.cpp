@@ -172,7 +172,7 @@ bool StateInspector::inspectChunk(const QByteArray &bytes)
 {
     reset(QStringLiteral("chunk"));
     qint64 length = 0;
-    return readChunk(bytes, 0, true, &length);
+    return readChunk(bytes, 0, &length);
 }
 
 bool StateInspector::inspectState(const QByteArray &bytes)
@@ -216,11 +216,13 @@ bool StateInspector::inspectState(const QByteArray &bytes)
 
     if (m_versionNumber >= Layout::FirstDoubleChunkVersion) {
         m_stateLayout = QStringLiteral("newer");
-        const QString firstChunk = QStringLiteral("the first chunk of the newer layout");
-        if (!marker(Layout::FormMagic, firstChunk))
-            return false;
-        offset -= Layout::MarkerSize;
-        m_entries.removeLast(); // listed with its size below
+        const QByteArray magic = bytes.mid(offset, Layout::MarkerSize);
+        if (magic != Layout::FormMagic)
+            return fail(offset,
+                QStringLiteral("expected %1 (the first chunk of the newer layout), found %2")
+                    .arg(quoted(Layout::FormMagic),
+                        magic.size() < Layout::MarkerSize ? QStringLiteral("the end of the file")
+                                                          : quoted(magic)));
         if (size < offset + Layout::FormHeaderSize)
             return fail(offset + Layout::MarkerSize,
                 QStringLiteral("expected the first chunk's 4-byte size, found the end of the file"));
@@ -257,7 +259,7 @@ bool StateInspector::inspectState(const QByteArray &bytes)
     }
 
     qint64 length = 0;
-    if (!readChunk(bytes, offset, true, &length))
+    if (!readChunk(bytes, offset, &length))
         return false;
     if (offset + length < size)
         m_entries.append({ QStringLiteral("trailing bytes"), offset + length, size - offset - length, 0,
@@ -288,9 +290,9 @@ bool StateInspector::checkChunkEnd(const QByteArray &bytes, qint64 offset, bool 
             .arg(end));
 }
 
-// Lists the chunk's headers (bounded by the data) and, for the chunk that a
-// restore uses, loads it with the real reader.
-bool StateInspector::readChunk(const QByteArray &bytes, qint64 offset, bool primary, qint64 *length)
+// Lists the headers of the chunk that a restore uses (bounded by the data)
+// and loads it with the real reader.
+bool StateInspector::readChunk(const QByteArray &bytes, qint64 offset, qint64 *length)
 {
     const QByteArray head = bytes.mid(offset, 8);
     const bool wide
@@ -308,8 +310,6 @@ bool StateInspector::readChunk(const QByteArray &bytes, qint64 offset, bool prim
         if (!checkChunkEnd(bytes, offset, wide))
             return false;
     }
-    if (!primary)
-        return true;
     if (head.size() < 8)
         return fail(bytes.size(),
             QStringLiteral(

@@ -69,7 +69,7 @@ public:
 private:
     void reset(const QString &kind);
     bool fail(qint64 offset, const QString &message);
-    bool readChunk(const QByteArray &bytes, qint64 offset, bool primary, qint64 *length);
+    bool readChunk(const QByteArray &bytes, qint64 offset, qint64 *length);
     bool checkChunkEnd(const QByteArray &bytes, qint64 offset, bool wide);
     void listChunks(const QByteArray &bytes, qint64 offset, bool wide);
     QVector<Value> bigEndianFloats(
