@@ -17,7 +17,10 @@ args=("$@")
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
   export QT_QPA_PLATFORM=offscreen
   case " $* " in
+    # Rendering is what the run is for, unless it asks for something else:
+    # a picture of its own, the help or the list, or only a saved state.
     *" --screenshot "* | *" --screenshot="* | *" --help "* | *" -h "* | *" --list-parameters "*) ;;
+    *" --save-state "* | *" --save-state="*) ;;
     *) args+=(--screenshot editor.png) ;;
   esac
 fi

@@ -117,12 +117,12 @@ int32_t ORVChStripComponent::setState(IBStream *state)
     // Everything is parsed before the first write, so a malformed stream
     // leaves the parameter memory as it was.
     YPlx3Stream stream(state);
-    stream.SetMarker(4 * ParameterListCount, YStreamFromCurrent);
+    stream.SetMarker(GenericBlockSize, YStreamFromCurrent);
     if (versionNumber(version) >= FirstDoubleChunkVersion) {
         char marker[4];
         int32_t size = 0;
         uint32_t count = 0;
-        if (readAll(state, marker, 4) || std::memcmp(marker, "CHST", 4) != 0)
+        if (readAll(state, marker, 4) || std::memcmp(marker, FormMagic, 4) != 0)
             return kResultFalse;
         if (readAll(state, &size, 4) || size < 0 || state->seek(size, IBStream::kIBSeekCur) != kResultOk)
             return kResultFalse;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Common/EffectComponent.h"
+#include "ORVChStrip/ORVChStripParameters.h"
 
 // The channel strip's state component. After the generic block it writes the
 // channel-strip chunk twice: once with the 22 generic floats (what older
@@ -15,6 +16,19 @@ public:
     // Versions below this ("2621" read as raw character codes) carry the
     // chunk right after the generic block.
     static constexpr int FirstDoubleChunkVersion = 55949;
+
+    // The saved state's layout. The generic block is the version and one
+    // big-endian float per entry of ParameterList; the first chunk follows
+    // it. In the newer layout each chunk is a "CHST" form (4-byte magic and
+    // a 4-byte size in host order, counted after the header), and the
+    // "prms" block holds a 4-byte count and that many big-endian floats.
+    static constexpr int MarkerSize = 4;
+    static constexpr int GenericBlockOffset = DataVersionSize;
+    static constexpr int GenericBlockSize = 4 * ORVChStripParameters::ParameterListCount;
+    static constexpr int FirstChunkOffset = GenericBlockOffset + GenericBlockSize;
+    static constexpr char FormMagic[] = "CHST";
+    static constexpr int FormHeaderSize = MarkerSize + 4;
+    static constexpr int CountSize = 4;
 
     int32_t setState(IBStream *state) override;
     int32_t getState(IBStream *state) override;

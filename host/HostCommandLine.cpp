@@ -1,14 +1,35 @@
 #include "HostCommandLine.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <cmath>
 
 namespace {
+
+QStringList supportedFormats()
+{
+    QStringList formats;
+    for (const QByteArray &format : QImageWriter::supportedImageFormats())
+        formats << QString::fromLatin1(format);
+    return formats;
+}
+
+// The format the file's suffix names; PNG without a suffix, empty for a
+// suffix no image writer knows.
+QByteArray pictureFormat(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix.isEmpty())
+        return QByteArrayLiteral("png");
+    return supportedFormats().contains(suffix) ? suffix.toLatin1() : QByteArray();
+}
 
 bool toNumber(const QString &text, double *number)
 {
     bool ok = false;
     *number = text.toDouble(&ok);
-    return ok;
+    return ok && std::isfinite(*number);
 }
 
 } // namespace
@@ -109,13 +130,15 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         return Result::Error;
     }
     plugin.dialEditMode = parser.value(dialOption).toInt(&ok);
-    if (!ok) {
-        error = QStringLiteral("--dial-mode takes a number, not '%1'").arg(parser.value(dialOption));
+    if (!ok || plugin.dialEditMode < 0 || plugin.dialEditMode > MaxDialEditMode) {
+        error
+            = QStringLiteral("--dial-mode takes 0 (circular), 1 (relative circular) or 2 (linear), not '%1'")
+                  .arg(parser.value(dialOption));
         return Result::Error;
     }
     plugin.sliderEditMode = parser.value(sliderOption).toInt(&ok);
-    if (!ok) {
-        error = QStringLiteral("--slider-mode takes a number, not '%1'").arg(parser.value(sliderOption));
+    if (!ok || plugin.sliderEditMode < 0 || plugin.sliderEditMode > MaxSliderEditMode) {
+        error = QStringLiteral("--slider-mode takes 0, 1, 2 or 3, not '%1'").arg(parser.value(sliderOption));
         return Result::Error;
     }
     for (const QString &assignment : parser.values(setOption)) {
@@ -127,6 +150,15 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         settings.append({ assignment.left(equals), assignment.mid(equals + 1) });
     }
     screenshotPath = parser.value(screenshotOption);
+    if (parser.isSet(screenshotOption)) {
+        screenshotFormat = pictureFormat(screenshotPath);
+        if (screenshotFormat.isEmpty()) {
+            error = QStringLiteral("--screenshot %1: cannot write '%2' pictures; the suffix names one of %3")
+                        .arg(screenshotPath, QFileInfo(screenshotPath).suffix(),
+                            supportedFormats().join(QStringLiteral(", ")));
+            return Result::Error;
+        }
+    }
     gallery = parser.isSet(galleryOption);
     loadStatePath = parser.value(loadStateOption);
     saveStatePath = parser.value(saveStateOption);

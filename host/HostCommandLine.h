@@ -12,12 +12,17 @@ struct HostCommandLine
 {
     enum class Result { Run, ShowHelp, ListParameters, Error };
 
+    // The knob and fader edit modes the host may pass to the editor.
+    static constexpr int MaxDialEditMode = 2;
+    static constexpr int MaxSliderEditMode = 3;
+
     PluginHost::Options plugin;
     QList<QPair<QString, QString>> settings; // --set KEY=TEXT, in order
     QString screenshotPath;
-    bool gallery = false;           // --gallery: the controls gallery instead of the editor
-    QString loadStatePath;          // --load-state FILE: restored before the editor is shown
-    QString saveStatePath;          // --save-state FILE: written once the editor is set up
+    QByteArray screenshotFormat; // named by the suffix: "png", "jpg", "bmp", ...
+    bool gallery = false;        // --gallery: the controls gallery instead of the editor
+    QString loadStatePath;       // --load-state FILE: restored before the editor is shown
+    QString saveStatePath;       // --save-state FILE: written once the editor is set up
     bool keepEditorSettings = true; // false with --no-settings: start clean, keep nothing
     QString helpText;
     QString error;

@@ -82,10 +82,13 @@ void HostWindow::loadState()
 
 void HostWindow::saveState()
 {
-    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save State"), QString(),
+    // A bare name typed by the user gets the state files' extension.
+    QFileDialog dialog(this, QStringLiteral("Save State"), QString(),
         QStringLiteral("Effect states (*.orvstate);;All files (*)"));
-    if (!path.isEmpty())
-        saveStateFile(path);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("orvstate"));
+    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
+        saveStateFile(dialog.selectedFiles().constFirst());
 }
 
 bool HostWindow::loadStateFile(const QString &path)

@@ -1,5 +1,6 @@
 #include "ParameterListing.h"
 
+#include <QStringList>
 #include <QTextStream>
 
 #include "HostModel.h"
@@ -12,9 +13,15 @@ void printParameterListing(const HostModel &model, QTextStream &out)
     for (const ParameterSpec &parameter : model.parameters()) {
         const QString range = QStringLiteral("%1..%2").arg(parameter.minimum).arg(parameter.maximum);
         QString values;
-        if (parameter.isText())
+        if (parameter.isText()) {
             values = QStringLiteral("text of %1 characters").arg(parameter.decimals);
-        else
+        } else if (parameter.kind == ValueKind::Knee || parameter.kind == ValueKind::Switch) {
+            // A switch or selector has few values: list every one.
+            QStringList words;
+            for (int value = parameter.minimum; value <= parameter.maximum; ++value)
+                words << ValueText::format(parameter, value);
+            values = words.join(QStringLiteral(", "));
+        } else
             values = ValueText::format(parameter, parameter.minimum) + QStringLiteral(" .. ")
                 + ValueText::format(parameter, parameter.maximum);
         if (!parameter.morphTargetKey.isEmpty())

@@ -12,6 +12,7 @@
 #include "ParameterListing.h"
 #include "PluginHost.h"
 #include "StateFile.h"
+#include "ValueRangeCheck.h"
 
 namespace {
 
@@ -21,10 +22,21 @@ bool hasDisplay()
     return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
 }
 
-int writeScreenshot(QWidget *widget, const QString &what, const QString &path, QTextStream &err)
+// Renders the widget alone at `scale` times its pixel density, so that a
+// picture at scale 2 shows every line and glyph drawn at twice the detail.
+int writeScreenshot(QWidget *widget, const QString &what, const QString &path, const QByteArray &format,
+    double scale, QTextStream &err)
 {
-    const QPixmap picture = widget->grab();
-    if (!picture.save(path, "PNG")) {
+    QPixmap picture;
+    if (scale == 1.0) {
+        picture = widget->grab();
+    } else {
+        picture = QPixmap(widget->size() * scale);
+        picture.setDevicePixelRatio(scale);
+        picture.fill(Qt::transparent);
+        widget->render(&picture);
+    }
+    if (!picture.save(path, format.isEmpty() ? "png" : format.constData())) {
         err << "orvchstrip-host: cannot write the picture to " << path << '\n';
         return 1;
     }
@@ -34,7 +46,9 @@ int writeScreenshot(QWidget *widget, const QString &what, const QString &path, Q
 }
 
 // The controls gallery in place of the editor. The plug-in object offers it
-// through its own interface; the meters run as they do for the editor.
+// through its own interface; the meters run as they do for the editor. The
+// gallery lives under an editor at scale 1, from which its controls take
+// the edit modes, and a picture of it is drawn at the requested scale.
 int runGallery(PluginHost &host, const HostCommandLine &options, QTextStream &err)
 {
     auto *galleryFactory = qobject_cast<IORVControlsGallery *>(host.pluginInstance());
@@ -42,18 +56,32 @@ int runGallery(PluginHost &host, const HostCommandLine &options, QTextStream &er
         err << "orvchstrip-host: the plug-in offers no controls gallery (" IORVControlsGallery_iid ")\n";
         return 1;
     }
-    std::unique_ptr<QWidget> gallery(
-        galleryFactory->createControlsGallery(nullptr, &host.model(), &host.memory()));
+    PluginHost::Options editorOptions = options.plugin;
+    editorOptions.scale = 1.0;
+    QString error;
+    std::unique_ptr<IQXEffectEditor> editor(host.createEditor(nullptr, editorOptions, &error));
+    if (!editor) {
+        err << "orvchstrip-host: " << error << '\n';
+        return 1;
+    }
+    QWidget *gallery = galleryFactory->createControlsGallery(editor.get(), &host.model(), &host.memory());
     if (!gallery) {
         err << "orvchstrip-host: the plug-in made no controls gallery\n";
         return 1;
     }
+    gallery->setWindowFlag(Qt::Window);
+    if (!options.plugin.stereo)
+        err << "orvchstrip-host: --gallery: the gallery's meters are a stereo pair; --mono applies to the "
+               "editor\n";
+    editor->setDialEditMode(options.plugin.dialEditMode);
+    editor->setSliderEditMode(options.plugin.sliderEditMode);
     MeterSignalGenerator meters(&host.memory());
     if (!options.screenshotPath.isEmpty() || !hasDisplay()) {
         host.memory().publishMeters(meters.levelsAt(2.0));
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("gallery.png") : options.screenshotPath;
-        return writeScreenshot(gallery.get(), QStringLiteral("controls gallery"), path, err);
+        return writeScreenshot(gallery, QStringLiteral("controls gallery"), path, options.screenshotFormat,
+            options.plugin.scale, err);
     }
     meters.start();
     gallery->show();
@@ -81,14 +109,42 @@ QStringList takePluginOption(int &argc, char *argv[])
     return taken;
 }
 
-// Without a display the host still renders pictures, offscreen.
-void chooseOffscreenWithoutDisplay()
+// Without a display the host still renders pictures, offscreen. With a
+// display named but out of reach, Qt tries the platforms of the list in
+// turn instead of aborting, so --help, --list-parameters and --screenshot
+// work wherever the host runs.
+void choosePlatform()
 {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
-    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
-        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        return;
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "wayland;xcb;offscreen");
+    else if (!qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb;offscreen");
+    else
         qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif
+}
+
+// A --set text outside the parameter's range is a typing error, not a
+// value to clamp silently.
+bool applySetting(PluginHost &host, const QString &key, const QString &text, int channel, QTextStream &err)
+{
+    const QByteArray latinKey = key.toLatin1();
+    const ParameterSpec *parameter = host.model().parameter(host.model().parameterId(latinKey.constData()));
+    QString problem;
+    if (!parameter)
+        problem = QStringLiteral("no such parameter");
+    else if (!ValueRangeCheck::contains(*parameter, text))
+        problem = QStringLiteral("outside the range %1").arg(ValueRangeCheck::describe(*parameter));
+    else if (!host.memory().setValueText(latinKey.constData(), text, channel))
+        problem = QStringLiteral("the value text does not parse; the values are %1")
+                      .arg(ValueRangeCheck::describe(*parameter));
+    if (problem.isEmpty())
+        return true;
+    err << "orvchstrip-host: --set " << key << '=' << text << ": " << problem << " (see --list-parameters)\n";
+    return false;
 }
 
 } // namespace
@@ -96,7 +152,7 @@ void chooseOffscreenWithoutDisplay()
 int main(int argc, char *argv[])
 {
     const QStringList pluginArguments = takePluginOption(argc, argv);
-    chooseOffscreenWithoutDisplay();
+    choosePlatform();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orvchstrip-host"));
     QTextStream out(stdout);
@@ -123,13 +179,8 @@ int main(int argc, char *argv[])
         return 1;
     }
     for (const auto &[key, text] : std::as_const(options.settings)) {
-        if (!host.memory().setValueText(key.toLatin1().constData(), text, options.plugin.channel)) {
-            err << "orvchstrip-host: --set " << key << '=' << text << ": "
-                << (host.model().parameterId(key.toLatin1().constData()) ? "the value text does not parse"
-                                                                         : "no such parameter")
-                << " (see --list-parameters)\n";
+        if (!applySetting(host, key, text, options.plugin.channel, err))
             return 2;
-        }
     }
 
     if (options.gallery)
@@ -162,13 +213,18 @@ int main(int argc, char *argv[])
     HostWindow window(&host, editor);
     MeterSignalGenerator meters(&host.memory());
 
+    // Without a display the editor is rendered to a picture, unless the run
+    // only saves a state.
     const bool screenshotOnly = !options.screenshotPath.isEmpty() || !hasDisplay();
+    if (screenshotOnly && options.screenshotPath.isEmpty() && !options.saveStatePath.isEmpty())
+        return 0;
     if (screenshotOnly) {
         // A moment into the test signal, so the meters show a level.
         host.memory().publishMeters(meters.levelsAt(2.0));
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("editor.png") : options.screenshotPath;
-        return writeScreenshot(editor, QStringLiteral("editor panel"), path, err);
+        return writeScreenshot(
+            editor, QStringLiteral("editor panel"), path, options.screenshotFormat, 1.0, err);
     }
     meters.start();
     window.show();

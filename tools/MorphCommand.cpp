@@ -1,20 +1,46 @@
+// orvchstrip-tool morph list: the morph data catalogue as the editor shows
+// it, every folder open, with the files the editor would refuse to send
+// marked and their reason.
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringDecoder>
+#include <cstring>
+
+#ifdef Q_OS_UNIX
+#include <dirent.h>
+#endif
 
 #include "ORVChStrip/ORVD/ORVD_Data.h"
 #include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ORVD/ORVD_Select.h"
 #include "tools/MorphRecordCommands.h"
+#include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
 
 namespace {
 
-constexpr const char *MorphUsage = "morph list [--folder DIR] [--json]\nmorph show FILE [--json]\nmorph make "
+constexpr const char *MorphUsage = "morph list [--folder DIR] [--json] | morph show FILE [--json] | morph make "
                                    "--from TABLE.json --out FILE.ord";
+const QString Command = QStringLiteral("morph list");
+
+// What the editor checks before it sends a morph record to the host.
+constexpr unsigned int MorphRecordSize = 512;
+constexpr char MorphRecordMagic[] = "ORVD";
+
+constexpr int NameColumns = 40;
+
+struct Row
+{
+    const ORVD_Select *select;
+    QString name;  // as the catalogue holds it: NFC
+    QString shown; // escaped for one line of terminal text
+    QStringList problems;
+};
 
 void openAllFolders(const std::vector<ORVD_Data *> &list)
 {
@@ -24,47 +50,182 @@ void openAllFolders(const std::vector<ORVD_Data *> &list)
     }
 }
 
-void printJson(ToolContext &context, const QString &folder, const std::vector<ORVD_Select *> &rows)
+// Why the editor would not send this file to the host; empty when it would.
+QString refusal(const ORVD_Data *data)
+{
+    if (data->GetDataSize() != MorphRecordSize)
+        return QStringLiteral("not sent: %1 bytes, a morph record has %2")
+            .arg(data->GetDataSize())
+            .arg(MorphRecordSize);
+    if (std::memcmp(data->GetDataBuffer(), MorphRecordMagic, 4) != 0) {
+        const QByteArray found(reinterpret_cast<const char *>(data->GetDataBuffer()), 4);
+        return QStringLiteral("not sent: offset 0: expected \"%1\", found \"%2\"")
+            .arg(QLatin1String(MorphRecordMagic), PrintableName::escaped(QString::fromLatin1(found)));
+    }
+    return QString();
+}
+
+// The scan holds names as Unicode, so a file whose name is not valid UTF-8
+// does not lead back to its file and is left out of the catalogue. These are
+// the names of such ".ord" files in the folder and one level down, as raw
+// bytes, so that the listing can name them.
+QList<QByteArray> undecodableFileNames(const QString &folder)
+{
+    QList<QByteArray> names;
+#ifdef Q_OS_UNIX
+    const auto walk
+        = [&](const QByteArray &path, const QByteArray &prefix, int depth, const auto &self) -> void {
+        DIR *directory = opendir(path.constData());
+        if (!directory)
+            return;
+        while (const dirent *entry = readdir(directory)) {
+            const QByteArray name(entry->d_name);
+            if (name.startsWith('.'))
+                continue;
+            const QByteArray child = path + '/' + name;
+            const bool valid = QUtf8StringView(name).isValidUtf8();
+            if (depth > 0 && valid && QFileInfo(QFile::decodeName(child)).isDir()
+                && !QFileInfo(QFile::decodeName(child)).isSymLink())
+                self(child, prefix + name + '/', depth - 1, self);
+            else if (!valid && name.toLower().endsWith(".ord"))
+                names << prefix + name;
+        }
+        closedir(directory);
+    };
+    walk(QFile::encodeName(folder), QByteArray(), 1, walk);
+    std::sort(names.begin(), names.end());
+#else
+    Q_UNUSED(folder)
+#endif
+    return names;
+}
+
+QString escapedBytes(const QByteArray &name)
+{
+    QString text;
+    for (qsizetype i = 0; i < name.size();) {
+        // The longest valid UTF-8 sequence at i, else one byte as \xNN.
+        qsizetype length = 4;
+        while (
+            length > 0 && (i + length > name.size() || !QUtf8StringView(name.mid(i, length)).isValidUtf8()))
+            --length;
+        if (length == 0) {
+            text += QStringLiteral("\\x%1").arg(uchar(name.at(i)), 2, 16, QLatin1Char('0'));
+            ++i;
+        } else {
+            text += PrintableName::escaped(QString::fromUtf8(name.mid(i, length)));
+            i += length;
+        }
+    }
+    return text;
+}
+
+QList<Row> describe(const std::vector<ORVD_Select *> &selects)
+{
+    QList<Row> rows;
+    // Names are stored in NFC, so files whose names differ only in their
+    // Unicode normalisation come out alike; count them per folder.
+    QHash<QString, int> seen;
+    QString parent;
+    for (const ORVD_Select *select : selects) {
+        const ORVD_Data *data = select->GetData();
+        Row row { select, QString::fromUtf8(data->GetName()), QString(), {} };
+        row.shown = PrintableName::escaped(row.name);
+        if (select->GetLayerNo() == 0 && data->IsFolder())
+            parent = row.name;
+        const QString scope = select->GetLayerNo() == 0 ? QString() : parent;
+        if (!data->IsFolder()) {
+            if (const QString reason = refusal(data); !reason.isEmpty())
+                row.problems << reason;
+        }
+        const int twins = ++seen[scope + QLatin1Char('/') + row.name];
+        if (twins > 1)
+            row.problems << QStringLiteral(
+                "name alike to an earlier entry: the names on the disk differ only in "
+                "Unicode normalisation (NFC/NFD), entry %1 of this name")
+                                .arg(twins);
+        rows.append(row);
+    }
+    return rows;
+}
+
+void printJson(ToolContext &context, const QString &folder, bool exists, const QList<Row> &rows,
+    const QList<QByteArray> &leftOut)
 {
     QJsonArray array;
-    for (const ORVD_Select *row : rows) {
-        const ORVD_Data *data = row->GetData();
-        array.append(QJsonObject {
-            { QStringLiteral("name"), QString::fromUtf8(data->GetName()) },
-            { QStringLiteral("depth"), row->GetLayerNo() },
+    for (const Row &row : rows) {
+        const ORVD_Data *data = row.select->GetData();
+        QJsonObject object {
+            { QStringLiteral("name"), row.name },
+            { QStringLiteral("depth"), row.select->GetLayerNo() },
             { QStringLiteral("folder"), data->IsFolder() },
             { QStringLiteral("size"), static_cast<qint64>(data->GetDataSize()) },
+            { QStringLiteral("problems"), QJsonArray::fromStringList(row.problems) },
+        };
+        if (!data->IsFolder())
+            object.insert(QStringLiteral("sendable"), refusal(data).isEmpty());
+        array.append(object);
+    }
+    QJsonArray leftOutJson;
+    for (const QByteArray &name : leftOut) {
+        leftOutJson.append(QJsonObject {
+            { QStringLiteral("name"), escapedBytes(name) },
+            { QStringLiteral("name_hex"), QString::fromLatin1(name.toHex()) },
+            { QStringLiteral("reason"), QStringLiteral("the name is not valid UTF-8") },
         });
     }
     const QJsonObject object {
         { QStringLiteral("folder_path"), QDir::toNativeSeparators(folder) },
+        { QStringLiteral("folder_exists"), exists },
         { QStringLiteral("rows"), array },
+        { QStringLiteral("left_out"), leftOutJson },
     };
     context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 
-void printText(ToolContext &context, const QString &folder, const std::vector<ORVD_Select *> &rows)
+void printRows(ToolContext &context, const QList<Row> &rows);
+
+void printText(ToolContext &context, const QString &folder, bool exists, const QList<Row> &rows,
+    const QList<QByteArray> &leftOut)
 {
-    context.out << "Morph folder: " << QDir::toNativeSeparators(folder) << '\n';
-    if (rows.empty()) {
+    context.out << "Morph folder: " << PrintableName::escaped(QDir::toNativeSeparators(folder)) << '\n';
+    if (!exists)
+        context.out << "The folder does not exist: an empty catalogue.\n";
+    if (rows.isEmpty())
         context.out << "No morph data.\n";
-        return;
+    else
+        printRows(context, rows);
+    if (!leftOut.isEmpty()) {
+        context.out << "Left out, their names are not valid UTF-8 (bytes shown as \\xNN):\n";
+        for (const QByteArray &name : leftOut)
+            context.out << "  " << escapedBytes(name) << '\n';
     }
+}
+
+void printRows(ToolContext &context, const QList<Row> &rows)
+{
     int files = 0;
-    for (const ORVD_Select *row : rows) {
-        const ORVD_Data *data = row->GetData();
-        const QString indent(2 + 2 * row->GetLayerNo(), QLatin1Char(' '));
-        QString label = indent + QString::fromUtf8(data->GetName());
+    int refused = 0;
+    for (const Row &row : rows) {
+        const ORVD_Data *data = row.select->GetData();
+        const QString label = QString(2 + 2 * row.select->GetLayerNo(), QLatin1Char(' ')) + row.shown;
         if (data->IsFolder()) {
-            context.out << label << "/\n";
-            continue;
+            context.out << label << '/';
+        } else {
+            ++files;
+            if (!refusal(data).isEmpty())
+                ++refused;
+            context.out << PrintableName::padded(label, NameColumns) << ' '
+                        << QStringLiteral("%1 bytes").arg(data->GetDataSize(), 9);
         }
-        ++files;
-        if (label.size() < 40)
-            label = label.leftJustified(40);
-        context.out << label << ' ' << data->GetDataSize() << " bytes\n";
+        for (const QString &problem : row.problems)
+            context.out << "  [" << problem << ']';
+        context.out << '\n';
     }
-    context.out << files << (files == 1 ? " morph data file\n" : " morph data files\n");
+    context.out << files << (files == 1 ? " morph data file" : " morph data files");
+    if (refused > 0)
+        context.out << ", " << refused << " of them not sent by the editor";
+    context.out << '\n';
 }
 
 int runList(ToolContext &context, const QStringList &arguments)
@@ -73,39 +234,44 @@ int runList(ToolContext &context, const QStringList &arguments)
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QString &argument = arguments.at(i);
         if (argument == QLatin1String("--folder")) {
-            if (++i >= arguments.size()) {
-                context.err << "orvchstrip-tool morph list: --folder needs a folder\n";
-                return 2;
-            }
+            if (++i >= arguments.size())
+                return context.fail(Command, QString(), QStringLiteral("--folder needs a folder"), 2);
             folder = arguments.at(i);
+            if (folder.isEmpty())
+                return context.fail(Command, QString(), QStringLiteral("--folder needs a folder"), 2);
         } else if (argument.startsWith(QLatin1String("--folder="))) {
             folder = argument.mid(9);
         } else {
-            context.err << "orvchstrip-tool morph list: unexpected argument '" << argument << "'\n"
-                        << "Usage: orvchstrip-tool " << MorphUsage << '\n';
-            return 2;
+            return context.fail(Command, QString(),
+                QStringLiteral("unexpected argument '%1'; usage: orvchstrip-tool %2")
+                    .arg(PrintableName::escaped(argument), QLatin1String(MorphUsage)),
+                2);
         }
     }
 
     // Resolve here so that the message and the output name the folder
     // actually scanned, the environment override included.
     const QString scanned = QFileInfo(ORVD_FolderCollectionImp(folder).Folder()).absoluteFilePath();
-    if (!QFileInfo(scanned).isDir()) {
-        context.err << "orvchstrip-tool morph list: morph folder '" << QDir::toNativeSeparators(scanned)
-                    << "' does not exist\n";
-        return 1;
-    }
+    const QFileInfo info(scanned);
+    if (info.exists() && !info.isDir())
+        return context.fail(Command, QDir::toNativeSeparators(scanned), QStringLiteral("not a folder"));
+    // The default folder may be absent (an empty catalogue, as the editor
+    // shows it); a folder the user names must be there.
+    if (!info.exists() && !folder.isEmpty())
+        return context.fail(Command, QDir::toNativeSeparators(scanned), QStringLiteral("no such folder"));
 
     ORVD_Manager manager;
     manager.GetCollection().SetFolder(scanned);
     manager.Collection();
     openAllFolders(manager.GetDataList());
     manager.MakeSelectList();
+    const QList<Row> rows = describe(manager.GetSelectList());
+    const QList<QByteArray> leftOut = undecodableFileNames(scanned);
 
     if (context.json)
-        printJson(context, scanned, manager.GetSelectList());
+        printJson(context, scanned, info.exists(), rows, leftOut);
     else
-        printText(context, scanned, manager.GetSelectList());
+        printText(context, scanned, info.exists(), rows, leftOut);
     return 0;
 }
 
@@ -113,10 +279,9 @@ int runMorph(ToolContext &context)
 {
     if (MorphRecordCommands::handles(context.arguments.value(0)))
         return MorphRecordCommands::run(context);
-    if (context.arguments.isEmpty() || context.arguments.first() != QLatin1String("list")) {
-        context.err << "Usage: orvchstrip-tool " << MorphUsage << '\n';
-        return 2;
-    }
+    if (context.arguments.isEmpty() || context.arguments.first() != QLatin1String("list"))
+        return context.fail(QStringLiteral("morph"), QString(),
+            QStringLiteral("usage: orvchstrip-tool %1").arg(QLatin1String(MorphUsage)), 2);
     return runList(context, context.arguments.mid(1));
 }
 

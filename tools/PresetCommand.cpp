@@ -8,6 +8,7 @@
 
 #include "ORVChStrip/ORVChStripPresetConversion.h"
 #include "ORVChStrip/PresetFileInfo.h"
+#include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
 
 namespace {
@@ -15,9 +16,18 @@ namespace {
 constexpr const char *PresetUsage = "preset info FILE [--json]\n"
                                     "preset convert [--dry-run] [--from DIR --to DIR] [--json]";
 
+const QString Info = QStringLiteral("preset info");
+const QString Convert = QStringLiteral("preset convert");
+
 QString nativePath(const QString &path)
 {
     return QDir::toNativeSeparators(path);
+}
+
+// A path on one line of text output, whatever its name holds.
+QString shownPath(const QString &path)
+{
+    return PrintableName::escaped(nativePath(path));
 }
 
 QString classOf(const PresetFileInfo &info)
@@ -61,7 +71,7 @@ QJsonObject infoToJson(const PresetFileInfo &info)
 
 void printInfo(QTextStream &out, const PresetFileInfo &info)
 {
-    out << nativePath(info.path) << ":\n";
+    out << shownPath(info.path) << ":\n";
     if (!info.magic.isEmpty())
         out << "  magic        '" << PresetFileInfo::printableId(info.magic) << "'\n";
     if (info.hasVersion) {
@@ -86,21 +96,17 @@ void printInfo(QTextStream &out, const PresetFileInfo &info)
 
 int runInfo(ToolContext &context, const QStringList &arguments)
 {
-    if (arguments.size() != 1) {
-        context.err << "orvchstrip-tool: usage: orvchstrip-tool preset info FILE [--json]\n";
-        return 2;
-    }
+    if (arguments.size() != 1)
+        return context.fail(
+            Info, QString(), QStringLiteral("usage: orvchstrip-tool preset info FILE [--json]"), 2);
     const PresetFileInfo info = PresetFileInfo::read(arguments.first());
     if (context.json)
         context.out << QJsonDocument(infoToJson(info)).toJson(QJsonDocument::Indented);
     else
         printInfo(context.out, info);
-    context.out.flush();
-    if (!info.isValid()) {
-        context.err << "orvchstrip-tool preset info: " << nativePath(info.path)
-                    << ": not a preset file: " << info.error << '\n';
-        return 1;
-    }
+    if (!info.isValid())
+        return context.fail(
+            Info, nativePath(info.path), QStringLiteral("not a preset file: %1").arg(info.error));
     return 0;
 }
 
@@ -118,9 +124,9 @@ QString outcomeName(PresetConversionItem::Outcome outcome)
 void printItem(QTextStream &out, const PresetConversionItem &item)
 {
     const QString name = outcomeName(item.outcome);
-    out << (name + QLatin1Char(':')).leftJustified(15) << nativePath(item.source);
+    out << (name + QLatin1Char(':')).leftJustified(15) << shownPath(item.source);
     if (item.outcome != PresetConversionItem::Skipped)
-        out << " -> " << nativePath(item.destination);
+        out << " -> " << shownPath(item.destination);
     out << " (" << item.reason << ")\n";
 }
 
@@ -134,19 +140,26 @@ int runConvert(ToolContext &context, const QStringList &arguments)
         if (argument == QLatin1String("--dry-run")) {
             options.dryRun = true;
         } else if (argument == QLatin1String("--from") || argument == QLatin1String("--to")) {
-            if (++i >= arguments.size()) {
-                context.err << "orvchstrip-tool preset convert: " << argument << " needs a folder\n";
-                return 2;
-            }
+            if (++i >= arguments.size() || arguments.at(i).isEmpty())
+                return context.fail(Convert, QString(), argument + QStringLiteral(" needs a folder"), 2);
             (argument == QLatin1String("--from") ? from : to) = arguments.at(i);
         } else {
-            context.err << "orvchstrip-tool preset convert: unknown option '" << argument << "'\n";
-            return 2;
+            return context.fail(Convert, QString(),
+                QStringLiteral("unknown option '%1'").arg(PrintableName::escaped(argument)), 2);
         }
     }
-    if (from.isEmpty() != to.isEmpty()) {
-        context.err << "orvchstrip-tool preset convert: --from and --to go together\n";
-        return 2;
+    if (from.isEmpty() != to.isEmpty())
+        return context.fail(Convert, QString(), QStringLiteral("--from and --to go together"), 2);
+    // Only the default folders may be absent; a folder the user names must be there.
+    if (!from.isEmpty()) {
+        const QFileInfo source(from);
+        if (!source.exists())
+            return context.fail(Convert, nativePath(from), QStringLiteral("--from: no such folder"));
+        if (!source.isDir())
+            return context.fail(Convert, nativePath(from), QStringLiteral("--from: not a folder"));
+        const QFileInfo destination(to);
+        if (destination.exists() && !destination.isDir())
+            return context.fail(Convert, nativePath(to), QStringLiteral("--to: not a folder"));
     }
 
     const QList<ORVChStripPresetConversion::FolderPair> pairs = from.isEmpty()
@@ -168,14 +181,13 @@ int runConvert(ToolContext &context, const QStringList &arguments)
             });
             continue;
         }
-        context.out << "From " << nativePath(pair.source) << "\n  to " << nativePath(pair.destination)
-                    << '\n';
+        context.out << "From " << shownPath(pair.source) << "\n  to " << shownPath(pair.destination) << '\n';
         if (!exists)
             context.out << "  source folder does not exist; nothing to convert\n";
         for (const PresetConversionItem &item : report.items)
             printItem(context.out, item);
         for (const QString &error : report.errors)
-            context.err << "orvchstrip-tool preset convert: " << error << '\n';
+            context.fail(Convert, QString(), error);
     }
 
     const int converted = total.count(PresetConversionItem::Converted);
@@ -224,10 +236,10 @@ int runPreset(ToolContext &context)
         return runInfo(context, rest);
     if (action == QLatin1String("convert"))
         return runConvert(context, rest);
-    context.err << "orvchstrip-tool: usage:\n";
+    QString usage = QStringLiteral("usage:");
     for (const QString &line : QString::fromLatin1(PresetUsage).split(QLatin1Char('\n')))
-        context.err << "  orvchstrip-tool " << line << '\n';
-    return 2;
+        usage += QStringLiteral("\n  orvchstrip-tool ") + line;
+    return context.fail(QStringLiteral("preset"), QString(), usage, 2);
 }
 
 const ToolCommand presetCommand("preset", PresetUsage, &runPreset);

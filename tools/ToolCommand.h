@@ -12,6 +12,13 @@ struct ToolContext
     bool json = false;     // --json was given anywhere
     QTextStream &out;
     QTextStream &err;
+
+    // Every message of the tool has one form:
+    //   orvchstrip-tool: COMMAND: FILE: offset N: what was expected
+    // with the parts that do not apply left out. Returns `status`.
+    int fail(const QString &command, const QString &file, const QString &message, int status = 1);
+    int fail(
+        const QString &command, const QString &file, qint64 offset, const QString &message, int status = 1);
 };
 
 class ToolCommand

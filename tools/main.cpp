@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "ORVChStrip/ORVChStripVersion.h"
+#include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
 
 namespace {
@@ -49,6 +50,23 @@ QList<const ToolCommand *> ToolCommand::all()
     return registry();
 }
 
+int ToolContext::fail(const QString &command, const QString &file, const QString &message, int status)
+{
+    out.flush();
+    err << "orvchstrip-tool: " << command << ": ";
+    if (!file.isEmpty())
+        err << PrintableName::escaped(file) << ": ";
+    err << message << '\n';
+    err.flush();
+    return status;
+}
+
+int ToolContext::fail(
+    const QString &command, const QString &file, qint64 offset, const QString &message, int status)
+{
+    return fail(command, file, QStringLiteral("offset %1: %2").arg(offset).arg(message), status);
+}
+
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
@@ -69,7 +87,7 @@ int main(int argc, char *argv[])
     }
     const ToolCommand *command = ToolCommand::find(arguments.first());
     if (!command) {
-        err << "orvchstrip-tool: unknown command '" << arguments.first() << "'\n\n";
+        err << "orvchstrip-tool: " << PrintableName::escaped(arguments.first()) << ": unknown command\n\n";
         printUsage(err);
         return 2;
     }

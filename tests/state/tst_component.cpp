@@ -4,7 +4,6 @@
 #include "ChunkBytes.h"
 #include "HostModel.h"
 #include "Interfaces/MemoryBStream.h"
-#include "ORVChStrip/Chunk/ChStripInspector.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
@@ -101,7 +100,6 @@ private slots:
     void withoutHost();
     void failingHostReadsStoreZero();
     void versionsAndKeyList();
-    void inspectorDescribesState();
     void editorHandsOutItsComponent();
 };
 
@@ -274,49 +272,6 @@ void TestComponent::versionsAndKeyList()
     QCOMPARE(EffectComponent::denormalized(0.5f, 1, 200), 101); // 99.5 + 0.5, plus the minimum
     QCOMPARE(EffectComponent::denormalized(std::numeric_limits<float>::quiet_NaN(), 10, 20), 10);
     QCOMPARE(EffectComponent::denormalized(1e30f, 0, 100), INT_MAX);
-}
-
-void TestComponent::inspectorDescribesState()
-{
-    Host host;
-    host.customise();
-    const QByteArray bytes = host.save();
-    ChStripInspector inspector;
-    QVERIFY2(inspector.inspectState(bytes), qPrintable(inspector.error()));
-    QCOMPARE(inspector.stateLayout(), QStringLiteral("newer"));
-    QCOMPARE(inspector.chunkLayout(), QStringLiteral("32-bit"));
-    QCOMPARE(inspector.morphSystemName(), QByteArray("Warm \xe9tage"));
-    QCOMPARE(inspector.morphTable().at(2).at(5), short(2 + 5 + 2));
-    QCOMPARE(inspector.genericValues().size(), 22);
-    QCOMPARE(inspector.extendedValues().size(), 26);
-    QCOMPARE(inspector.chunkValues().size(), 26);
-    QCOMPARE(inspector.extendedValues().at(1).key, QStringLiteral("fx_cmp_atck"));
-    QCOMPARE(inspector.extendedValues().at(1).value, 1.0f);
-    QStringList names;
-    QList<qint64> offsets;
-    for (const ChStripInspector::Entry &entry : inspector.entries()) {
-        if (entry.depth == 0) {
-            names << entry.name;
-            offsets << entry.offset;
-        }
-    }
-    QCOMPARE(names,
-        QStringList(
-            { "version", "generic floats", "CHST", "prms", "count", "extended floats", "chnk", "CHST" }));
-    QCOMPARE(offsets, QList<qint64>({ 0, 4, 92, 812, 816, 820, 924, 928 }));
-
-    QVERIFY(!inspector.inspectState(QByteArray(bytes).replace(924, 4, "xxxx")));
-    QCOMPARE(inspector.errorOffset(), 924);
-    QVERIFY(inspector.error().contains(QStringLiteral("expected \"chnk\"")));
-    QVERIFY(!inspector.inspectState(QByteArray(bytes).replace(928, 4, "CHSx")));
-    QCOMPARE(inspector.errorOffset(), 928 + 8);
-    QVERIFY(inspector.error().contains(QStringLiteral("The chunk ID is abnormal.")));
-
-    QVERIFY(inspector.inspectState(olderLayout("2620", bytes)));
-    QCOMPARE(inspector.stateLayout(), QStringLiteral("older"));
-    QVERIFY(inspector.extendedValues().isEmpty());
-    QVERIFY(inspector.inspectChunk(bytes.mid(928)));
-    QCOMPARE(inspector.chunkValues().at(25).key, QStringLiteral("fx_cmp_sc_onf"));
 }
 
 void TestComponent::editorHandsOutItsComponent()

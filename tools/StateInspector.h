@@ -6,14 +6,19 @@
 #include <QString>
 #include <QVector>
 
+class HostModel;
 class QTextStream;
 
 // Describes a saved plug-in state or a bare channel-strip chunk file: the
 // layout, every chunk and marker with its offset and size, the version, the
-// morph system name and table, and the normalised values by key. It reads
-// the bytes as the state component and the chunk reader do, so what it
-// rejects is what they reject, with the offset and what was expected there.
-class ChStripInspector
+// morph system name and table, and the stored values by key. It walks the
+// bytes as the state component does and loads the chunk with the chunk
+// reader, so what it rejects is what they reject. It also rejects what they
+// let pass silently: data that ends before a chunk's stated end.
+//
+// With a host model the stored values also read as the host's value texts
+// ("10 ms" beside 0.0452261306).
+class StateInspector
 {
 public:
     struct Entry
@@ -26,15 +31,18 @@ public:
     };
     struct Value
     {
-        QString key; // empty for the generic block's unused slot
-        float value = 0.0f;
+        QString key;        // empty for the generic block's unused slot
+        float value = 0.0f; // as stored: normalised to the parameter's range
+        QString text;       // the host's value text and unit, if the model knows the key
     };
+
+    explicit StateInspector(const HostModel *model = nullptr);
 
     bool inspectState(const QByteArray &bytes);
     bool inspectChunk(const QByteArray &bytes);
 
     bool isValid() const { return m_error.isEmpty(); }
-    // What went wrong, where, and what was expected there.
+    // What was expected at errorOffset() and what was found.
     QString error() const { return m_error; }
     qint64 errorOffset() const { return m_errorOffset; }
 
@@ -44,8 +52,12 @@ public:
     QByteArray version() const { return m_version; }
     int versionNumber() const { return m_versionNumber; }
     const QList<Entry> &entries() const { return m_entries; }
+    // False when the chunk has no "ORD " chunk: no name and no table.
+    bool hasMorphData() const { return m_hasMorphData; }
     QByteArray morphSystemName() const { return m_systemName; }
     const QVector<QVector<short>> &morphTable() const { return m_table; }
+    // The value text of one morph-table cell (empty for the end mark row).
+    QString morphCellText(int row, int column) const;
     const QVector<Value> &genericValues() const { return m_generic; }
     const QVector<Value> &extendedValues() const { return m_extended; }
     // The values of the chunk that a restore uses.
@@ -57,9 +69,15 @@ public:
 private:
     void reset(const QString &kind);
     bool fail(qint64 offset, const QString &message);
-    bool readChunk(const QByteArray &bytes, qint64 offset, bool primary, qint64 *length);
+    bool readChunk(const QByteArray &bytes, qint64 offset, qint64 *length);
+    bool checkChunkEnd(const QByteArray &bytes, qint64 offset, bool wide);
     void listChunks(const QByteArray &bytes, qint64 offset, bool wide);
+    QVector<Value> bigEndianFloats(
+        const QByteArray &bytes, qint64 offset, int count, const char *const *keys, int keyCount) const;
+    QString valueText(const char *key, float value) const;
+    QString integerText(const char *key, int value) const;
 
+    const HostModel *m_model;
     QString m_kind;
     QString m_error;
     qint64 m_errorOffset = -1;
@@ -68,6 +86,7 @@ private:
     QByteArray m_version;
     int m_versionNumber = 0;
     QList<Entry> m_entries;
+    bool m_hasMorphData = false;
     QByteArray m_systemName;
     QVector<QVector<short>> m_table;
     QVector<Value> m_generic;

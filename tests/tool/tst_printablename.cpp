@@ -1,0 +1,56 @@
+#include <QTest>
+
+#include "tools/PrintableName.h"
+
+class TestPrintableName : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void oneLineAndItsWidth_data();
+    void oneLineAndItsWidth();
+};
+
+void TestPrintableName::oneLineAndItsWidth_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<int>("width"); // of the name as shown
+
+    QTest::newRow("plain") << "Vocal Air"
+                           << "Vocal Air" << 9;
+    QTest::newRow("newline") << "new\nline"
+                             << "new\\nline" << 9;
+    QTest::newRow("carriage return and tab") << "a\rb\tc"
+                                             << "a\\rb\\tc" << 7;
+    QTest::newRow("terminal escape") << "\x1b[31mred"
+                                     << "\\x1b[31mred" << 11;
+    QTest::newRow("backslash stays readable") << "a\\n"
+                                              << "a\\\\n"
+                                              << 4;
+    QTest::newRow("line separator") << QStringLiteral("a\u2028b") << "a\\u2028b" << 8;
+    QTest::newRow("undecodable byte") << QStringLiteral("bad\ufffd") << "bad\\ufffd" << 9;
+    QTest::newRow("wide characters") << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97")
+                                     << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97") << 4;
+    QTest::newRow("full-width letter") << QStringLiteral("\uff21") << QStringLiteral("\uff21") << 2;
+    QTest::newRow("combining accent") << QStringLiteral("Cafe\u0301") << QStringLiteral("Cafe\u0301") << 4;
+    QTest::newRow("precomposed accent") << QStringLiteral("Caf\u00e9") << QStringLiteral("Caf\u00e9") << 4;
+    QTest::newRow("emoji outside the BMP")
+        << QStringLiteral("\U0001F3B9") << QStringLiteral("\U0001F3B9") << 2;
+}
+
+void TestPrintableName::oneLineAndItsWidth()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, shown);
+    QFETCH(int, width);
+
+    QCOMPARE(PrintableName::escaped(name), shown);
+    QCOMPARE(PrintableName::displayWidth(shown), width);
+    const QString padded = PrintableName::padded(shown, 12);
+    QCOMPARE(PrintableName::displayWidth(padded), std::max(12, width));
+    QVERIFY(padded.startsWith(shown));
+}
+
+QTEST_GUILESS_MAIN(TestPrintableName)
+#include "tst_printablename.moc"

@@ -1,0 +1,248 @@
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+#include "CommandRun.h"
+#include "SavedState.h"
+#include "tools/PrintableName.h"
+
+namespace {
+
+CommandRun runTool(const QStringList &arguments,
+    const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+{
+    return CommandRun::start(QStringLiteral(ORV_TOOL_PATH), arguments, environment);
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QByteArray morphRecord(const char *magic = "ORVD", int size = 512)
+{
+    QByteArray bytes(size, '\0');
+    bytes.replace(0, std::min(4, size), QByteArray(magic).left(size));
+    return bytes;
+}
+
+// Every key of every object, recursively.
+void collectKeys(const QJsonValue &value, QStringList *keys)
+{
+    if (value.isObject()) {
+        const QJsonObject object = value.toObject();
+        for (auto it = object.begin(); it != object.end(); ++it) {
+            *keys << it.key();
+            collectKeys(it.value(), keys);
+        }
+    } else if (value.isArray()) {
+        for (const QJsonValue &item : value.toArray())
+            collectKeys(item, keys);
+    }
+}
+
+} // namespace
+
+class TestToolCommandLine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void badInputIsReported_data();
+    void badInputIsReported();
+    void stateDumpShowsValueTexts();
+    void morphListMarksAndAligns();
+    void missingDefaultMorphFolderIsEmpty();
+
+private:
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+    QTemporaryDir m_dir;
+};
+
+void TestToolCommandLine::initTestCase()
+{
+    QVERIFY(m_dir.isValid());
+    const QByteArray state = savedChannelStripState();
+    QCOMPARE(state.size(), 1664);
+    QVERIFY(writeFile(path("good.state"), state));
+    QVERIFY(writeFile(path("cut1600.state"), state.left(1600)));
+    QVERIFY(writeFile(path("cut941.state"), state.left(941)));
+    QVERIFY(writeFile(path("cut.chst"), state.mid(928, 100)));
+    QVERIFY(writeFile(path("a file"), "text"));
+}
+
+void TestToolCommandLine::badInputIsReported_data()
+{
+    QTest::addColumn<QStringList>("arguments"); // "@" stands for the test folder
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("message"); // a pattern for the first line of the error stream
+
+    QTest::newRow("state cut at 1600")
+        << QStringList { "state", "dump", "@/cut1600.state" } << 1
+        << "^orvchstrip-tool: state dump: .*/cut1600.state: offset 1600: not a "
+           "valid state: the data end 64 bytes before .* \\(offset 1664\\)";
+    QTest::newRow("state cut at 941") << QStringList { "state", "dump", "--json", "@/cut941.state" } << 1
+                                      << "^orvchstrip-tool: state dump: .*: offset 941: .* 723 bytes before";
+    QTest::newRow("chunk cut") << QStringList { "chunk", "dump", "@/cut.chst" } << 1
+                               << "^orvchstrip-tool: chunk dump: .*/cut.chst: offset 100: .*636 bytes before";
+    QTest::newRow("a state is no chunk file")
+        << QStringList { "chunk", "dump", "@/good.state" } << 1
+        << "^orvchstrip-tool: chunk dump: .*: offset 0: not a valid chunk file: expected \"CHST\"";
+    QTest::newRow("missing state") << QStringList { "state", "dump", "@/none.state" } << 1
+                                   << "^orvchstrip-tool: state dump: .*/none.state: cannot read: ";
+    QTest::newRow("folder as state") << QStringList { "state", "dump", "@" } << 1
+                                     << "^orvchstrip-tool: state dump: .*: cannot read: ";
+    QTest::newRow("dump without file") << QStringList { "state", "dump" } << 2
+                                       << "^orvchstrip-tool: state: usage: orvchstrip-tool state dump FILE";
+    QTest::newRow("morph folder is a file") << QStringList { "morph", "list", "--folder", "@/a file" } << 1
+                                            << "^orvchstrip-tool: morph list: .*/a file: not a folder$";
+    QTest::newRow("morph folder missing") << QStringList { "morph", "list", "--folder", "@/none" } << 1
+                                          << "^orvchstrip-tool: morph list: .*/none: no such folder$";
+    QTest::newRow("morph bad option") << QStringList { "morph", "list", "--sort" } << 2
+                                      << "^orvchstrip-tool: morph list: unexpected argument '--sort'";
+    QTest::newRow("convert from missing") << QStringList { "preset", "convert", "--from", "@/none", "--to",
+        "@/out" } << 1 << "^orvchstrip-tool: preset convert: .*/none: --from: no such folder$";
+    QTest::newRow("convert from a file")
+        << QStringList { "preset", "convert", "--dry-run", "--from", "@/a file", "--to", "@/out" } << 1
+        << "^orvchstrip-tool: preset convert: .*/a file: --from: not a folder$";
+    QTest::newRow("newline in a command")
+        << QStringList { "sta\nte" } << 2 << "^orvchstrip-tool: sta\\\\nte: unknown command$";
+}
+
+void TestToolCommandLine::badInputIsReported()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, message);
+
+    for (QString &argument : arguments)
+        argument.replace(QLatin1Char('@'), m_dir.path());
+    const QStringList before = QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+
+    const CommandRun run = runTool(arguments);
+    QCOMPARE(run.exitCode, exitCode);
+    const QString firstLine = QString::fromUtf8(run.err).section(QLatin1Char('\n'), 0, 0);
+    QVERIFY2(QRegularExpression(message).match(firstLine).hasMatch(), qPrintable(QString::fromUtf8(run.err)));
+    // Nothing is written, and a failed file is never presented as a success.
+    QCOMPARE(QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
+    QVERIFY(!run.out.contains("morph data file"));
+}
+
+void TestToolCommandLine::stateDumpShowsValueTexts()
+{
+    const CommandRun text = runTool({ "state", "dump", path("good.state") });
+    QCOMPARE(text.exitCode, 0);
+    QVERIFY(text.err.isEmpty());
+    QVERIFY(QRegularExpression(QStringLiteral("\n  fx_cmp_atck +200 ms +1\n"))
+                .match(QString::fromUtf8(text.out))
+                .hasMatch());
+    QVERIFY(QRegularExpression(QStringLiteral("\n  fx_mrpcmp_kne +HARD +SOFT"))
+                .match(QString::fromUtf8(text.out))
+                .hasMatch());
+
+    const CommandRun json = runTool({ "state", "dump", "--json", path("good.state") });
+    QCOMPARE(json.exitCode, 0);
+    const QJsonObject object = QJsonDocument::fromJson(json.out).object();
+    QStringList keys;
+    collectKeys(object, &keys);
+    QVERIFY(!keys.isEmpty());
+    for (const QString &key : std::as_const(keys))
+        QVERIFY2(
+            QRegularExpression(QStringLiteral("^[a-z]+(_[a-z]+)*$")).match(key).hasMatch(), qPrintable(key));
+
+    const QJsonObject release = object.value("chunk_values").toArray().at(2).toObject();
+    QCOMPARE(release.value("key").toString(), QStringLiteral("fx_cmp_rls"));
+    QCOMPARE(release.value("text").toString(), QStringLiteral("1234 ms"));
+    QCOMPARE(release.value("value").toDouble(), double((1234.0f - 10.0f) / 1990.0f));
+    const QJsonArray firstPoint = object.value("morph_table_texts").toArray().at(3).toArray();
+    QCOMPARE(firstPoint.at(0).toString(), QStringLiteral("50 ms"));
+    QCOMPARE(object.value("morph_table").toArray().at(3).toArray().at(0).toInt(), 50);
+}
+
+void TestToolCommandLine::morphListMarksAndAligns()
+{
+    const QString folder = path("morph");
+    QVERIFY(writeFile(folder + "/Good.ord", morphRecord()));
+    QVERIFY(writeFile(folder + "/Short.ord", morphRecord("ORVD", 14)));
+    QVERIFY(writeFile(folder + "/Magic.ord", morphRecord("XXXX")));
+    QVERIFY(writeFile(folder + QString::fromUtf8("/\xe6\xbc\xa2\xe5\xad\x97.ord"), morphRecord()));
+    QVERIFY(writeFile(folder + "/new\nline.ord", morphRecord()));
+    QVERIFY(writeFile(folder + QStringLiteral("/Caf\u00e9.ord"), morphRecord()));
+    QVERIFY(writeFile(folder + QStringLiteral("/Cafe\u0301.ord"), morphRecord()));
+#ifdef Q_OS_UNIX
+    const QByteArray raw = QFile::encodeName(folder) + "/bad\xff\xfe.ord";
+    const int descriptor = ::open(raw.constData(), O_CREAT | O_WRONLY, 0644);
+    QVERIFY(descriptor >= 0);
+    ::close(descriptor);
+#endif
+
+    const CommandRun run = runTool({ "morph", "list", "--folder", folder });
+    QCOMPARE(run.exitCode, 0);
+    const QStringList lines = QString::fromUtf8(run.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList fileLines = lines.filter(QStringLiteral(" bytes"));
+    QCOMPARE(fileLines.size(), 7);
+    // The size column ends in the same terminal column on every line.
+    QSet<int> ends;
+    for (const QString &line : std::as_const(fileLines))
+        ends << PrintableName::displayWidth(line.left(line.indexOf(QLatin1String(" bytes"))));
+    QCOMPARE(ends.size(), 1);
+
+    const auto lineOf = [&](const QString &name) {
+        const QStringList found
+            = fileLines.filter(QRegularExpression("^  " + QRegularExpression::escape(name) + " "));
+        return found.size() == 1 ? found.first()
+                                 : QStringLiteral("%1 lines for %2").arg(found.size()).arg(name);
+    };
+    QVERIFY(!lineOf("Good").contains(QLatin1Char('[')));
+    QVERIFY2(lineOf("Short").endsWith("[not sent: 14 bytes, a morph record has 512]"),
+        qPrintable(lineOf("Short")));
+    QVERIFY2(lineOf("Magic").endsWith("[not sent: offset 0: expected \"ORVD\", found \"XXXX\"]"),
+        qPrintable(lineOf("Magic")));
+    QVERIFY(!lineOf("new\\nline").contains(QLatin1Char('[')));
+    QCOMPARE(fileLines.filter(QStringLiteral("NFC/NFD")).size(), 1);
+    QVERIFY(lines.last().startsWith(QLatin1String("  bad\\xff\\xfe.ord")));
+    QVERIFY(lines.contains(QStringLiteral("7 morph data files, 2 of them not sent by the editor")));
+
+    const CommandRun json = runTool({ "morph", "list", "--json", "--folder", folder });
+    QCOMPARE(json.exitCode, 0);
+    const QJsonObject object = QJsonDocument::fromJson(json.out).object();
+    QStringList refused;
+    for (const QJsonValue &row : object.value("rows").toArray()) {
+        if (!row.toObject().value("sendable").toBool(true))
+            refused << row.toObject().value("name").toString();
+    }
+    QCOMPARE(refused, QStringList({ "Magic", "Short" }));
+#ifdef Q_OS_UNIX
+    QCOMPARE(object.value("left_out").toArray().at(0).toObject().value("name_hex").toString(),
+        QStringLiteral("626164fffe2e6f7264"));
+#endif
+}
+
+void TestToolCommandLine::missingDefaultMorphFolderIsEmpty()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"));
+    environment.insert(QStringLiteral("XDG_DATA_DIRS"), path("nowhere"));
+    const CommandRun run = runTool({ "morph", "list", "--json" }, environment);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY(run.err.isEmpty());
+    const QJsonObject object = QJsonDocument::fromJson(run.out).object();
+    QCOMPARE(object.value("folder_exists").toBool(true), false);
+    QCOMPARE(object.value("rows").toArray().size(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestToolCommandLine)
+#include "tst_tool_commandline.moc"
