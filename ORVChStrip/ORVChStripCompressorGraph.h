@@ -5,7 +5,7 @@
 
 #include "Common/ObservedParameters.h"
 #include "Interfaces/IPrmObserver.h"
-#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/Filter/CompressorCurve.h"
 
 class EffectEditor;
 class IMemAPI;

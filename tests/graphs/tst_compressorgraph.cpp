@@ -4,7 +4,7 @@
 
 #include "HostModel.h"
 #include "MinimalEditor.h"
-#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/Filter/CompressorCurve.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ParameterMemory.h"
 

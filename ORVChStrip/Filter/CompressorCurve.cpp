@@ -1,4 +1,4 @@
-#include "ORVChStrip/CompressorCurve.h"
+#include "ORVChStrip/Filter/CompressorCurve.h"
 
 #include <algorithm>
 #include <cmath>
