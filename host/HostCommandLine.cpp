@@ -2,6 +2,8 @@
 
 #include <QCommandLineParser>
 
+#include "Processing/GeneratedSignal.h"
+
 namespace {
 
 bool toNumber(const QString &text, double *number)
@@ -64,6 +66,19 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         QStringLiteral("Show the gallery of the plug-in's controls, bound to the simulated memory, instead "
                        "of the editor (with --screenshot: render it to a file)."));
     parser.addOption(galleryOption);
+    const QCommandLineOption signalOption(QStringLiteral("signal"),
+        QStringLiteral("The generated programme behind the meters: %1 (default drums).")
+            .arg(GeneratedSignal::programmeNames().join(QStringLiteral(", "))),
+        QStringLiteral("name"), QStringLiteral("drums"));
+    const QCommandLineOption inputOption(QStringLiteral("input"),
+        QStringLiteral("An audio file (WAV, FLAC, AIFF, Ogg) to play, looped, instead of a generated "
+                       "programme."),
+        QStringLiteral("file"));
+    const QCommandLineOption outputOption(QStringLiteral("output"),
+        QStringLiteral("Write the processed audio to a file (WAV; FLAC or AIFF by extension) until the "
+                       "host closes."),
+        QStringLiteral("file"));
+    parser.addOptions({ signalOption, inputOption, outputOption });
     helpText = parser.helpText();
 
     if (!parser.parse(arguments)) {
@@ -127,5 +142,19 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     gallery = parser.isSet(galleryOption);
     loadStatePath = parser.value(loadStateOption);
     saveStatePath = parser.value(saveStateOption);
+    GeneratedSignal::Programme programme {};
+    if (!GeneratedSignal::programmeFromName(parser.value(signalOption), &programme)) {
+        error = QStringLiteral("--signal takes one of %1, not '%2'")
+                    .arg(GeneratedSignal::programmeNames().join(QStringLiteral(", ")),
+                        parser.value(signalOption));
+        return Result::Error;
+    }
+    if (parser.isSet(signalOption) && parser.isSet(inputOption)) {
+        error = QStringLiteral("--signal and --input exclude each other");
+        return Result::Error;
+    }
+    signalName = parser.value(signalOption).toLower();
+    inputPath = parser.value(inputOption);
+    outputPath = parser.value(outputOption);
     return Result::Run;
 }

@@ -18,6 +18,11 @@ struct HostCommandLine
     bool gallery = false;  // --gallery: the controls gallery instead of the editor
     QString loadStatePath; // --load-state FILE: restored before the editor is shown
     QString saveStatePath; // --save-state FILE: written once the editor is set up
+    // The processing model's programme: a generated --signal, or --input FILE
+    // (looped); --output FILE receives the processed audio.
+    QString signalName = QStringLiteral("drums");
+    QString inputPath;
+    QString outputPath;
     QString helpText;
     QString error;
 
