@@ -10,6 +10,7 @@ namespace {
 
 // Beyond this the curve has run off its table (an unguarded ratio or knee).
 constexpr double MaxGainReductionDb = 144.0;
+const double MinCurveGain = std::pow(10.0, -MaxGainReductionDb / 20.0);
 
 } // namespace
 
@@ -45,15 +46,15 @@ void StripCompressor::setSettings(const StripSettings &settings)
         CompressorCurve::threshold(curve.thresholdOffset), CompressorCurve::drive(curve.drive));
     m_slope = 1.0 / CompressorCurve::ratio(curve.ratioIndex) - 1.0;
     m_knee = curve.knee;
-    m_makeUpDb = settings.makeUpDb;
+    m_makeUpGain = std::pow(10.0, settings.makeUpDb / 20.0);
 }
 
-double StripCompressor::gainReductionAt(double levelDb) const
+StripCompressor::OperatingPoint StripCompressor::pointAt(double levelDb, double curveGain)
 {
-    const double reduction
-        = levelDb - CompressorCurve::outputLevel(levelDb, m_effectiveThreshold, m_slope, m_knee);
-    // NaN (an undefined curve) reads as no reduction.
-    return reduction > 0.0 ? std::min(reduction, MaxGainReductionDb) : 0.0;
+    OperatingPoint point;
+    point.levelDb = levelDb;
+    point.gainReductionDb = std::min(-20.0 * std::log10(curveGain), MaxGainReductionDb);
+    return point;
 }
 
 void StripCompressor::process(float *const *channels, int channelCount, int frames)
@@ -69,23 +70,28 @@ void StripCompressor::process(float *const *channels, int channelCount, int fram
         }
         const double level = m_detector.process(rectified);
         const double levelDb = level > 0.0 ? std::max(20.0 * std::log10(level), SilenceDb) : SilenceDb;
-        m_current.levelDb = levelDb;
+        m_currentLevelDb = levelDb;
         if (m_bypass) {
-            m_current.gainReductionDb = 0.0;
+            m_currentGain = 1.0;
         } else {
-            m_current.gainReductionDb = gainReductionAt(levelDb);
-            const double gain = std::pow(10.0, (m_makeUpDb - m_current.gainReductionDb) / 20.0);
+            const double curveGain = CompressorCurve::gain(levelDb, m_effectiveThreshold, m_slope, m_knee);
+            // An undefined curve (NaN) leaves the level alone; none ever boosts.
+            m_currentGain = std::isnan(curveGain) ? 1.0 : std::clamp(curveGain, MinCurveGain, 1.0);
+            const double gain = m_currentGain * m_makeUpGain;
             for (int c = 0; c < channelCount; ++c)
                 channels[c][i] = static_cast<float>(channels[c][i] * gain);
         }
-        if (levelDb > m_loudest.levelDb)
-            m_loudest = m_current;
+        if (levelDb > m_loudestLevelDb) {
+            m_loudestLevelDb = levelDb;
+            m_loudestGain = m_currentGain;
+        }
     }
 }
 
 StripCompressor::OperatingPoint StripCompressor::takeOperatingPoint()
 {
-    const OperatingPoint point = m_loudest;
-    m_loudest = OperatingPoint();
+    const OperatingPoint point = pointAt(m_loudestLevelDb, m_loudestGain);
+    m_loudestLevelDb = SilenceDb;
+    m_loudestGain = 1.0;
     return point;
 }

@@ -33,11 +33,12 @@ public:
     // The loudest moment since the last call (the curve rises with the
     // level, so that is also the moment of most reduction), then starts over.
     OperatingPoint takeOperatingPoint();
-    const OperatingPoint &current() const { return m_current; }
+    // The operating point at the last sample processed.
+    OperatingPoint current() const { return pointAt(m_currentLevelDb, m_currentGain); }
 
 private:
     void applySideChain(bool restart);
-    double gainReductionAt(double levelDb) const;
+    static OperatingPoint pointAt(double levelDb, double curveGain);
 
     double m_sampleRate;
     std::array<FILTER2PEQ, MaxChannels> m_sideChainFilters;
@@ -47,7 +48,11 @@ private:
     double m_effectiveThreshold = 0.0;
     double m_slope = 0.0;
     int m_knee = CompressorCurve::Soft;
-    double m_makeUpDb = 0.0;
-    OperatingPoint m_current;
-    OperatingPoint m_loudest;
+    double m_makeUpGain = 1.0;
+    // The curve's gain is kept linear while processing; the reduction in dB
+    // is worked out only for the moments that are reported.
+    double m_currentLevelDb = SilenceDb;
+    double m_currentGain = 1.0;
+    double m_loudestLevelDb = SilenceDb;
+    double m_loudestGain = 1.0;
 };
