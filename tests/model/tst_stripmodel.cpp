@@ -47,13 +47,25 @@ public:
     // returns the output of the left channel.
     std::vector<float> sine(double frequency, double amplitudeDb, double seconds, bool silent = false)
     {
+        const double db = silent ? -1000.0 : amplitudeDb;
+        return tone(frequency, db, db, seconds).first;
+    }
+
+    // The same with its own level on each channel; both outputs.
+    std::pair<std::vector<float>, std::vector<float>> tone(
+        double frequency, double leftDb, double rightDb, double seconds)
+    {
         const int frames = int(std::lround(seconds * Fs));
         std::vector<float> left(frames), right(frames);
-        const double amplitude = silent ? 0.0 : std::pow(10.0, amplitudeDb / 20.0);
-        for (int i = 0; i < frames; ++i, ++m_position)
-            left[i] = right[i] = float(amplitude * std::cos(TwoPi * frequency * m_position / Fs));
+        const double leftAmplitude = std::pow(10.0, leftDb / 20.0);
+        const double rightAmplitude = std::pow(10.0, rightDb / 20.0);
+        for (int i = 0; i < frames; ++i, ++m_position) {
+            const double x = std::cos(TwoPi * frequency * m_position / Fs);
+            left[i] = float(leftAmplitude * x);
+            right[i] = float(rightAmplitude * x);
+        }
         process(left, right);
-        return left;
+        return { left, right };
     }
 
     void process(std::vector<float> &left, std::vector<float> &right)
@@ -106,6 +118,8 @@ private slots:
     void attackFollowsItsTimeConstant();
     void releaseRecoversTwentyDecibelsPerReleaseTime_data();
     void releaseRecoversTwentyDecibelsPerReleaseTime();
+    void stereoDetectorIsLinked_data();
+    void stereoDetectorIsLinked();
     void bypassIsBitExact_data();
     void bypassIsBitExact();
     void sideChainShapesOnlyTheDetector_data();
@@ -249,6 +263,34 @@ void TestStripModel::releaseRecoversTwentyDecibelsPerReleaseTime()
     QVERIFY2(std::abs(run.gainReduction() - 7.5) < 0.3, qPrintable(QString::number(run.gainReduction())));
     run.sine(1000.0, 0.0, releaseMs / 2000.0 + 0.002, true);
     QCOMPARE(run.gainReduction(), 0.0);
+}
+
+void TestStripModel::stereoDetectorIsLinked_data()
+{
+    QTest::addColumn<int>("channels");
+    QTest::addColumn<double>("leftDb");
+    QTest::addColumn<double>("rightDb");
+    QTest::addColumn<double>("rightGainDb");
+
+    // The louder channel, 20 dB over the threshold, sets 15 dB of reduction
+    // for both.
+    QTest::newRow("stereo, loud left") << 2 << 0.0 << -20.0 << -15.0;
+    QTest::newRow("stereo, loud right") << 2 << -20.0 << 0.0 << -15.0;
+    // A mono strip processes its one channel and leaves the other buffer be.
+    QTest::newRow("mono") << 1 << 0.0 << 0.0 << 0.0;
+}
+
+void TestStripModel::stereoDetectorIsLinked()
+{
+    QFETCH(int, channels);
+    QFETCH(double, leftDb);
+    QFETCH(double, rightDb);
+    QFETCH(double, rightGainDb);
+    StripRun run(settingsWith(compressorSteps(100, 100, 60, 2)), channels);
+    run.tone(1000.0, leftDb, rightDb, 0.1);
+    const auto [left, right] = run.tone(1000.0, leftDb, rightDb, 0.1);
+    QVERIFY(std::abs(rmsDb(left, 0) - (leftDb - 3.0103 - 15.0)) < 0.2);
+    QVERIFY(std::abs(rmsDb(right, 0) - (rightDb - 3.0103 + rightGainDb)) < 0.2);
 }
 
 void TestStripModel::bypassIsBitExact_data()
