@@ -5,6 +5,8 @@
 #include <QImageWriter>
 #include <cmath>
 
+#include "Processing/GeneratedSignal.h"
+
 namespace {
 
 QStringList supportedFormats()
@@ -88,6 +90,19 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     const QCommandLineOption noSettingsOption(QStringLiteral("no-settings"),
         QStringLiteral("Start with no kept editor settings (open folders, selection) and keep none."));
     parser.addOption(noSettingsOption);
+    const QCommandLineOption signalOption(QStringLiteral("signal"),
+        QStringLiteral("The generated programme behind the meters: %1 (default drums).")
+            .arg(GeneratedSignal::programmeNames().join(QStringLiteral(", "))),
+        QStringLiteral("name"), QStringLiteral("drums"));
+    const QCommandLineOption inputOption(QStringLiteral("input"),
+        QStringLiteral("An audio file (WAV, FLAC, AIFF, Ogg) to play, looped, instead of a generated "
+                       "programme."),
+        QStringLiteral("file"));
+    const QCommandLineOption outputOption(QStringLiteral("output"),
+        QStringLiteral("Write the processed audio to a file (WAV; FLAC or AIFF by extension) until the "
+                       "host closes."),
+        QStringLiteral("file"));
+    parser.addOptions({ signalOption, inputOption, outputOption });
     helpText = parser.helpText();
 
     if (!parser.parse(arguments)) {
@@ -163,5 +178,19 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     loadStatePath = parser.value(loadStateOption);
     saveStatePath = parser.value(saveStateOption);
     keepEditorSettings = !parser.isSet(noSettingsOption);
+    GeneratedSignal::Programme programme {};
+    if (!GeneratedSignal::programmeFromName(parser.value(signalOption), &programme)) {
+        error = QStringLiteral("--signal takes one of %1, not '%2'")
+                    .arg(GeneratedSignal::programmeNames().join(QStringLiteral(", ")),
+                        parser.value(signalOption));
+        return Result::Error;
+    }
+    if (parser.isSet(signalOption) && parser.isSet(inputOption)) {
+        error = QStringLiteral("--signal and --input exclude each other");
+        return Result::Error;
+    }
+    signalName = parser.value(signalOption).toLower();
+    inputPath = parser.value(inputOption);
+    outputPath = parser.value(outputOption);
     return Result::Run;
 }

@@ -24,6 +24,11 @@ struct HostCommandLine
     QString loadStatePath;       // --load-state FILE: restored before the editor is shown
     QString saveStatePath;       // --save-state FILE: written once the editor is set up
     bool keepEditorSettings = true; // false with --no-settings: start clean, keep nothing
+    // The processing model's programme: a generated --signal, or --input FILE
+    // (looped); --output FILE receives the processed audio.
+    QString signalName = QStringLiteral("drums");
+    QString inputPath;
+    QString outputPath;
     QString helpText;
     QString error;
 

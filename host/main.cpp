@@ -8,9 +8,12 @@
 #include "HostWindow.h"
 #include "Interfaces/IORVControlsGallery.h"
 #include "Interfaces/IQXEffectEditor.h"
-#include "MeterSignalGenerator.h"
 #include "ParameterListing.h"
 #include "PluginHost.h"
+#include "Processing/AudioFileSignal.h"
+#include "Processing/AudioFileWriter.h"
+#include "Processing/GeneratedSignal.h"
+#include "Processing/StripModelRunner.h"
 #include "StateFile.h"
 #include "ValueRangeCheck.h"
 
@@ -45,6 +48,42 @@ int writeScreenshot(QWidget *widget, const QString &what, const QString &path, c
     return 0;
 }
 
+// The processing model behind the meters, fed by the file or programme the
+// options name; null after a message when the file does not open.
+std::unique_ptr<StripModelRunner> createStripModel(
+    PluginHost &host, const HostCommandLine &options, QTextStream &err)
+{
+    QString error;
+    std::unique_ptr<SignalSource> source;
+    if (!options.inputPath.isEmpty()) {
+        source = AudioFileSignal::open(options.inputPath, &error);
+    } else {
+        GeneratedSignal::Programme programme = GeneratedSignal::Drums;
+        GeneratedSignal::programmeFromName(options.signalName, &programme);
+        source = std::make_unique<GeneratedSignal>(programme, options.plugin.fs);
+    }
+    if (!source) {
+        err << "orvchstrip-host: --input: " << error << '\n';
+        return nullptr;
+    }
+    const double sampleRate = source->sampleRate();
+    auto model = std::make_unique<StripModelRunner>(
+        host.memory(), options.plugin.channel, options.plugin.stereo, std::move(source));
+    if (!options.outputPath.isEmpty()) {
+        auto writer
+            = AudioFileWriter::create(options.outputPath, sampleRate, options.plugin.stereo ? 2 : 1, &error);
+        if (!writer) {
+            err << "orvchstrip-host: --output: " << error << '\n';
+            return nullptr;
+        }
+        model->setOutput(std::move(writer));
+    }
+    QObject::connect(model.get(), &StripModelRunner::outputFailed, [&err](const QString &message) {
+        err << "orvchstrip-host: --output: " << message << '\n' << Qt::flush;
+    });
+    return model;
+}
+
 // The controls gallery in place of the editor. The plug-in object offers it
 // through its own interface; the meters run as they do for the editor. The
 // gallery lives under an editor at scale 1, from which its controls take
@@ -75,17 +114,21 @@ int runGallery(PluginHost &host, const HostCommandLine &options, QTextStream &er
                "editor\n";
     editor->setDialEditMode(options.plugin.dialEditMode);
     editor->setSliderEditMode(options.plugin.sliderEditMode);
-    MeterSignalGenerator meters(&host.memory());
+    std::unique_ptr<StripModelRunner> model = createStripModel(host, options, err);
+    if (!model)
+        return 1;
     if (!options.screenshotPath.isEmpty() || !hasDisplay()) {
-        host.memory().publishMeters(meters.levelsAt(2.0));
+        model->runFor(2.0);
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("gallery.png") : options.screenshotPath;
         return writeScreenshot(gallery, QStringLiteral("controls gallery"), path, options.screenshotFormat,
             options.plugin.scale, err);
     }
-    meters.start();
+    model->start();
     gallery->show();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    model->stop();
+    return status;
 }
 
 // QGuiApplication takes "-plugin" and "--plugin" for input plug-ins of its
@@ -211,7 +254,9 @@ int main(int argc, char *argv[])
         out << "Saved the effect's state to " << options.saveStatePath << '\n';
     }
     HostWindow window(&host, editor);
-    MeterSignalGenerator meters(&host.memory());
+    std::unique_ptr<StripModelRunner> model = createStripModel(host, options, err);
+    if (!model)
+        return 1;
 
     // Without a display the editor is rendered to a picture, unless the run
     // only saves a state.
@@ -219,18 +264,20 @@ int main(int argc, char *argv[])
     if (screenshotOnly && options.screenshotPath.isEmpty() && !options.saveStatePath.isEmpty())
         return 0;
     if (screenshotOnly) {
-        // A moment into the test signal, so the meters show a level.
-        host.memory().publishMeters(meters.levelsAt(2.0));
+        // Two seconds into the programme, so the meters show a level.
+        model->runFor(2.0);
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("editor.png") : options.screenshotPath;
         return writeScreenshot(
             editor, QStringLiteral("editor panel"), path, options.screenshotFormat, 1.0, err);
     }
-    meters.start();
+    model->start();
     window.show();
     if (options.keepEditorSettings) {
         QObject::connect(&app, &QCoreApplication::aboutToQuit,
             [&editorSettings, editor] { editorSettings.save(editor->getEditorSettings()); });
     }
-    return app.exec();
+    const int status = app.exec();
+    model->stop();
+    return status;
 }

@@ -49,13 +49,17 @@ double CompressorCurve::gainFactor(double over, double slope, int knee)
     }
 }
 
-double CompressorCurve::outputLevel(double inputDb, double effectiveThresholdDb, double slope, int knee)
+double CompressorCurve::gain(double inputDb, double effectiveThresholdDb, double slope, int knee)
 {
     const double over = std::max(inputDb - effectiveThresholdDb, -30.0) / 20.0;
     // At a threshold of exactly 0 dB there is nothing to soften.
     const int kneeInForce = effectiveThresholdDb == 0.0 ? Hard : knee;
-    const double g = gainFactor(over, slope, kneeInForce);
-    return inputDb + 20.0 * std::log10(g);
+    return gainFactor(over, slope, kneeInForce);
+}
+
+double CompressorCurve::outputLevel(double inputDb, double effectiveThresholdDb, double slope, int knee)
+{
+    return inputDb + 20.0 * std::log10(gain(inputDb, effectiveThresholdDb, slope, knee));
 }
 
 double CompressorCurve::outputLevel(double inputDb, const Settings &settings)

@@ -30,6 +30,9 @@ public:
     // The linear gain factor at `over` (level above the threshold in units of
     // 20 dB) for the slope 1/ratio - 1; a knee outside the three gives 0.
     static double gainFactor(double over, double slope, int knee);
+    // The linear gain of the curve at an input level: outputLevel() is the
+    // input plus this gain in dB. A processor applies it sample by sample.
+    static double gain(double inputDb, double effectiveThresholdDb, double slope, int knee);
     static double outputLevel(double inputDb, double effectiveThresholdDb, double slope, int knee);
     static double outputLevel(double inputDb, const Settings &settings);
 };
