@@ -226,9 +226,13 @@ void TestComponent::malformedStreamChangesNothing_data()
     QTest::newRow("cut inside the parameters") << good.left(1600) << 1;
     QTest::newRow("last byte missing") << good.left(good.size() - 1) << 1;
     QTest::newRow("older layout cut") << olderLayout("2620", good).left(92 + 700) << 1;
-    QByteArray wide
-        = QByteArray("2620") + good.mid(4, 88) + QByteArray(4, '\0') + "CHST" + ChunkBytes::le64(728);
-    QTest::newRow("64-bit form cut") << wide + good.mid(936, 300) << 1;
+    // A 64-bit form cut by two bytes.
+    const QByteArray wide = ChunkBytes::chunk64("CHST",
+        ChunkBytes::chunk64("FINF", ChunkBytes::le64(2))
+            + ChunkBytes::chunk64("ORD ", ChunkBytes::morphTable("Wide"))
+            + ChunkBytes::chunk64("PRM ", ChunkBytes::floats({ 0.5f })));
+    const QByteArray olderWide = QByteArray("2620") + good.mid(4, 88) + wide;
+    QTest::newRow("64-bit form cut") << olderWide.left(olderWide.size() - 2) << 1;
 }
 
 void TestComponent::malformedStreamChangesNothing()
