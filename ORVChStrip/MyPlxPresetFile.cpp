@@ -1,8 +1,8 @@
 #include "ORVChStrip/MyPlxPresetFile.h"
 
 #include <QFile>
-#include <QSaveFile>
 
+#include "Interfaces/AtomicFileWriter.h"
 #include "ORVChStrip/BufferStream.h"
 #include "ORVChStrip/FileStream.h"
 #include "ORVChStrip/PresetFile.h"
@@ -44,7 +44,7 @@ bool MyPlxPresetFile::save(const char *path, const FUID &classID)
     return save(decodePath(path), classID);
 }
 
-bool MyPlxPresetFile::save(const QString &path, const FUID &classID)
+bool MyPlxPresetFile::save(const QString &path, const FUID &classID, QString *error)
 {
     if (path.isEmpty())
         return false;
@@ -53,16 +53,12 @@ bool MyPlxPresetFile::save(const QString &path, const FUID &classID)
         const bool built = PresetFile::savePreset(buffer, classID, m_component);
         const QByteArray bytes = buffer->data();
         buffer->release();
-        if (!built)
+        if (!built) {
+            if (error)
+                *error = QStringLiteral("the component state could not be stored");
             return false;
-
-        QSaveFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            return false;
-        // An uncommitted QSaveFile removes its temporary file when destroyed.
-        if (file.write(bytes) != bytes.size())
-            return false;
-        return file.commit();
+        }
+        return AtomicFileWriter::write(path, bytes, error);
     } catch (...) {
         return false;
     }

@@ -19,9 +19,10 @@ public:
 
     // An existing file is replaced only by a complete new one: the preset is
     // built in memory and committed through a temporary file in the same
-    // folder, so a failed write leaves the old file untouched.
+    // folder, so a failed write leaves the old file untouched. error, when
+    // given, receives the reason of a failure with the file name.
     bool save(const char *path, const FUID &classID);
-    bool save(const QString &path, const FUID &classID);
+    bool save(const QString &path, const FUID &classID, QString *error = nullptr);
 
     // 1: the file is a preset of classID; 0: of another class;
     // -1: the file does not open or its chunk list does not read.

@@ -1,5 +1,6 @@
 #include "ORVChStrip/ORVChStripComponent.h"
 
+#include <QtEndian>
 #include <cstring>
 
 #include "Interfaces/IBStream.h"
@@ -23,6 +24,43 @@ static_assert(OrvaneDataParameterCount <= Columns, "the morph columns fit the ta
 
 // 256 name characters, 9 points per morph column and the end record.
 constexpr int MaxMorphRecords = NameLength + OrvaneDataParameterCount * MorphPointCount + 1;
+
+// True when the stream ends before the end that the channel-strip form at
+// the current position announces in its header (either layout). The chunk
+// reader does not notice short reads, so a state cut inside its last chunk
+// would restore with the missing bytes as zeros. The position is kept.
+bool endsBeforeFormEnd(IBStream *state)
+{
+    int64_t start = 0;
+    int64_t length = 0;
+    if (state->tell(&start) != kResultOk || state->seek(0, IBStream::kIBSeekEnd, &length) != kResultOk)
+        return false; // a stream that cannot tell is left to the reader
+    unsigned char header[16] = {};
+    int32_t got = 0;
+    const bool positioned = state->seek(start, IBStream::kIBSeekSet) == kResultOk;
+    if (positioned)
+        state->read(header, sizeof header, &got);
+    state->seek(start, IBStream::kIBSeekSet);
+    if (!positioned)
+        return false;
+
+    int64_t headerSize = 0;
+    int64_t formSize = 0;
+    if (got >= 4 && std::memcmp(header, "CHST", 4) == 0) {
+        headerSize = 8;
+        formSize = qFromLittleEndian<qint32>(header + 4);
+    } else if (got >= 8 && std::memcmp(header + 4, "CHST", 4) == 0) {
+        headerSize = 16;
+        formSize = qFromLittleEndian<qint64>(header + 8);
+    } else {
+        return got < 8; // not a form: the reader refuses it unless the stream is cut
+    }
+    if (got < headerSize)
+        return true;
+    if (formSize < 0)
+        return false; // the reader reports the abnormal size
+    return formSize > length - start - headerSize;
+}
 
 } // namespace
 
@@ -50,6 +88,11 @@ void ORVChStripComponent::gather(Snapshot &snapshot) const
         snapshot.values[i] = readNormalized(ParameterListEx[i], &value) ? value : 0.0f;
     }
 
+    gatherMorphSet(snapshot);
+}
+
+void ORVChStripComponent::gatherMorphSet(Snapshot &snapshot) const
+{
     unsigned short id = 0;
     if (findParameter(MorphSystemNameKey, &id)) {
         for (int i = 0; i < NameLength; ++i) {
@@ -134,8 +177,13 @@ int32_t ORVChStripComponent::setState(IBStream *state)
             return kResultFalse;
     }
 
-    // Parameters the chunk does not carry keep what the morph position implies.
+    if (endsBeforeFormEnd(state))
+        return kResultFalse;
+
+    // Parameters the chunk does not carry keep what the morph position
+    // implies, and a chunk without morph data keeps the current morph set.
     Snapshot snapshot;
+    gatherMorphSet(snapshot);
     for (int i = 0; i < ParameterListExCount; ++i) {
         unsigned short id = 0;
         int min = 0;

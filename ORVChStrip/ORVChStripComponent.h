@@ -41,6 +41,7 @@ public:
 private:
     struct Snapshot;
     void gather(Snapshot &snapshot) const;
+    void gatherMorphSet(Snapshot &snapshot) const;
     int32_t sendMorphData(const char *systemName, const short (*table)[17]) const;
     void writeParameters(const float *values) const;
 };

@@ -1,7 +1,10 @@
 #include "ORVChStrip/ORVChStripPresetConversion.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 #include <algorithm>
@@ -45,6 +48,29 @@ bool isSameOrInside(const QString &path, const QString &folder)
 {
     return path == folder
         || path.startsWith(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/'));
+}
+
+// Size and modification time: what tells a file that changed while it was read.
+struct FileStamp
+{
+    qint64 size = -1;
+    QDateTime modified;
+
+    static FileStamp of(const QString &path)
+    {
+        const QFileInfo info(path);
+        return { info.exists() ? info.size() : -1, info.lastModified() };
+    }
+    bool operator==(const FileStamp &other) const { return size == other.size && modified == other.modified; }
+    bool operator!=(const FileStamp &other) const { return !(*this == other); }
+};
+
+// The temporary file a preset is written to before the rename into place:
+// the preset's name, a dot and six letters or digits.
+QRegularExpression leftoverPattern(const QString &presetName)
+{
+    return QRegularExpression(
+        QStringLiteral("^%1\\.[A-Za-z0-9]{6}$").arg(QRegularExpression::escape(presetName)));
 }
 
 PresetConversionItem item(const QString &source, const QString &destination,
@@ -175,35 +201,72 @@ void ORVChStripPresetConversion::convertFolder(
     }
 }
 
+void ORVChStripPresetConversion::removeLeftovers(const QString &target, PresetConversionReport &report)
+{
+    // Only what cannot hold anything else: a file whose bytes are the start
+    // of (or all of) the preset just written, as a conversion killed during
+    // the write or at the rename leaves it. A file of that name with other
+    // contents may be the user's and stays.
+    QFile written(target);
+    if (!written.open(QIODevice::ReadOnly))
+        return;
+    const QByteArray bytes = written.readAll();
+    const QFileInfo info(target);
+    const QRegularExpression pattern = leftoverPattern(info.fileName());
+    const QFileInfoList files
+        = info.dir().entryInfoList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+    for (const QFileInfo &file : files) {
+        if (file.isSymLink() || !pattern.match(file.fileName()).hasMatch() || file.size() > bytes.size())
+            continue;
+        QFile leftover(file.filePath());
+        if (!leftover.open(QIODevice::ReadOnly) || !bytes.startsWith(leftover.readAll()))
+            continue;
+        leftover.close();
+        const bool removed = leftover.remove();
+        report.items << item(file.filePath(), QString(), PresetConversionItem::Skipped,
+            removed ? QStringLiteral("temporary file left by an interrupted conversion; removed")
+                    : QStringLiteral("temporary file left by an interrupted conversion; cannot remove it: %1")
+                          .arg(leftover.errorString()));
+    }
+}
+
 void ORVChStripPresetConversion::convertFile(
     const QString &source, const QString &destination, const Options &options, PresetConversionReport &report)
 {
     const QString target = destination + QLatin1Char('/') + QFileInfo(source).fileName();
-
-    FUID classID;
-    if (MyPlxPresetFile::checkID(source, MonoPresetID) == 1) {
-        classID = MonoPresetID;
-    } else if (MyPlxPresetFile::checkID(source, StereoPresetID) == 1) {
-        classID = StereoPresetID;
-    } else {
-        const PresetFileInfo info = PresetFileInfo::read(source);
-        const QString reason = info.isValid()
-            ? QStringLiteral("class id %1 is neither the mono nor the stereo class")
-                  .arg(QString::fromLatin1(info.classIdText))
-            : QStringLiteral("not a preset: ") + info.error;
+    const auto skip = [&](const QString &reason) {
         report.items << item(source, target, PresetConversionItem::Skipped, reason);
-        return;
-    }
+    };
+
+    const FileStamp before = FileStamp::of(source);
+    const PresetFileInfo info = PresetFileInfo::read(source);
+    if (!info.isValid())
+        return skip(QStringLiteral("not a preset: ") + info.error);
+    const FUID classID = info.classID;
+    if (classID != MonoPresetID && classID != StereoPresetID)
+        return skip(QStringLiteral("class id %1 is neither the mono nor the stereo class")
+                        .arg(QString::fromLatin1(info.classIdText)));
     const QString kind = className(classID) + QStringLiteral(" preset");
 
     auto *component = new ORVChStripPresetConverterComponent;
     MyPlxPresetFile preset(component);
     const bool loaded = preset.load(source, classID);
-    if (!loaded) {
+    const qint64 stateSize = qint64(component->state().size());
+    if (options.sourceRead)
+        options.sourceRead(source);
+    const bool changed = FileStamp::of(source) != before;
+    const qint64 statedSize = info.componentState()->size;
+    if (changed || !loaded || stateSize != statedSize) {
         component->release();
-        report.items << item(source, target, PresetConversionItem::Skipped,
-            kind + QStringLiteral(" whose component state cannot be read"));
-        return;
+        if (changed)
+            return skip(kind
+                + QStringLiteral(" that changed while it was read; convert it again once it is complete"));
+        if (!loaded)
+            return skip(kind + QStringLiteral(" whose component state cannot be read"));
+        return skip(kind
+            + QStringLiteral(" whose component state read %1 of the %2 bytes its chunk list states")
+                  .arg(stateSize)
+                  .arg(statedSize));
     }
 
     const bool replaces = QFileInfo::exists(target);
@@ -225,15 +288,16 @@ void ORVChStripPresetConversion::convertFile(
     } else if (!createDirectory(destination)) {
         result = item(source, target, PresetConversionItem::Failed,
             QStringLiteral("cannot create the folder '%1'").arg(QDir::toNativeSeparators(destination)));
-    } else if (!preset.save(target, StereoPresetID)) {
+    } else if (QString error; !preset.save(target, StereoPresetID, &error)) {
         result = item(source, target, PresetConversionItem::Failed,
-            replaces ? QStringLiteral("cannot write the file; the existing file is left as it was")
-                     : QStringLiteral("cannot write the file"));
+            replaces ? error + QStringLiteral("; the existing file is left as it was") : error);
     } else {
         result = item(source, target, PresetConversionItem::Converted, done);
     }
     component->release();
     report.items << result;
+    if (result.outcome == PresetConversionItem::Converted)
+        removeLeftovers(target, report);
 }
 
 bool ORVChStripPresetConversion::createDirectory(const QString &dir)

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "Interfaces/FUID.h"
 
@@ -35,12 +36,20 @@ struct PresetConversionReport
 struct PresetConversionOptions
 {
     bool dryRun = false; // report what would be done, write nothing
+    // Called with the path of each source preset once it has been read and
+    // before it is checked for changes during the read; for observers and
+    // for tests that change a file at exactly that moment.
+    std::function<void(const QString &source)> sourceRead;
 };
 
 // Copies preset files of the old mono and stereo plug-in classes into the
 // folders the current version loads from, re-written under the stereo class
 // id with the component state carried across unchanged. Source folders are
 // only ever read. A destination file is only ever replaced by a complete one.
+// A source is skipped with the reason when its component state reads shorter
+// than its chunk list states or when it changes while it is read. A temporary
+// file that an interrupted conversion left beside a preset is removed once
+// the preset is converted again, if it holds nothing but a part of it.
 class ORVChStripPresetConversion
 {
 public:
@@ -87,4 +96,5 @@ private:
         PresetConversionReport &report);
     static void convertFile(const QString &source, const QString &destination, const Options &options,
         PresetConversionReport &report);
+    static void removeLeftovers(const QString &target, PresetConversionReport &report);
 };

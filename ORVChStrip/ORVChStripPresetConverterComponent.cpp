@@ -5,19 +5,45 @@
 
 #include "Interfaces/IBStream.h"
 
+namespace {
+
+// The bytes from the current position to the end, or -1 when the stream
+// cannot tell; the position is left where it was.
+int64_t remainingLength(IBStream *stream)
+{
+    int64_t start = 0;
+    int64_t end = 0;
+    if (stream->tell(&start) != kResultOk || stream->seek(0, IBStream::kIBSeekEnd, &end) != kResultOk)
+        return -1;
+    int64_t back = -1;
+    if (stream->seek(start, IBStream::kIBSeekSet, &back) != kResultOk || back != start || end < start)
+        return -1;
+    return end - start;
+}
+
+} // namespace
+
 int32_t ORVChStripPresetConverterComponent::setState(IBStream *state)
 {
     m_state.clear();
     if (!state)
         return kResultFalse;
+    const int64_t expected = remainingLength(state);
     uint8_t piece[256];
+    bool failed = false;
     for (;;) {
         int32_t got = 0;
-        if (state->read(piece, sizeof piece, &got) != kResultOk || got <= 0)
+        failed = state->read(piece, sizeof piece, &got) != kResultOk;
+        if (failed || got <= 0)
             break;
         m_state.insert(m_state.end(), piece, piece + std::min<int32_t>(got, sizeof piece));
     }
-    return m_state.empty() ? kResultFalse : kResultOk;
+    const bool complete = expected >= 0 ? int64_t(m_state.size()) == expected : !failed;
+    if (m_state.empty() || !complete) {
+        m_state.clear();
+        return kResultFalse;
+    }
+    return kResultOk;
 }
 
 int32_t ORVChStripPresetConverterComponent::getState(IBStream *state)

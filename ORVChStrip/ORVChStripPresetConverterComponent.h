@@ -6,8 +6,11 @@
 #include "Common/ComponentBase.h"
 
 // A minimal component that carries a preset's state bytes in transit: setState
-// takes them in, getState hands them out unchanged. Reference-counted; create
-// with new and give back with release().
+// takes them in, getState hands them out unchanged. setState takes all of the
+// stream or nothing: when the stream tells its length, a read that stops short
+// of it (a file that shrank, a failed read) is refused rather than carried
+// across as a truncated state. Reference-counted; create with new and give
+// back with release().
 class ORVChStripPresetConverterComponent : public ComponentBase
 {
 public:

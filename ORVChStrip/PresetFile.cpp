@@ -25,6 +25,11 @@ const PresetFile::ChunkID &PresetFile::getChunkID(ChunkType type)
     return kChunkIDs[type];
 }
 
+bool PresetFile::isRestorableChunk(int64_t offset, int64_t size, int64_t length)
+{
+    return offset >= 0 && size > 0 && offset <= length && size <= length - offset;
+}
+
 bool PresetFile::isChunkType(const ChunkID id, ChunkType type)
 {
     return std::memcmp(id, getChunkID(type), sizeof(ChunkID)) == 0;
@@ -202,13 +207,13 @@ bool PresetFile::storeComponentState(IComponent *component)
 bool PresetFile::restoreComponentState(IComponent *component)
 {
     const Entry *entry = getEntry(kComponentState);
-    if (!component || !entry || entry->offset < 0 || entry->size < 0)
+    if (!component || !entry)
         return false;
     // A chunk that runs past the end of the stream is truncated: refuse it
     // rather than hand the component part of its state.
     int64_t length = -1;
-    if (m_stream->seek(0, IBStream::kIBSeekEnd, &length) != kResultOk || entry->offset > length
-        || entry->size > length - entry->offset)
+    if (m_stream->seek(0, IBStream::kIBSeekEnd, &length) != kResultOk
+        || !isRestorableChunk(entry->offset, entry->size, length))
         return false;
     if (!seekTo(entry->offset))
         return false;

@@ -39,6 +39,9 @@ public:
     static constexpr int32_t kMaxEntries = 128;
 
     static const ChunkID &getChunkID(ChunkType type);
+    // The rule for a component state that can be restored: the chunk holds
+    // at least one byte and lies wholly inside a stream of `length` bytes.
+    static bool isRestorableChunk(int64_t offset, int64_t size, int64_t length);
     static bool isChunkType(const ChunkID id, ChunkType type);
 
     explicit PresetFile(IBStream *stream);

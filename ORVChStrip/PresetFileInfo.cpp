@@ -29,15 +29,22 @@ QString PresetFileInfo::printableId(const QByteArray &bytes)
 
 PresetFileInfo PresetFileInfo::read(const QString &path)
 {
-    PresetFileInfo info;
-    info.path = path;
-
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
+        PresetFileInfo info;
+        info.path = path;
         info.error = QStringLiteral("cannot open: %1").arg(file.errorString());
         return info;
     }
+    return read(file, path);
+}
+
+PresetFileInfo PresetFileInfo::read(QIODevice &file, const QString &path)
+{
+    PresetFileInfo info;
+    info.path = path;
     info.fileSize = file.size();
+    file.seek(0);
 
     info.magic = file.read(4);
     if (info.magic.size() < 4) {
@@ -139,9 +146,25 @@ PresetFileInfo PresetFileInfo::read(const QString &path)
                              .arg(info.declaredCount)
                              .arg(info.chunks.size());
 
-    const auto hasComp = std::any_of(info.chunks.cbegin(), info.chunks.cend(),
-        [](const Chunk &chunk) { return chunk.id == QByteArray("Comp", 4); });
-    if (!hasComp)
-        info.warnings << QStringLiteral("no 'Comp' chunk: the component state cannot be restored");
+    const Chunk *component = info.componentState();
+    if (!component) {
+        info.error
+            = QStringLiteral("%1: no 'Comp' chunk, so there is no component state to restore").arg(where);
+    } else if (!PresetFile::isRestorableChunk(component->offset, component->size, info.fileSize)) {
+        info.error = component->size == 0
+            ? QStringLiteral("'Comp' chunk at offset %1 is empty").arg(component->offset)
+            : QStringLiteral("'Comp' chunk (offset %1, size %2) does not lie inside the file (%3 bytes)")
+                  .arg(component->offset)
+                  .arg(component->size)
+                  .arg(info.fileSize);
+    }
     return info;
+}
+
+const PresetFileInfo::Chunk *PresetFileInfo::componentState() const
+{
+    const auto found = std::find_if(chunks.cbegin(), chunks.cend(), [](const Chunk &chunk) {
+        return chunk.id == QByteArray(PresetFile::getChunkID(PresetFile::kComponentState), 4);
+    });
+    return found == chunks.cend() ? nullptr : &*found;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QIODevice>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -9,7 +10,9 @@
 
 // A description of a preset container file for people: the header fields, the
 // chunk list with positions, and, when the file would not load, the first
-// reason why. A file is valid exactly when PresetFile::readChunkList accepts it.
+// reason why. A file is valid exactly when PresetFile::readChunkList accepts it
+// and its first 'Comp' chunk is one that PresetFile::isRestorableChunk accepts:
+// the one rule for the converter and for anyone describing a preset.
 struct PresetFileInfo
 {
     struct Chunk
@@ -21,10 +24,14 @@ struct PresetFileInfo
     };
 
     static PresetFileInfo read(const QString &path);
+    // The same from an open, seekable device; path only names it.
+    static PresetFileInfo read(QIODevice &file, const QString &path);
     // Four bytes as text, printable ASCII kept and other bytes as \xNN.
     static QString printableId(const QByteArray &bytes);
 
     bool isValid() const { return error.isEmpty(); }
+    // The first 'Comp' chunk of the list, or null.
+    const Chunk *componentState() const;
 
     QString path;
     QString error;        // empty when the chunk list reads

@@ -94,11 +94,15 @@ void HostWindow::saveState()
 bool HostWindow::loadStateFile(const QString &path)
 {
     QString error;
-    if (!StateFile::load(m_pEditor->getPlxComponent(), m_pHost->memory(), path, &error)) {
+    QString warning;
+    if (!StateFile::load(m_pEditor->getPlxComponent(), m_pHost->memory(), path, &error, &warning)) {
         reportError(error);
         return false;
     }
-    statusBar()->showMessage(QStringLiteral("Restored the state from %1").arg(path));
+    if (!warning.isEmpty())
+        reportError(QStringLiteral("Restored the state, but ") + warning);
+    else
+        statusBar()->showMessage(QStringLiteral("Restored the state from %1").arg(path));
     return true;
 }
 

@@ -1,14 +1,15 @@
 #include "StateFile.h"
 
 #include <QMap>
-#include <QSaveFile>
 #include <algorithm>
 
 #include "ChannelStripModel.h"
+#include "Interfaces/AtomicFileWriter.h"
 #include "Interfaces/FileBStream.h"
 #include "Interfaces/IComponent.h"
 #include "Interfaces/MemoryBStream.h"
 #include "ParameterMemory.h"
+#include "StateFileLayout.h"
 
 namespace {
 
@@ -56,16 +57,14 @@ bool StateFile::save(IComponent *component, const QString &path, QString *error)
         *error = QStringLiteral("the plug-in could not write its state (result %1)").arg(result);
         return false;
     }
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        *error = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
+    return AtomicFileWriter::write(path, bytes, error);
 }
 
-bool StateFile::load(IComponent *component, ParameterMemory &memory, const QString &path, QString *error)
+bool StateFile::load(
+    IComponent *component, ParameterMemory &memory, const QString &path, QString *error, QString *warning)
 {
+    if (warning)
+        warning->clear();
     if (!component) {
         *error = QStringLiteral("the editor has no state component");
         return false;
@@ -78,20 +77,24 @@ bool StateFile::load(IComponent *component, ParameterMemory &memory, const QStri
     }
     const QMap<QString, QString> before = memory.snapshot(SnapshotChannels);
     const int32_t result = component->setState(stream);
-    QByteArray bytes;
-    if (result != kResultOk) {
-        stream->file().seek(0);
-        bytes = stream->file().readAll();
-    }
+    stream->file().seek(0);
+    const QByteArray bytes = stream->file().readAll();
     stream->release();
-    if (result == kResultOk)
+    if (result == kResultOk) {
+        const StateFileLayout layout(bytes);
+        if (warning && layout.chunkOffset() >= 0 && !layout.hasMorphData())
+            *warning = QStringLiteral("%1 holds no morph data (no \"ORD \" chunk in the channel-strip chunk "
+                                      "at offset %2); the current morph set was kept")
+                           .arg(path)
+                           .arg(layout.chunkOffset());
         return true;
+    }
 
     // The component changes nothing when it refuses a stream; make sure.
     for (int pass = 0; pass < 3 && memory.snapshot(SnapshotChannels) != before; ++pass)
         restoreSnapshot(memory, before);
     const QString problem = diagnose(bytes);
-    *error = QStringLiteral("%1 is not a state of this plug-in%2 (result %3); nothing was changed")
+    *error = QStringLiteral("the plug-in refused %1%2 (result %3); nothing was changed")
                  .arg(path, problem.isEmpty() ? QString() : QStringLiteral(": ") + problem)
                  .arg(result);
     return false;
@@ -104,6 +107,13 @@ QString StateFile::diagnose(const QByteArray &bytes)
         return QStringLiteral("the file is empty");
     if (bytes.size() < ChunkOffset + 8)
         return QStringLiteral("the file is too short (%1 bytes)").arg(bytes.size());
+    const StateFileLayout layout(bytes);
+    if (layout.missingBytes() > 0)
+        return QStringLiteral("the file is truncated: it ends %1 bytes before the end that the channel-strip "
+                              "chunk at offset %2 states (%3 bytes)")
+            .arg(layout.missingBytes())
+            .arg(layout.chunkOffset())
+            .arg(layout.statedEnd());
     const QByteArray chunk = bytes.mid(ChunkOffset, 8);
     if (!chunk.startsWith("CHST") && chunk.mid(4) != "CHST")
         return QStringLiteral("no channel-strip chunk at offset %1").arg(ChunkOffset);

@@ -13,7 +13,10 @@ class StateFile
 {
 public:
     static bool save(IComponent *component, const QString &path, QString *error);
-    static bool load(IComponent *component, ParameterMemory &memory, const QString &path, QString *error);
+    // warning, when given, receives what the plug-in kept of the current
+    // settings although the file restored (empty when it took everything).
+    static bool load(IComponent *component, ParameterMemory &memory, const QString &path, QString *error,
+        QString *warning = nullptr);
 
 private:
     // What looks wrong with bytes the component refused, if the host can tell.

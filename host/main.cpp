@@ -238,10 +238,14 @@ int main(int argc, char *argv[])
         return 1;
     }
     if (!options.loadStatePath.isEmpty()) {
-        if (!StateFile::load(editor->getPlxComponent(), host.memory(), options.loadStatePath, &error)) {
+        QString warning;
+        if (!StateFile::load(
+                editor->getPlxComponent(), host.memory(), options.loadStatePath, &error, &warning)) {
             err << "orvchstrip-host: --load-state: " << error << '\n';
             return 1;
         }
+        if (!warning.isEmpty())
+            err << "orvchstrip-host: --load-state: warning: " << warning << '\n';
         // --set refines the restored state.
         for (const auto &[key, text] : std::as_const(options.settings))
             host.memory().setValueText(key.toLatin1().constData(), text, options.plugin.channel);

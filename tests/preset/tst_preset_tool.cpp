@@ -65,6 +65,9 @@ void TestPresetTool::info_data()
                                       "bad magic 'XX\\x01X' at offset 0, expected 'PLX3'" };
     QTest::newRow("list offset 0") << QByteArray(mono).replace(40, 8, littleEndian64(0)) << 1
                                    << QStringList { "chunk list offset 0 in bytes 40-47" };
+    // The converter's rule: a component state of no bytes is no preset.
+    QTest::newRow("empty component state") << QByteArray(mono).replace(78 + 20, 8, littleEndian64(0)) << 1
+                                           << QStringList { "'Comp' chunk at offset 48 is empty" };
     QTest::newRow("list moved") << QByteArray(mono).replace(40, 8, littleEndian64(50)) << 1
                                 << QStringList { "chunk list at offset 50: expected 'List'" };
 }

@@ -4,10 +4,7 @@
 #include "ORVChStrip/ORVChStripPresetConversion.h"
 #include "PresetTestFiles.h"
 
-#ifdef Q_OS_UNIX
-#include <csignal>
-#include <sys/resource.h>
-#endif
+#include "FileSizeLimit.h"
 
 using namespace PresetTestFiles;
 using Conversion = ORVChStripPresetConversion;
@@ -42,7 +39,12 @@ private slots:
     void convertTree();
     void dryRunWritesNothing();
     void existingDestinationReplacedWhole();
-    void failedWriteKeepsOldFile();
+    void fullDiskKeepsOldFile_data();
+    void fullDiskKeepsOldFile();
+    void sourceChangedWhileReadIsSkipped_data();
+    void sourceChangedWhileReadIsSkipped();
+    void leftoverTemporaryFiles_data();
+    void leftoverTemporaryFiles();
     void overlappingFoldersRefused_data();
     void overlappingFoldersRefused();
     void createDirectory();
@@ -100,8 +102,9 @@ void TestPresetConversion::folders()
 
 void TestPresetConversion::convertTree_data()
 {
-    QTest::addColumn<QString>("file");    // relative to the source folder
-    QTest::addColumn<QString>("content"); // mono, stereo, third, text, broken, link, folderlink
+    QTest::addColumn<QString>("file"); // relative to the source folder
+    // mono, stereo, third, broken, emptystate, nostate, link, folderlink
+    QTest::addColumn<QString>("content");
     QTest::addColumn<int>("outcome");
     QTest::addColumn<QString>("reason");
 
@@ -122,6 +125,13 @@ void TestPresetConversion::convertTree_data()
     QTest::newRow("not a preset") << "Broken.plxpreset"
                                   << "broken" << int(PresetConversionItem::Skipped)
                                   << "not a preset: bad magic";
+    // The rule that preset info applies: a 'Comp' chunk with at least one byte.
+    QTest::newRow("empty component state") << "Empty.plxpreset"
+                                           << "emptystate" << int(PresetConversionItem::Skipped)
+                                           << "not a preset: 'Comp' chunk at offset 48 is empty";
+    QTest::newRow("no component state") << "Cont.plxpreset"
+                                        << "nostate" << int(PresetConversionItem::Skipped)
+                                        << "not a preset: chunk list at offset 748: no 'Comp' chunk";
     QTest::newRow("other extension") << "Bass.fxp"
                                      << "stereo" << int(PresetConversionItem::Skipped)
                                      << "not a .plxpreset file";
@@ -156,6 +166,10 @@ void TestPresetConversion::convertTree()
         QVERIFY(writePreset(path, ThirdID, state));
     else if (content == QLatin1String("broken"))
         QVERIFY(writeFile(path, "XXXX" + presetBytes(StereoID, state).mid(4)));
+    else if (content == QLatin1String("emptystate"))
+        QVERIFY(writeFile(path, presetBytes(StereoID, state).replace(48 + 700 + 20, 8, littleEndian64(0))));
+    else if (content == QLatin1String("nostate"))
+        QVERIFY(writeFile(path, presetBytes(StereoID, state).replace(48 + 700 + 8, 4, "Cont")));
     else if (content == QLatin1String("link"))
         QVERIFY(QFile::link(outside + QStringLiteral("/Target.plxpreset"), path));
     else if (content == QLatin1String("folderlink"))
@@ -224,36 +238,156 @@ void TestPresetConversion::existingDestinationReplacedWhole()
     QCOMPARE(filesIn(destination), QStringList { QStringLiteral("Keep.plxpreset") });
 }
 
-void TestPresetConversion::failedWriteKeepsOldFile()
+void TestPresetConversion::fullDiskKeepsOldFile_data()
 {
-#ifndef Q_OS_UNIX
+    QTest::addColumn<int>("stateSize");
+    // A preset this small stays in the write buffer until the file is closed.
+    QTest::newRow("buffered") << 1000;
+    QTest::newRow("larger than the buffer") << 200000;
+}
+
+void TestPresetConversion::fullDiskKeepsOldFile()
+{
+#ifndef ORV_HAVE_FILE_SIZE_LIMIT
     QSKIP("needs a file size limit to simulate a full disk");
-#else
+#endif
+    QFETCH(int, stateSize);
     const QString source = m_root + QStringLiteral("/src");
     const QString destination = m_root + QStringLiteral("/dst");
-    QVERIFY(writePreset(source + QStringLiteral("/Big.plxpreset"), StereoID, stateBytes(200000)));
+    const QString target = destination + QStringLiteral("/Big.plxpreset");
+    QVERIFY(writePreset(source + QStringLiteral("/Big.plxpreset"), StereoID, stateBytes(stateSize)));
     const QByteArray old = presetBytes(StereoID, stateBytes(100, 1));
-    QVERIFY(writeFile(destination + QStringLiteral("/Big.plxpreset"), old));
+    QVERIFY(writeFile(target, old));
 
-    // A file size limit makes every write beyond 64 KiB fail, as a full disk does.
-    rlimit saved {};
-    QCOMPARE(getrlimit(RLIMIT_FSIZE, &saved), 0);
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limited = saved;
-    limited.rlim_cur = 64 * 1024;
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &limited), 0);
-    const PresetConversionReport report = Conversion::convert(source, destination);
-    setrlimit(RLIMIT_FSIZE, &saved);
-    std::signal(SIGXFSZ, oldHandler);
-
+    PresetConversionReport report;
+    {
+        // Every file write beyond half the new preset fails, as on a full disk.
+        FileSizeLimit limit(stateSize / 2);
+        QVERIFY(limit.isActive());
+        report = Conversion::convert(source, destination);
+    }
     QCOMPARE(report.count(PresetConversionItem::Failed), 1);
-    QCOMPARE(readFile(destination + QStringLiteral("/Big.plxpreset")), old);
+    const QString reason = report.items.first().reason;
+    QVERIFY2(
+        reason.contains(QDir::toNativeSeparators(target)) && reason.contains(QLatin1String("left as it was")),
+        qPrintable(reason));
+    QCOMPARE(readFile(target), old);
     QCOMPARE(filesIn(destination), QStringList { QStringLiteral("Big.plxpreset") });
 
     // Without the limit the same conversion goes through.
     QCOMPARE(Conversion::convert(source, destination).count(PresetConversionItem::Converted), 1);
-    QCOMPARE(loadState(destination + QStringLiteral("/Big.plxpreset"), StereoID), stateBytes(200000));
-#endif
+    QCOMPARE(loadState(target, StereoID), stateBytes(stateSize));
+}
+
+void TestPresetConversion::sourceChangedWhileReadIsSkipped_data()
+{
+    QTest::addColumn<QString>("change"); // what happens to the source between the read and the write
+    QTest::addColumn<bool>("converted");
+    QTest::newRow("untouched") << QString() << true;
+    QTest::newRow("cut short") << QStringLiteral("truncate") << false;
+    QTest::newRow("grown") << QStringLiteral("append") << false;
+    QTest::newRow("rewritten at the same size") << QStringLiteral("rewrite") << false;
+}
+
+void TestPresetConversion::sourceChangedWhileReadIsSkipped()
+{
+    QFETCH(QString, change);
+    QFETCH(bool, converted);
+    const QString source = m_root + QStringLiteral("/src");
+    const QString destination = m_root + QStringLiteral("/dst");
+    const QString path = source + QStringLiteral("/Live.plxpreset");
+    const QString target = destination + QStringLiteral("/Live.plxpreset");
+    QVERIFY(writePreset(path, MonoID, stateBytes(3000)));
+    const QByteArray old = presetBytes(StereoID, stateBytes(40, 3));
+    QVERIFY(writeFile(target, old));
+
+    Conversion::Options options;
+    options.sourceRead = [&](const QString &read) {
+        QCOMPARE(read, path);
+        QFile file(path);
+        if (change == QLatin1String("truncate")) {
+            file.resize(1000);
+        } else if (change == QLatin1String("append")) {
+            QVERIFY(file.open(QIODevice::Append));
+            file.write("more");
+        } else if (change == QLatin1String("rewrite")) {
+            const QDateTime modified = QFileInfo(path).lastModified();
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            file.seek(100);
+            file.write("x");
+            // Written out first, or closing the file would stamp it again.
+            file.flush();
+            file.setFileTime(modified.addSecs(2), QFileDevice::FileModificationTime);
+        }
+    };
+    const PresetConversionReport report = Conversion::convert(source, destination, options);
+    QCOMPARE(report.items.size(), 1);
+    const PresetConversionItem &item = report.items.first();
+    if (converted) {
+        QCOMPARE(item.outcome, PresetConversionItem::Converted);
+        QCOMPARE(loadState(target, StereoID), stateBytes(3000));
+    } else {
+        QCOMPARE(item.outcome, PresetConversionItem::Skipped);
+        QVERIFY2(item.reason.contains(QLatin1String("changed while it was read")), qPrintable(item.reason));
+        QCOMPARE(readFile(target), old);
+    }
+}
+
+void TestPresetConversion::leftoverTemporaryFiles_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("content"); // whole, start, empty, other
+    QTest::addColumn<bool>("dryRun");
+    QTest::addColumn<bool>("removed");
+    QTest::newRow("killed at the rename") << "Keep.plxpreset.aB3xYz"
+                                          << "whole" << false << true;
+    QTest::newRow("killed during the write") << "Keep.plxpreset.QwErTy"
+                                             << "start" << false << true;
+    QTest::newRow("killed before the write") << "Keep.plxpreset.zzzzzz"
+                                             << "empty" << false << true;
+    QTest::newRow("user's own file of that name") << "Keep.plxpreset.backup"
+                                                  << "other" << false << false;
+    QTest::newRow("dry run") << "Keep.plxpreset.aB3xYz"
+                             << "whole" << true << false;
+    QTest::newRow("of a preset not converted now") << "Gone.plxpreset.aB3xYz"
+                                                   << "empty" << false << false;
+    QTest::newRow("five letters") << "Keep.plxpreset.aB3xY"
+                                  << "whole" << false << false;
+}
+
+void TestPresetConversion::leftoverTemporaryFiles()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, content);
+    QFETCH(bool, dryRun);
+    QFETCH(bool, removed);
+    const QString source = m_root + QStringLiteral("/src");
+    const QString destination = m_root + QStringLiteral("/dst");
+    QVERIFY(writePreset(source + QStringLiteral("/Nested/Keep.plxpreset"), MonoID, stateBytes(500)));
+    const QByteArray converted = presetBytes(StereoID, stateBytes(500));
+    // What a conversion killed at that moment leaves beside the preset.
+    QByteArray bytes;
+    if (content == QLatin1String("whole"))
+        bytes = converted;
+    else if (content == QLatin1String("start"))
+        bytes = converted.left(300);
+    else if (content == QLatin1String("other"))
+        bytes = presetBytes(StereoID, stateBytes(500, 1));
+    const QString leftover = destination + QStringLiteral("/Nested/") + name;
+    QVERIFY(writeFile(leftover, bytes));
+
+    Conversion::Options options;
+    options.dryRun = dryRun;
+    const PresetConversionReport report = Conversion::convert(source, destination, options);
+    QCOMPARE(QFileInfo::exists(leftover), !removed);
+    if (!removed)
+        QCOMPARE(readFile(leftover), bytes);
+    const PresetConversionItem *item = findItem(report, name);
+    QCOMPARE(item != nullptr, removed);
+    if (item)
+        QVERIFY2(item->reason.endsWith(QLatin1String("; removed")), qPrintable(item->reason));
+    if (!dryRun)
+        QCOMPARE(readFile(destination + QStringLiteral("/Nested/Keep.plxpreset")), converted);
 }
 
 void TestPresetConversion::overlappingFoldersRefused_data()

@@ -8,6 +8,46 @@
 
 using namespace PresetTestFiles;
 
+namespace {
+
+// A stream over bytes whose reads stop at `cutAt` as a file that shrank or a
+// failing disk would, while seeking to its end still tells the full length.
+// Every read hands out at most `piece` bytes.
+class FlakyStream : public BufferStream
+{
+public:
+    enum Stop { EndsEarly, Fails };
+
+    FlakyStream(const QByteArray &bytes, qint64 cutAt, Stop stop, int piece)
+        : BufferStream(bytes)
+        , m_cutAt(cutAt)
+        , m_stop(stop)
+        , m_piece(piece)
+    { }
+
+    int32_t read(void *buffer, int32_t numBytes, int32_t *numBytesRead) override
+    {
+        int64_t position = 0;
+        tell(&position);
+        if (m_cutAt >= 0 && position >= m_cutAt) {
+            if (numBytesRead)
+                *numBytesRead = 0;
+            return m_stop == Fails ? kResultFalse : kResultOk;
+        }
+        qint64 wanted = qMin<qint64>(numBytes, m_piece);
+        if (m_cutAt >= 0)
+            wanted = qMin(wanted, m_cutAt - position);
+        return BufferStream::read(buffer, int32_t(wanted), numBytesRead);
+    }
+
+private:
+    qint64 m_cutAt;
+    Stop m_stop;
+    int m_piece;
+};
+
+} // namespace
+
 class TestPresetFile : public QObject
 {
     Q_OBJECT
@@ -25,6 +65,8 @@ private slots:
     void loadClassMatching();
     void oddFileNames_data();
     void oddFileNames();
+    void converterTakesWholeStateOrNothing_data();
+    void converterTakesWholeStateOrNothing();
 
 private:
     QTemporaryDir m_dir;
@@ -271,6 +313,41 @@ void TestPresetFile::oddFileNames()
     QCOMPARE(MyPlxPresetFile::checkID(QFile::encodeName(path).constData(), StereoID), 1);
     QCOMPARE(loadState(path, StereoID), state);
     QVERIFY(PresetFileInfo::read(path).isValid());
+}
+
+void TestPresetFile::converterTakesWholeStateOrNothing_data()
+{
+    QTest::addColumn<int>("cutAt"); // -1: never
+    QTest::addColumn<int>("stop");
+    QTest::addColumn<int>("piece");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("whole") << -1 << int(FlakyStream::EndsEarly) << 4096 << true;
+    QTest::newRow("reads come in small pieces") << -1 << int(FlakyStream::EndsEarly) << 100 << true;
+    QTest::newRow("ends early") << 700 << int(FlakyStream::EndsEarly) << 4096 << false;
+    QTest::newRow("read fails") << 700 << int(FlakyStream::Fails) << 4096 << false;
+    QTest::newRow("last byte missing") << 999 << int(FlakyStream::EndsEarly) << 100 << false;
+}
+
+void TestPresetFile::converterTakesWholeStateOrNothing()
+{
+    QFETCH(int, cutAt);
+    QFETCH(int, stop);
+    QFETCH(int, piece);
+    QFETCH(bool, taken);
+
+    // Through the chunk window as a preset load hands it over, 48 bytes in.
+    const QByteArray state = stateBytes(1000);
+    auto *source = new FlakyStream(QByteArray(48, 'h') + state + QByteArray(30, 't'),
+        cutAt < 0 ? -1 : 48 + cutAt, FlakyStream::Stop(stop), piece);
+    auto *window = new ReadOnlyBStream(source, 48, state.size());
+    auto *component = new ORVChStripPresetConverterComponent;
+    QCOMPARE(component->setState(window) == kResultOk, taken);
+    const QByteArray held(
+        reinterpret_cast<const char *>(component->state().data()), qsizetype(component->state().size()));
+    QCOMPARE(held, taken ? state : QByteArray());
+    component->release();
+    window->release();
+    source->release();
 }
 
 QTEST_GUILESS_MAIN(TestPresetFile)

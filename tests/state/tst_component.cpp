@@ -97,6 +97,8 @@ private slots:
     void versionSelectsLayout();
     void malformedStreamChangesNothing_data();
     void malformedStreamChangesNothing();
+    void missingMorphDataKeepsMorphSet_data();
+    void missingMorphDataKeepsMorphSet();
     void withoutHost();
     void failingHostReadsStoreZero();
     void versionsAndKeyList();
@@ -215,6 +217,20 @@ void TestComponent::malformedStreamChangesNothing_data()
     QTest::newRow("chunk without file information") << patched(936, "FINX") << 1;
     QTest::newRow("cut before the chunk") << good.left(928) << 1;
     QTest::newRow("older layout, no chunk") << QByteArray("2620") + good.mid(4, 88) << 1;
+    // Cut inside the chunk that is read: the stream ends before its stated end.
+    QTest::newRow("cut inside the chunk header") << good.left(933) << 1;
+    QTest::newRow("cut after the chunk header") << good.left(941) << 1;
+    QTest::newRow("cut inside the morph table") << good.left(1200) << 1;
+    QTest::newRow("cut inside the parameters") << good.left(1600) << 1;
+    QTest::newRow("last byte missing") << good.left(good.size() - 1) << 1;
+    QTest::newRow("older layout cut") << olderLayout("2620", good).left(92 + 700) << 1;
+    // A 64-bit form cut by two bytes.
+    const QByteArray wide = ChunkBytes::chunk64("CHST",
+        ChunkBytes::chunk64("FINF", ChunkBytes::le64(2))
+            + ChunkBytes::chunk64("ORD ", ChunkBytes::morphTable("Wide"))
+            + ChunkBytes::chunk64("PRM ", ChunkBytes::floats({ 0.5f })));
+    const QByteArray olderWide = QByteArray("2620") + good.mid(4, 88) + wide;
+    QTest::newRow("64-bit form cut") << olderWide.left(olderWide.size() - 2) << 1;
 }
 
 void TestComponent::malformedStreamChangesNothing()
@@ -229,6 +245,44 @@ void TestComponent::malformedStreamChangesNothing()
     QCOMPARE(target.memory.snapshot(SnapshotChannels), before);
     QVERIFY(target.memory.writes().isEmpty());
     QCOMPARE(target.memory.morphBatchCount(), 0);
+}
+
+void TestComponent::missingMorphDataKeepsMorphSet_data()
+{
+    Host source;
+    source.customise();
+    const QByteArray good = source.save();
+    QTest::addColumn<QByteArray>("bytes");
+    // The "ORD " chunk of the chunk that is read stands at 928 + 20.
+    QTest::newRow("damaged ORD id") << QByteArray(good).replace(948, 4, "ORX ");
+    QTest::newRow("ORD id in lower case") << QByteArray(good).replace(948, 4, "ord ");
+    QTest::newRow("older layout, damaged ORD id") << olderLayout("2620", good).replace(92 + 20, 4, "0RD ");
+}
+
+void TestComponent::missingMorphDataKeepsMorphSet()
+{
+    QFETCH(QByteArray, bytes);
+    Host target;
+    target.memory.setText("fx_mrp_systmname", "Current set", Channel);
+    for (int r = 0; r < MorphPointCount; ++r)
+        target.memory.setValueByKey("fx_mrpeq_mdgain", 100 + r, Channel * 9 + r);
+    const QMap<QString, QString> before = target.memory.snapshot(SnapshotChannels);
+
+    QCOMPARE(target.restore(bytes), kResultOk);
+    // The parameters come from the file ...
+    QCOMPARE(target.memory.value("fx_cmp_rls", Channel), 1234);
+    QCOMPARE(target.memory.value("fx_eq_midfrq", Channel), 90);
+    // ... and the morph set is the one the memory held, not zeros.
+    QCOMPARE(target.memory.text("fx_mrp_systmname", Channel), QByteArray("Current set"));
+    const QMap<QString, QString> after = target.memory.snapshot(SnapshotChannels);
+    for (int k = 0; k < OrvaneDataParameterCount; ++k) {
+        for (int r = 0; r < MorphPointCount; ++r) {
+            const QString key
+                = QStringLiteral("%1@%2").arg(QLatin1String(OrvaneDataParameterList[k])).arg(Channel * 9 + r);
+            QCOMPARE(after.value(key), before.value(key));
+        }
+    }
+    QCOMPARE(target.memory.value("fx_mrpeq_mdgain", Channel * 9 + 4), 104);
 }
 
 void TestComponent::withoutHost()

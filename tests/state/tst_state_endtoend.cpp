@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "FileSizeLimit.h"
 #include "HostModel.h"
 #include "Interfaces/FileBStream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
@@ -52,6 +53,9 @@ private slots:
     void hostSavesAndRestores();
     void badStateFilesAreReported_data();
     void badStateFilesAreReported();
+    void partialStatesAreReported_data();
+    void partialStatesAreReported();
+    void fullDiskKeepsSavedState();
 
 private:
     QString hostRun(const QStringList &arguments, Run *result);
@@ -172,6 +176,90 @@ void TestStateEndToEnd::badStateFilesAreReported()
     QVERIFY2(chunkDump.err.contains(": offset 0: not a valid chunk file: expected \"CHST\"")
             && !chunkDump.err.contains("csv-file"),
         chunkDump.err.constData());
+}
+
+void TestStateEndToEnd::partialStatesAreReported_data()
+{
+    QTest::addColumn<int>("cutAt");        // -1: whole file
+    QTest::addColumn<QByteArray>("patch"); // written over the "ORD " id of the chunk that is read
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("cut after the chunk header")
+        << 941 << QByteArray() << 1
+        << QStringLiteral(
+               "truncated: it ends 723 bytes before the end that the channel-strip chunk at offset "
+               "928 states (1664 bytes)");
+    QTest::newRow("cut inside the parameters")
+        << 1600 << QByteArray() << 1 << QStringLiteral("truncated: it ends 64 bytes before");
+    QTest::newRow("damaged ORD id") << -1 << QByteArray("ORX ") << 0
+                                    << QStringLiteral("warning: %1 holds no morph data");
+}
+
+void TestStateEndToEnd::partialStatesAreReported()
+{
+    QFETCH(int, cutAt);
+    QFETCH(QByteArray, patch);
+    QFETCH(int, exitCode);
+    QFETCH(QString, message);
+    QByteArray bytes = readFile(m_saved);
+    QCOMPARE(bytes.size(), 1664);
+    if (cutAt >= 0)
+        bytes.truncate(cutAt);
+    if (!patch.isEmpty())
+        bytes.replace(948, 4, patch);
+    const QString path = m_dir.filePath(QStringLiteral("partial %1.state").arg(QTest::currentDataTag()));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    file.close();
+
+    const QString after = m_dir.filePath(QStringLiteral("after %1.state").arg(QTest::currentDataTag()));
+    Run result;
+    const QString err = hostRun({ "--ch", "2", "--load-state", path, "--save-state", after }, &result);
+    QCOMPARE(result.exitCode, exitCode);
+    QVERIFY2(err.contains(message.arg(path)), qPrintable(err));
+    QCOMPARE(readFile(path), bytes);
+    if (exitCode != 0) {
+        QVERIFY(!QFileInfo::exists(after));
+        return;
+    }
+
+    // The parameters came from the file; the morph table is the fresh host's
+    // own (its defaults, as in the saved file), not zeros.
+    const QByteArray saved = readFile(m_saved);
+    const QByteArray restored = readFile(after);
+    QCOMPARE(restored.size(), saved.size());
+    QCOMPARE(restored.mid(4, 88), saved.mid(4, 88));
+    const int table = 928 + 28 + 256;
+    QVERIFY(saved.mid(table, 306) != QByteArray(306, '\0'));
+    QCOMPARE(restored.mid(table, 340), saved.mid(table, 340));
+}
+
+void TestStateEndToEnd::fullDiskKeepsSavedState()
+{
+#ifndef ORV_HAVE_FILE_SIZE_LIMIT
+    QSKIP("needs a file size limit to simulate a full disk");
+#endif
+    const QString path = m_dir.filePath(QStringLiteral("full disk.state"));
+    const QByteArray old = readFile(m_saved);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(old) == old.size());
+    file.close();
+
+    // The host inherits the limit: its 1664-byte state does not fit in 1000.
+    Run result;
+    {
+        FileSizeLimit limit(1000);
+        QVERIFY(limit.isActive());
+        result = run(QStringLiteral(ORV_HOST_PATH),
+            { "--set", "fx_cmp_atck=77", "--save-state", path, "--screenshot",
+                m_dir.filePath("unused.png") });
+    }
+    const QString err = QString::fromLocal8Bit(result.err);
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY2(err.contains(QStringLiteral("--save-state: cannot write ") + path), qPrintable(err));
+    QCOMPARE(readFile(path), old);
+    QCOMPARE(QDir(m_dir.path()).entryList({ QStringLiteral("full disk.state*") }, QDir::Files | QDir::Hidden),
+        QStringList { QStringLiteral("full disk.state") });
 }
 
 QTEST_GUILESS_MAIN(TestStateEndToEnd)

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QString>
+
+#include "ORVChStrip/BufferStream.h"
+#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/PresetFile.h"
+#include "ORVChStrip/PresetFileInfo.h"
+
+// Reads one preset container with both readers, the loader the converter
+// uses and the description `preset info` prints, and checks that they agree:
+// the description calls a preset of either class valid exactly when the
+// loader restores its state, and the state restored is exactly the 'Comp'
+// chunk's size. A restored state written back must read the same again.
+// Returns what went wrong, or an empty string.
+namespace PresetContainerCheck {
+
+inline QString check(const QByteArray &bytes)
+{
+    using Conversion = ORVChStripPresetConversion;
+
+    QByteArray copy = bytes;
+    QBuffer device(&copy);
+    device.open(QIODevice::ReadOnly);
+    const PresetFileInfo info = PresetFileInfo::read(device, QStringLiteral("input"));
+    const bool convertible = info.isValid()
+        && (info.classID == Conversion::MonoPresetID || info.classID == Conversion::StereoPresetID);
+
+    auto *stream = new BufferStream(bytes);
+    auto *component = new ORVChStripPresetConverterComponent;
+    const bool loaded
+        = PresetFile::loadPreset(stream, Conversion::MonoPresetID, component, { Conversion::StereoPresetID });
+    stream->release();
+
+    QString problem;
+    if (loaded != convertible) {
+        problem = QStringLiteral("the loader %1 it but the description says %2")
+                      .arg(loaded ? QStringLiteral("restores") : QStringLiteral("refuses"),
+                          info.isValid() ? QStringLiteral("valid") : info.error);
+    } else if (loaded && qint64(component->state().size()) != info.componentState()->size) {
+        problem = QStringLiteral("restored %1 bytes of a %2-byte 'Comp' chunk")
+                      .arg(component->state().size())
+                      .arg(info.componentState()->size);
+    } else if (loaded) {
+        auto *output = new BufferStream;
+        const bool saved = PresetFile::savePreset(output, Conversion::StereoPresetID, component);
+        QByteArray written = output->data();
+        output->release();
+        QBuffer again(&written);
+        again.open(QIODevice::ReadOnly);
+        const PresetFileInfo reread = PresetFileInfo::read(again, QStringLiteral("written"));
+        if (!saved || !reread.isValid() || reread.componentState()->size != info.componentState()->size)
+            problem = QStringLiteral("the state written back does not read again");
+    }
+    component->release();
+    return problem;
+}
+
+} // namespace PresetContainerCheck

@@ -1,0 +1,108 @@
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "FileSizeLimit.h"
+#include "Interfaces/AtomicFileWriter.h"
+
+namespace {
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray pattern(int size, char seed)
+{
+    QByteArray bytes(size, '\0');
+    for (int i = 0; i < size; ++i)
+        bytes[i] = char(seed + i * 13);
+    return bytes;
+}
+
+} // namespace
+
+class TestAtomicFileWriter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fullDiskKeepsOldFile_data();
+    void fullDiskKeepsOldFile();
+    void unwritableFolderIsReported();
+};
+
+void TestAtomicFileWriter::fullDiskKeepsOldFile_data()
+{
+    QTest::addColumn<int>("size");      // bytes to write
+    QTest::addColumn<int>("limit");     // file size limit while writing; 0: none
+    QTest::addColumn<bool>("existing"); // whether an old file stands at the target
+    QTest::addColumn<bool>("written");
+
+    // Small writes stay in the device's buffer until the flush at the end.
+    QTest::newRow("buffered write over a file") << 1000 << 512 << true << false;
+    QTest::newRow("buffered write, new file") << 1000 << 512 << false << false;
+    QTest::newRow("large write over a file") << 200000 << 65536 << true << false;
+    QTest::newRow("limit one byte short") << 3000 << 2999 << true << false;
+    QTest::newRow("exactly at the limit") << 3000 << 3000 << true << true;
+    QTest::newRow("no limit") << 200000 << 0 << true << true;
+}
+
+void TestAtomicFileWriter::fullDiskKeepsOldFile()
+{
+#ifndef ORV_HAVE_FILE_SIZE_LIMIT
+    QSKIP("needs a file size limit to simulate a full disk");
+#endif
+    QFETCH(int, size);
+    QFETCH(int, limit);
+    QFETCH(bool, existing);
+    QFETCH(bool, written);
+
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("target.bin"));
+    const QByteArray old = pattern(700, 'o');
+    if (existing) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(old) == old.size());
+    }
+    const QByteArray bytes = pattern(size, 'n');
+
+    bool ok = false;
+    QString error;
+    {
+        FileSizeLimit guard(limit > 0 ? rlim_t(limit) : RLIM_INFINITY);
+        QVERIFY(guard.isActive());
+        ok = AtomicFileWriter::write(path, bytes, &error);
+    }
+
+    QCOMPARE(ok, written);
+    if (written) {
+        QVERIFY(error.isEmpty());
+        QCOMPARE(readFile(path), bytes);
+    } else {
+        QVERIFY2(error.contains(QDir::toNativeSeparators(path)), qPrintable(error));
+        QCOMPARE(QFileInfo::exists(path), existing);
+        if (existing)
+            QCOMPARE(readFile(path), old);
+    }
+    // Never a temporary file left beside the target.
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+        existing || written ? QStringList { QStringLiteral("target.bin") } : QStringList());
+}
+
+void TestAtomicFileWriter::unwritableFolderIsReported()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("missing/target.bin"));
+    QString error;
+    QVERIFY(!AtomicFileWriter::write(path, "abc", &error));
+    QVERIFY2(error.startsWith(QStringLiteral("cannot write ") + QDir::toNativeSeparators(path)),
+        qPrintable(error));
+    QVERIFY(!QFileInfo::exists(path));
+}
+
+QTEST_GUILESS_MAIN(TestAtomicFileWriter)
+#include "tst_atomicfilewriter.moc"
