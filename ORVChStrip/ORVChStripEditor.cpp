@@ -2,12 +2,14 @@
 
 #include <QLabel>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
 
 namespace {
 
@@ -36,16 +38,16 @@ QLabel *label(QWidget *parent, const char *name, const QString &text, const QRec
 
 } // namespace
 
-const FUID ORVChStripEditor::FirstUid(0x504C5863, 0x73744D75, 0x72206368, 0x20737472);
-const FUID ORVChStripEditor::SecondUid(0x504C5863, 0x73745375, 0x72206368, 0x20737472);
-
 ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     : EffectEditor(parent)
     , m_pComponent(new ORVChStripComponent)
     // The parameters whose changes alter the editor itself.
     , m_observed(this,
-          { "fx_cmp_byps", "fx_eq_byps", "fx_cmp_sc_onf", "fx_eq_lsv_onf", "fx_eq_mid_onf", "fx_eq_hsv_onf",
-              "fx_cmp_kne", "fx_mrp_systmname", "fx_mrp_vl" })
+          { ChannelStripKeys::CompressorBypass, ChannelStripKeys::EqualizerBypass,
+              ChannelStripKeys::SideChainOn, ChannelStripKeys::EqualizerLowOn,
+              ChannelStripKeys::EqualizerMiddleOn, ChannelStripKeys::EqualizerHighOn,
+              ChannelStripKeys::CompressorKnee, ChannelStripKeys::MorphSystemName,
+              ChannelStripKeys::MorphValue })
 {
     m_pComponent->addRef();
     setObjectName(QStringLiteral("ORVChStripEditor"));
@@ -158,10 +160,15 @@ void ORVChStripEditor::buildGraphs()
     }
 }
 
+FUID ORVChStripEditor::uid() const
+{
+    return ORVChStripClassIds::Stereo;
+}
+
 void ORVChStripEditor::loadUids(std::vector<FUID> &uids) const
 {
-    uids.push_back(FirstUid);
-    uids.push_back(SecondUid);
+    uids.push_back(ORVChStripClassIds::Mono);
+    uids.push_back(ORVChStripClassIds::Stereo);
 }
 
 IComponent *ORVChStripEditor::getPlxComponent() const

@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "Common/EffectComponent.h"
-#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/AnalyzerError.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"

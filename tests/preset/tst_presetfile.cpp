@@ -1,9 +1,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "ORVChStrip/FileStream.h"
-#include "ORVChStrip/PresetFileInfo.h"
-#include "ORVChStrip/ReadOnlyBStream.h"
+#include "ORVChStrip/Chunk/FileBStream.h"
+#include "ORVChStrip/Chunk/ReadOnlyBStream.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 #include "PresetTestFiles.h"
 
 using namespace PresetTestFiles;
@@ -128,7 +128,7 @@ void TestPresetFile::listCappedOnRead()
     const QString path = m_dir.filePath(QStringLiteral("many.plxpreset"));
     QVERIFY(writeFile(path, bytes));
 
-    FileStream *stream = FileStream::open(path, "rb");
+    FileBStream *stream = FileBStream::openFile(path, QIODevice::ReadOnly);
     QVERIFY(stream);
     PresetFile file(stream);
     stream->release();
@@ -144,7 +144,7 @@ void TestPresetFile::listCappedOnRead()
 
 void TestPresetFile::chunkLimitOnWrite()
 {
-    auto *stream = new BufferStream;
+    auto *stream = new MemoryBStream;
     PresetFile file(stream);
     stream->release();
     QVERIFY(file.writeHeader());
@@ -195,7 +195,7 @@ void TestPresetFile::windowReads()
     QFETCH(int, wanted);
     QFETCH(QByteArray, expected);
 
-    auto *source = new BufferStream(QByteArray("abcdefghij"));
+    auto *source = new MemoryBStream(QByteArray("abcdefghij"));
     auto *window = new ReadOnlyBStream(source, 2, 6);
     source->release(); // the window keeps it alive
 
@@ -242,7 +242,7 @@ void TestPresetFile::loadClassMatching()
     QFETCH(QList<FUID>, alternatives);
     QFETCH(bool, loads);
 
-    auto *stream = new BufferStream(bytes);
+    auto *stream = new MemoryBStream(bytes);
     auto *component = new ORVChStripPresetConverterComponent;
     QCOMPARE(PresetFile::loadPreset(stream, StereoID, component, alternatives), loads);
     if (loads)

@@ -1,4 +1,4 @@
-#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -6,9 +6,10 @@
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "ORVChStrip/MyPlxPresetFile.h"
-#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
-#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/Preset/MyPlxPresetFile.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 
 namespace {
 
@@ -100,9 +101,9 @@ QList<ORVChStripPresetConversion::FolderPair> ORVChStripPresetConversion::folder
 
 QString ORVChStripPresetConversion::className(const FUID &classID)
 {
-    if (classID == MonoPresetID)
+    if (classID == ORVChStripClassIds::Mono)
         return QStringLiteral("mono");
-    if (classID == StereoPresetID)
+    if (classID == ORVChStripClassIds::Stereo)
         return QStringLiteral("stereo");
     return QStringLiteral("other");
 }
@@ -181,10 +182,10 @@ void ORVChStripPresetConversion::convertFile(
     const QString target = destination + QLatin1Char('/') + QFileInfo(source).fileName();
 
     FUID classID;
-    if (MyPlxPresetFile::checkID(source, MonoPresetID) == 1) {
-        classID = MonoPresetID;
-    } else if (MyPlxPresetFile::checkID(source, StereoPresetID) == 1) {
-        classID = StereoPresetID;
+    if (MyPlxPresetFile::checkID(source, ORVChStripClassIds::Mono) == 1) {
+        classID = ORVChStripClassIds::Mono;
+    } else if (MyPlxPresetFile::checkID(source, ORVChStripClassIds::Stereo) == 1) {
+        classID = ORVChStripClassIds::Stereo;
     } else {
         const PresetFileInfo info = PresetFileInfo::read(source);
         const QString reason = info.isValid()
@@ -208,7 +209,7 @@ void ORVChStripPresetConversion::convertFile(
 
     const bool replaces = QFileInfo::exists(target);
     QString done = kind;
-    if (classID != StereoPresetID)
+    if (classID != ORVChStripClassIds::Stereo)
         done += QStringLiteral(", re-written under the stereo class id");
     if (replaces)
         done += QStringLiteral(", replaces the existing file");
@@ -225,7 +226,7 @@ void ORVChStripPresetConversion::convertFile(
     } else if (!createDirectory(destination)) {
         result = item(source, target, PresetConversionItem::Failed,
             QStringLiteral("cannot create the folder '%1'").arg(QDir::toNativeSeparators(destination)));
-    } else if (!preset.save(target, StereoPresetID)) {
+    } else if (!preset.save(target, ORVChStripClassIds::Stereo)) {
         result = item(source, target, PresetConversionItem::Failed,
             replaces ? QStringLiteral("cannot write the file; the existing file is left as it was")
                      : QStringLiteral("cannot write the file"));
