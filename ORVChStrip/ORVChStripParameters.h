@@ -21,9 +21,6 @@ extern const char *const OrvaneDataParameterList[OrvaneDataParameterCount];
 inline constexpr int MorphingParameterCount = 15;
 extern const char *const MorphingParameterList[MorphingParameterCount];
 
-inline constexpr char MorphSystemNameKey[] = "fx_mrp_systmname";
-inline constexpr char MorphSystemIdKey[] = "fx_mrp_systmid";
-inline constexpr char MorphValueKey[] = "fx_mrp_vl";
 inline constexpr int MorphSystemNameLength = 256;
 // The nine morph points of channel ch live on channels ch * 9 to ch * 9 + 8.
 inline constexpr int MorphPointCount = 9;
