@@ -6,42 +6,13 @@
 #include <QTest>
 
 #include "HostModel.h"
-#include "Interfaces/FileBStream.h"
+#include "ORVChStrip/Chunk/FileBStream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ParameterMemory.h"
+#include "ProcessRun.h"
+#include "TestFiles.h"
 
-namespace {
-
-struct Run
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Run run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    process.setProcessEnvironment(environment);
-    process.start(program, arguments);
-    Run result;
-    if (!process.waitForFinished(60000))
-        return result;
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
-    return result;
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
+using Run = ProcessRun;
 
 class TestStateEndToEnd : public QObject
 {
@@ -62,7 +33,7 @@ private:
 
 QString TestStateEndToEnd::hostRun(const QStringList &arguments, Run *result)
 {
-    *result = run(QStringLiteral(ORV_HOST_PATH),
+    *result = runProcess(QStringLiteral(ORV_HOST_PATH),
         arguments
             + QStringList { QStringLiteral("--screenshot"), m_dir.filePath(QStringLiteral("panel.png")) });
     return QString::fromLocal8Bit(result->err);
@@ -112,7 +83,7 @@ void TestStateEndToEnd::hostSavesAndRestores()
     QCOMPARE(memory.snapshot(27), reference.snapshot(27));
 
     // The tool describes it.
-    const Run dump = run(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved, "--json" });
+    const Run dump = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved, "--json" });
     QVERIFY2(dump.exitCode == 0, dump.err.constData());
     const QJsonObject object = QJsonDocument::fromJson(dump.out).object();
     QCOMPARE(object.value("layout").toString(), QStringLiteral("newer"));
@@ -120,7 +91,7 @@ void TestStateEndToEnd::hostSavesAndRestores()
     QCOMPARE(object.value("morphSystemName").toString(), QStringLiteral("Vocal Air"));
     QCOMPARE(object.value("extended").toArray().size(), 26);
     QCOMPARE(object.value("morphTable").toArray().at(9).toArray().at(0).toInt(), -1);
-    const Run text = run(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
+    const Run text = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
     QCOMPARE(text.exitCode, 0);
     QVERIFY(text.out.contains("0x000003a0     728  CHST"));
 }
@@ -152,7 +123,7 @@ void TestStateEndToEnd::badStateFilesAreReported()
     QVERIFY2(err.contains(path) && err.contains(problem), qPrintable(err));
     QCOMPARE(readFile(path), bytes); // left alone
 
-    const Run dump = run(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", path });
+    const Run dump = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", path });
     QVERIFY(dump.exitCode != 0);
     QVERIFY2(dump.err.contains(path.toLocal8Bit()) && dump.err.contains("offset 0x"), dump.err.constData());
 
@@ -162,7 +133,7 @@ void TestStateEndToEnd::badStateFilesAreReported()
     QVERIFY(chunkFile.open(QIODevice::WriteOnly));
     chunkFile.write(damaged.mid(928));
     chunkFile.close();
-    const Run chunkDump = run(QStringLiteral(ORV_TOOL_PATH), { "chunk", "dump", path });
+    const Run chunkDump = runProcess(QStringLiteral(ORV_TOOL_PATH), { "chunk", "dump", path });
     QCOMPARE(chunkDump.exitCode, 1);
     QVERIFY2(
         chunkDump.err.contains("offset 0x00000008") && chunkDump.err.contains("The chunk ID is abnormal."),
