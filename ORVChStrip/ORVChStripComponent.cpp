@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IBStream.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IORVDMorphHandler.h"

@@ -4,31 +4,6 @@
 
 namespace ORVChStripParameters {
 
-const char *const ParameterList[ParameterListCount] = {
-    ChannelStripKeys::CompressorDrive,
-    ChannelStripKeys::CompressorAttack,
-    ChannelStripKeys::CompressorRelease,
-    ChannelStripKeys::CompressorRatio,
-    ChannelStripKeys::CompressorKnee,
-    ChannelStripKeys::CompressorThresholdOffset,
-    ChannelStripKeys::CompressorMakeUpOffset,
-    ChannelStripKeys::SideChainFrequency,
-    ChannelStripKeys::SideChainGain,
-    ChannelStripKeys::SideChainQuality,
-    ChannelStripKeys::EqualizerHighFrequency,
-    ChannelStripKeys::EqualizerHighGain,
-    ChannelStripKeys::EqualizerMiddleFrequency,
-    ChannelStripKeys::EqualizerMiddleGain,
-    ChannelStripKeys::EqualizerMiddleQuality,
-    ChannelStripKeys::EqualizerLowFrequency,
-    ChannelStripKeys::EqualizerLowGain,
-    ChannelStripKeys::OutputLevel,
-    ChannelStripKeys::EqualizerBypass,
-    ChannelStripKeys::CompressorBypass,
-    ChannelStripKeys::MorphValue,
-    nullptr,
-};
-
 const char *const ParameterListEx[ParameterListExCount] = {
     ChannelStripKeys::CompressorDrive,
     ChannelStripKeys::CompressorAttack,
@@ -52,11 +27,14 @@ const char *const ParameterListEx[ParameterListExCount] = {
     ChannelStripKeys::CompressorBypass,
     ChannelStripKeys::MorphValue,
     nullptr,
+    // The band switches, beyond the generic block
     ChannelStripKeys::EqualizerLowOn,
     ChannelStripKeys::EqualizerMiddleOn,
     ChannelStripKeys::EqualizerHighOn,
     ChannelStripKeys::SideChainOn,
 };
+
+const char *const *const ParameterList = ParameterListEx;
 
 const char *const OrvaneDataParameterList[OrvaneDataParameterCount] = {
     ChannelStripKeys::MorphCompressorAttack,

@@ -3,10 +3,11 @@
 // The channel strip's parameter keys, as the host's model names them.
 namespace ORVChStripParameters {
 
-// The generic state block. Entry 22 is an empty slot (a null key) that still
-// takes its 4 bytes in the state stream.
+// The generic state block: the first ParameterListCount keys of
+// ParameterListEx. Entry 22 is an empty slot (a null key) that still takes
+// its 4 bytes in the state stream.
 inline constexpr int ParameterListCount = 22;
-extern const char *const ParameterList[ParameterListCount];
+extern const char *const *const ParameterList;
 
 // ParameterList followed by the four band switches.
 inline constexpr int ParameterListExCount = 26;
