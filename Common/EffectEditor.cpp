@@ -1,6 +1,5 @@
 #include "Common/EffectEditor.h"
 
-#include <QMenu>
 #include <QScrollArea>
 #include <cmath>
 
@@ -9,10 +8,10 @@
 #include "Common/Widgets/AbstractController.h"
 #include "Interfaces/IModelInfo.h"
 
-namespace {
+using CommonController_MemAPI::FaderController;
+using CommonController_MemAPI::KnobController;
 
-const char KnobClassName[] = "CommonController_MemAPI::KnobController";
-const char FaderClassName[] = "CommonController_MemAPI::FaderController";
+namespace {
 
 QList<QWidget *> childWidgets(const QWidget *widget)
 {
@@ -29,12 +28,12 @@ int scaled(int value, double scale)
     return static_cast<int>(value * scale + 0.5);
 }
 
-void applyOperationType(QWidget *widget, const char *className, int type)
+template<typename Control> void applyOperationType(QWidget *widget, typename Control::OperationType type)
 {
-    if (widget->inherits(className))
-        widget->setProperty("operationType", type);
+    if (auto *control = qobject_cast<Control *>(widget))
+        control->setOperationType(type);
     for (QWidget *child : childWidgets(widget))
-        applyOperationType(child, className, type);
+        applyOperationType<Control>(child, type);
 }
 
 } // namespace
@@ -63,16 +62,17 @@ void EffectEditor::initialize()
     getWidgetInformationList(this, m_widgetInformationList);
 }
 
-bool EffectEditor::getParameter(const char *key, unsigned short *prmId, unsigned short *second) const
+bool EffectEditor::getParameter(
+    IModelInfo *modelInfo, const char *key, unsigned short *prmId, unsigned short *second)
 {
-    if (!m_pModelInfo || !key)
+    if (!modelInfo || !key)
         return false;
     unsigned short index = 0;
-    if (!m_pModelInfo->findParameter(&index, key))
+    if (!modelInfo->findParameter(&index, key))
         return false;
     unsigned short id = 0;
     unsigned short count = 0;
-    if (!m_pModelInfo->getParameterInfo(&id, &count, index))
+    if (!modelInfo->getParameterInfo(&id, &count, index))
         return false;
     if (prmId)
         *prmId = id;
@@ -81,16 +81,17 @@ bool EffectEditor::getParameter(const char *key, unsigned short *prmId, unsigned
     return true;
 }
 
-bool EffectEditor::getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const
+bool EffectEditor::getMeterIndex(
+    IModelInfo *modelInfo, const char *key, unsigned short ch, bool right, unsigned short *index)
 {
-    if (!m_pModelInfo || !key)
+    if (!modelInfo || !key)
         return false;
     unsigned short meter = 0;
-    if (!m_pModelInfo->findMeter(&meter, key))
+    if (!modelInfo->findMeter(&meter, key))
         return false;
     unsigned short base = 0;
     unsigned short channels = 0;
-    if (!m_pModelInfo->getMeterInfo(&base, &channels, meter))
+    if (!modelInfo->getMeterInfo(&base, &channels, meter))
         return false;
     if (channels <= ch)
         return false;
@@ -193,19 +194,23 @@ void EffectEditor::setScale(double scale)
     m_scale = scale;
 }
 
-int EffectEditor::knobOperationType(int dialEditMode)
+KnobController::OperationType EffectEditor::knobOperationType(int dialEditMode)
 {
     switch (dialEditMode) {
-    case 2: return 1;
-    case 1: return 2;
-    default: return 0;
+    case 2: return KnobController::Linear;
+    case 1: return KnobController::RelativeCircular;
+    default: return KnobController::Circular;
     }
 }
 
-int EffectEditor::faderOperationType(int sliderEditMode)
+FaderController::OperationType EffectEditor::faderOperationType(int sliderEditMode)
 {
-    static const int table[] = { 3, 1, 0, 2 };
-    return sliderEditMode >= 0 && sliderEditMode < 4 ? table[sliderEditMode] : 0;
+    switch (sliderEditMode) {
+    case 0: return FaderController::Relative;
+    case 1: return FaderController::Jump;
+    case 3: return FaderController::Ramp;
+    default: return FaderController::Touch;
+    }
 }
 
 void EffectEditor::setDialEditMode(int mode)
@@ -220,28 +225,10 @@ void EffectEditor::setSliderEditMode(int mode)
 
 void EffectEditor::setDialEditMode(QWidget *widget, int mode)
 {
-    applyOperationType(widget, KnobClassName, knobOperationType(mode));
+    applyOperationType<KnobController>(widget, knobOperationType(mode));
 }
 
 void EffectEditor::setSliderEditMode(QWidget *widget, int mode)
 {
-    applyOperationType(widget, FaderClassName, faderOperationType(mode));
-}
-
-double getWidgetScale(const QWidget *widget)
-{
-    const QWidget *current = widget;
-    while (current) {
-        if (const auto *editor = qobject_cast<const EffectEditor *>(current))
-            return editor->scale();
-        if (qobject_cast<const QMenu *>(current)) {
-            const QVariant owner = current->property(EffectEditor::OwnerWidgetProperty);
-            if (auto *ownerWidget = qobject_cast<QWidget *>(owner.value<QObject *>())) {
-                current = ownerWidget;
-                continue;
-            }
-        }
-        current = current->parentWidget();
-    }
-    return 1.0;
+    applyOperationType<FaderController>(widget, faderOperationType(mode));
 }

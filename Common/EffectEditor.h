@@ -3,6 +3,8 @@
 #include <QList>
 #include <QPalette>
 
+#include "Common/Widgets/FaderController.h"
+#include "Common/Widgets/KnobController.h"
 #include "Interfaces/IQXEffectEditor.h"
 
 class EffectStyle;
@@ -28,10 +30,6 @@ public:
         int pixelSize = -1;
     };
 
-    // A pop-up that belongs to a control names that control in this dynamic
-    // property, so that getWidgetScale() walks from the pop-up to its owner.
-    static constexpr const char *OwnerWidgetProperty = "effectEditorOwnerWidget";
-
     explicit EffectEditor(QWidget *parent = nullptr);
     ~EffectEditor() override;
 
@@ -51,8 +49,19 @@ public:
     void initialize();
 
     IModelInfo *modelInfo() const { return m_pModelInfo; }
-    bool getParameter(const char *key, unsigned short *prmId, unsigned short *second = nullptr) const;
-    bool getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const;
+    bool getParameter(const char *key, unsigned short *prmId, unsigned short *second = nullptr) const
+    {
+        return getParameter(m_pModelInfo, key, prmId, second);
+    }
+    bool getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const
+    {
+        return getMeterIndex(m_pModelInfo, key, ch, right, index);
+    }
+    // The same lookups for a widget that has a model but is no editor.
+    static bool getParameter(
+        IModelInfo *modelInfo, const char *key, unsigned short *prmId, unsigned short *second = nullptr);
+    static bool getMeterIndex(
+        IModelInfo *modelInfo, const char *key, unsigned short ch, bool right, unsigned short *index);
     const QList<WidgetInformation> &widgetInformationList() const { return m_widgetInformationList; }
     EffectStyle *effectStyle() const { return m_pStyle; }
 
@@ -64,8 +73,8 @@ public:
     static void setDialEditMode(QWidget *widget, int mode);
     static void setSliderEditMode(QWidget *widget, int mode);
     // The host's edit-mode numbers mapped to the controls' operation types.
-    static int knobOperationType(int dialEditMode);
-    static int faderOperationType(int sliderEditMode);
+    static CommonController_MemAPI::KnobController::OperationType knobOperationType(int dialEditMode);
+    static CommonController_MemAPI::FaderController::OperationType faderOperationType(int sliderEditMode);
 
 private:
     EffectStyle *m_pStyle;
@@ -73,6 +82,3 @@ private:
     IModelInfo *m_pModelInfo = nullptr;
     double m_scale = 1.0;
 };
-
-// The scale of the editor that `widget` belongs to (1.0 outside any editor).
-double getWidgetScale(const QWidget *widget);

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Common/VectorRegisterState.h"
+#include "ORVChStrip/Filter/VectorRegisterState.h"
 #include "ORVChStrip/PixelGridSnap.h"
 #include "ORVChStrip/PolylineSimplify.h"
 

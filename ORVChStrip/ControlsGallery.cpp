@@ -17,6 +17,7 @@
 #include "Common/Widgets/RoundMeterController.h"
 #include "Common/Widgets/SvgLabel.h"
 #include "Common/Widgets/TextEditController.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IModelInfo.h"
 #include "ORVChStrip/ORVChStripPalette.h"
@@ -136,18 +137,10 @@ ControlsGallery::~ControlsGallery()
         m_pMeterNotifier->removeMeterObserver(this);
 }
 
-bool ControlsGallery::parameterId(const char *key, unsigned short *prmId) const
-{
-    unsigned short index = 0;
-    unsigned short channels = 0;
-    return m_pModelInfo && m_pModelInfo->findParameter(&index, key)
-        && m_pModelInfo->getParameterInfo(prmId, &channels, index);
-}
-
 void ControlsGallery::bind(AbstractController *control, const char *key)
 {
     unsigned short prmId = 0;
-    if (m_pMemAPI && parameterId(key, &prmId))
+    if (m_pMemAPI && EffectEditor::getParameter(m_pModelInfo, key, &prmId))
         control->setMemAPIValue(m_pMemAPI, prmId, 0, 0);
 }
 
@@ -156,7 +149,8 @@ QStringList ControlsGallery::valueTexts(const char *key) const
     unsigned short prmId = 0;
     int minimum = 0;
     int maximum = -1;
-    if (!m_pMemAPI || !parameterId(key, &prmId) || m_pMemAPI->getRange(prmId, 0, &minimum, &maximum) < 0)
+    if (!m_pMemAPI || !EffectEditor::getParameter(m_pModelInfo, key, &prmId)
+        || m_pMemAPI->getRange(prmId, 0, &minimum, &maximum) < 0)
         return {};
     QStringList texts;
     for (int value = minimum; value <= maximum && texts.size() < 1024; ++value) {
@@ -172,12 +166,8 @@ QStringList ControlsGallery::valueTexts(const char *key) const
 void ControlsGallery::route(MeterController *meter, const char *key, unsigned short ch, bool right)
 {
     unsigned short index = 0;
-    unsigned short base = 0;
-    unsigned short channels = 0;
-    if (!m_pModelInfo || !m_pModelInfo->findMeter(&index, key)
-        || !m_pModelInfo->getMeterInfo(&base, &channels, index) || channels <= ch)
-        return;
-    m_meterRoutes.append({ meter, static_cast<unsigned short>(base + 2 * ch + (right ? 1 : 0)) });
+    if (EffectEditor::getMeterIndex(m_pModelInfo, key, ch, right, &index))
+        m_meterRoutes.append({ meter, index });
 }
 
 void ControlsGallery::notifyMeterDbUpdated(unsigned int *values, unsigned int count)
@@ -245,8 +235,8 @@ void ControlsGallery::buildButtons()
     auto *bypass = switchButton(this, QRect(44, 84, 22, 22));
     bypass->setObjectName(QStringLiteral("m_pBypassSwitch"));
     bypass->setAccessibleName(tr("Compressor bypass"));
-    bind(bypass, "fx_cmp_byps");
-    caption(tr("Switch"), "fx_cmp_byps", bypass->geometry(), 90);
+    bind(bypass, ChannelStripKeys::CompressorBypass);
+    caption(tr("Switch"), ChannelStripKeys::CompressorBypass, bypass->geometry(), 90);
 
     auto *momentary = new PushButtonController(this);
     momentary->setObjectName(QStringLiteral("m_pMomentaryButton"));
@@ -256,8 +246,8 @@ void ControlsGallery::buildButtons()
     momentary->setShadowSvg(image("btn_shadow.svg"));
     momentary->setPushShadowSvg(image("btn_shadow.svg"));
     momentary->setAccessibleName(tr("Side chain on while held"));
-    bind(momentary, "fx_cmp_sc_onf");
-    caption(tr("Push button"), "fx_cmp_sc_onf", momentary->geometry(), 90);
+    bind(momentary, ChannelStripKeys::SideChainOn);
+    caption(tr("Push button"), ChannelStripKeys::SideChainOn, momentary->geometry(), 90);
 
     auto *checkbox = new PushButtonController(this);
     checkbox->setObjectName(QStringLiteral("m_pLowBandCheckBox"));
@@ -268,8 +258,8 @@ void ControlsGallery::buildButtons()
     checkbox->setOnButtonSvg(image("checkbox_on_up.svg"));
     checkbox->setOnPushButtonSvg(image("checkbox_on_dw.svg"));
     checkbox->setAccessibleName(tr("Low band on"));
-    bind(checkbox, "fx_eq_lsv_onf");
-    caption(tr("Check box"), "fx_eq_lsv_onf", checkbox->geometry(), 90);
+    bind(checkbox, ChannelStripKeys::EqualizerLowOn);
+    caption(tr("Check box"), ChannelStripKeys::EqualizerLowOn, checkbox->geometry(), 90);
 
     auto *ratio = new PullDownButtonController(this);
     ratio->setObjectName(QStringLiteral("m_pRatioPullDown"));
@@ -281,9 +271,9 @@ void ControlsGallery::buildButtons()
     ratio->setTextRightMargin(12);
     ratio->setFont(designFont("M+ 1c medium", 8));
     ratio->setAccessibleName(tr("Compressor ratio"));
-    ratio->setTextList(valueTexts("fx_cmp_rto"));
-    bind(ratio, "fx_cmp_rto");
-    caption(tr("Pull-down button"), "fx_cmp_rto", ratio->geometry(), 120);
+    ratio->setTextList(valueTexts(ChannelStripKeys::CompressorRatio));
+    bind(ratio, ChannelStripKeys::CompressorRatio);
+    caption(tr("Pull-down button"), ChannelStripKeys::CompressorRatio, ratio->geometry(), 120);
 
     // The knee selector: a frame, one lit and one pressed picture per
     // position, and three transparent buttons in a group on top.
@@ -323,8 +313,8 @@ void ControlsGallery::buildButtons()
     }
     connect(m_pKneeButtonGroup, qOverload<int>(&ButtonGroupController::valueChanged), this,
         &ControlsGallery::updateKnee);
-    bind(m_pKneeButtonGroup, "fx_cmp_kne");
-    caption(tr("Button group"), "fx_cmp_kne", knee, 157);
+    bind(m_pKneeButtonGroup, ChannelStripKeys::CompressorKnee);
+    caption(tr("Button group"), ChannelStripKeys::CompressorKnee, knee, 157);
 }
 
 void ControlsGallery::updateKnee()
@@ -356,11 +346,11 @@ void ControlsGallery::buildKnobs()
         const char *postfix;
     };
     const Cell cells[] = {
-        { "knob_comp.svg", "fx_cmp_atck", "Compressor knob", nullptr },
-        { "knob_sidechain.svg", "fx_cmp_scfrq", "Side-chain knob", " Hz" },
-        { "knob_eq_low.svg", "fx_eq_lsvfreq", "Low band knob", " Hz" },
-        { "knob_eq_mid.svg", "fx_eq_midfrq", "Middle band knob", " Hz" },
-        { "knob_eq_high.svg", "fx_eq_hsvfrq", "High band knob", " Hz" },
+        { "knob_comp.svg", ChannelStripKeys::CompressorAttack, "Compressor knob", nullptr },
+        { "knob_sidechain.svg", ChannelStripKeys::SideChainFrequency, "Side-chain knob", " Hz" },
+        { "knob_eq_low.svg", ChannelStripKeys::EqualizerLowFrequency, "Low band knob", " Hz" },
+        { "knob_eq_mid.svg", ChannelStripKeys::EqualizerMiddleFrequency, "Middle band knob", " Hz" },
+        { "knob_eq_high.svg", ChannelStripKeys::EqualizerHighFrequency, "High band knob", " Hz" },
     };
     int x = 30;
     for (const Cell &cell : cells) {
@@ -386,8 +376,8 @@ void ControlsGallery::buildKnobs()
     drive->setInside(20.0);
     drive->setOutside(32.0);
     drive->setAccessibleName(tr("Compressor drive"));
-    bind(drive, "fx_cmp_drv");
-    caption(tr("Drive knob"), "fx_cmp_drv", drive->geometry(), 110);
+    bind(drive, ChannelStripKeys::CompressorDrive);
+    caption(tr("Drive knob"), ChannelStripKeys::CompressorDrive, drive->geometry(), 110);
 
     KnobController *morph = knob(this, QRect(636, 166, 128, 128), "knob_morphing.svg", "back_morphing.svg");
     morph->setObjectName(QStringLiteral("m_pMorphKnob"));
@@ -395,19 +385,19 @@ void ControlsGallery::buildKnobs()
     morph->setOutside(40.0);
     morph->setThick(3.0);
     morph->setAccessibleName(tr("Morph position"));
-    bind(morph, "fx_mrp_vl");
-    caption(tr("Morph knob"), "fx_mrp_vl", QRect(636, 166, 128, 122), 110);
+    bind(morph, ChannelStripKeys::MorphValue);
+    caption(tr("Morph knob"), ChannelStripKeys::MorphValue, QRect(636, 166, 128, 122), 110);
 
     KnobController *output = knob(this, QRect(800, 200, 56, 56), "knob_output.svg", "back_output.svg");
     output->setObjectName(QStringLiteral("m_pOutputKnob"));
     output->setInside(6.0);
     output->setOutside(23.0);
     output->setAccessibleName(tr("Output level"));
-    bind(output, "fx_eq_peqgain");
+    bind(output, ChannelStripKeys::OutputLevel);
     TextEditController *outputText = textField(this, QRect(798, 258, 60, 14));
     outputText->setObjectName(QStringLiteral("m_pOutputText"));
-    bind(outputText, "fx_eq_peqgain");
-    caption(tr("Output knob"), "fx_eq_peqgain", outputText->geometry(), 110);
+    bind(outputText, ChannelStripKeys::OutputLevel);
+    caption(tr("Output knob"), ChannelStripKeys::OutputLevel, outputText->geometry(), 110);
 }
 
 void ControlsGallery::buildFaderAndTextFields()
@@ -421,8 +411,8 @@ void ControlsGallery::buildFaderAndTextFields()
     fader->setBackgroundSvg(image("fader_back.svg"));
     fader->setEnableDoubleClick(true);
     fader->setAccessibleName(tr("Output level"));
-    bind(fader, "fx_eq_peqgain");
-    caption(tr("Fader"), "fx_eq_peqgain", fader->geometry(), 90);
+    bind(fader, ChannelStripKeys::OutputLevel);
+    caption(tr("Fader"), ChannelStripKeys::OutputLevel, fader->geometry(), 90);
 
     struct Field
     {
@@ -431,10 +421,10 @@ void ControlsGallery::buildFaderAndTextFields()
         const char *postfix;
     };
     const Field fields[] = {
-        { "fx_eq_midfrq", "Frequency", " Hz" },
-        { "fx_cmp_rto", "Ratio", nullptr },
-        { "fx_cmp_kne", "Knee", nullptr },
-        { "fx_cmp_trsofst", "Threshold offset", nullptr },
+        { ChannelStripKeys::EqualizerMiddleFrequency, "Frequency", " Hz" },
+        { ChannelStripKeys::CompressorRatio, "Ratio", nullptr },
+        { ChannelStripKeys::CompressorKnee, "Knee", nullptr },
+        { ChannelStripKeys::CompressorThresholdOffset, "Threshold offset", nullptr },
     };
     int y = 372;
     for (const Field &field : fields) {
@@ -469,8 +459,8 @@ void ControlsGallery::buildMeters()
     pairSlot->setSvg(image("back_meter.svg"));
     RoundMeterController *inputLeft = slotMeter(pairSlot, 0, tr("Input level, left"));
     RoundMeterController *inputRight = slotMeter(pairSlot, 8, tr("Input level, right"));
-    route(inputLeft, "meter_orvcs_in", 0, false);
-    route(inputRight, "meter_orvcs_in", 0, true);
+    route(inputLeft, ChannelStripKeys::InputMeter, 0, false);
+    route(inputRight, ChannelStripKeys::InputMeter, 0, true);
 
     auto *scale = new QWidget(this);
     scale->setGeometry(404, 362, 24, 326);
@@ -485,14 +475,14 @@ void ControlsGallery::buildMeters()
             + inputLeft->scaledMeterRect().height() * (1.0 - inputLeft->convertNormalized(mark.value));
         scaleLabel(scale, QString::fromLatin1(mark.text), int(y + 0.5) - 7);
     }
-    caption(tr("Round meters"), "meter_orvcs_in", QRect(384, 362, 44, 326), 110);
+    caption(tr("Round meters"), ChannelStripKeys::InputMeter, QRect(384, 362, 44, 326), 110);
 
     auto *monoSlot = new SvgLabel(this);
     monoSlot->setGeometry(480, 362, 12, 326);
     monoSlot->setSvg(image("back_meter_mono.svg"));
     RoundMeterController *output = slotMeter(monoSlot, 0, tr("Output level"));
-    route(output, "meter_eq", 0, false);
-    caption(tr("Mono round"), "meter_eq", monoSlot->geometry(), 80);
+    route(output, ChannelStripKeys::OutputMeter, 0, false);
+    caption(tr("Mono round"), ChannelStripKeys::OutputMeter, monoSlot->geometry(), 80);
 
     auto *sideChain = new RoundMeterController(this);
     sideChain->setObjectName(QStringLiteral("m_pSideChainMeter"));
@@ -501,14 +491,14 @@ void ControlsGallery::buildMeters()
     sideChain->setMeterOverBackgroundWidth(6);
     sideChain->setMeterOverBackgroundHeight(6);
     sideChain->setAccessibleName(tr("Side-chain level"));
-    route(sideChain, "meter_sc_out", 0, false);
-    caption(tr("Side-chain"), "meter_sc_out", sideChain->geometry(), 80);
+    route(sideChain, ChannelStripKeys::SideChainMeter, 0, false);
+    caption(tr("Side-chain"), ChannelStripKeys::SideChainMeter, sideChain->geometry(), 80);
 
     auto *reduction = new RoundGainReductionMeterController(this);
     reduction->setObjectName(QStringLiteral("m_pGainReductionMeter"));
     reduction->setGeometry(640, 380, 6, 181);
     reduction->setMeterWidth(4);
-    route(reduction, "meter_comp", 0, false);
+    route(reduction, ChannelStripKeys::GainReductionMeter, 0, false);
     auto *reductionScale = new QWidget(this);
     reductionScale->setGeometry(650, 380, 24, 181);
     const struct
@@ -523,20 +513,20 @@ void ControlsGallery::buildMeters()
         QLabel *label = scaleLabel(reductionScale, QString::fromLatin1(mark.text), int(y + 0.5) - 7);
         label->move(0, std::clamp(label->y(), 0, 181 - 14));
     }
-    caption(tr("Gain reduction"), "meter_comp", QRect(640, 380, 34, 181), 90);
+    caption(tr("Gain reduction"), ChannelStripKeys::GainReductionMeter, QRect(640, 380, 34, 181), 90);
 
     auto *bar = new MeterController(this);
     bar->setObjectName(QStringLiteral("m_pBarMeter"));
     bar->setGeometry(740, 380, 8, 181);
     bar->setAccessibleName(tr("Output level, left"));
-    route(bar, "meter_eq", 0, false);
+    route(bar, ChannelStripKeys::OutputMeter, 0, false);
     caption(tr("Bar meter"), "meter_eq L", bar->geometry(), 80);
 
     auto *peak = new PeakMeterController(this);
     peak->setObjectName(QStringLiteral("m_pPeakMeter"));
     peak->setGeometry(820, 380, 8, 181);
     peak->setAccessibleName(tr("Output level, right"));
-    route(peak, "meter_eq", 0, true);
+    route(peak, ChannelStripKeys::OutputMeter, 0, true);
     caption(tr("Peak meter"), "meter_eq R", peak->geometry(), 80);
 
     auto *minus225 = new MeterController(this);
@@ -544,6 +534,6 @@ void ControlsGallery::buildMeters()
     minus225->setGeometry(900, 380, 8, 181);
     minus225->setMeterType(MeterController::Minus225);
     minus225->setAccessibleName(tr("Side-chain level from -22.5 dB"));
-    route(minus225, "meter_sc_out", 0, true);
+    route(minus225, ChannelStripKeys::SideChainMeter, 0, true);
     caption(tr("-22.5 dB bar"), "meter_sc_out R", minus225->geometry(), 96);
 }

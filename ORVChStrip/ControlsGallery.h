@@ -50,7 +50,6 @@ private:
     void buildMeters();
     void updateKnee();
 
-    bool parameterId(const char *key, unsigned short *prmId) const;
     // Binds to the key on channel 0; an unknown key leaves the control unbound.
     void bind(CommonController_MemAPI::AbstractController *control, const char *key);
     // The host's text for every value of a parameter.

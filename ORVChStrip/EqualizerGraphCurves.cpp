@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Common/VectorRegisterState.h"
+#include "ORVChStrip/Filter/VectorRegisterState.h"
 #include "ORVChStrip/PolylineSimplify.h"
 
 void EqualizerGraphCurves::clear()

@@ -3,6 +3,13 @@
 #include "Interfaces/IModelInfo.h"
 #include "ORVChStrip/ControlsGallery.h"
 #include "ORVChStrip/ORVChStripEditor.h"
+#include "ORVChStrip/resources/OrvResources.h"
+
+ORVChStrip::ORVChStrip(QObject *parent)
+    : QObject(parent)
+{
+    initializeOrvChStripResources();
+}
 
 IQXEffectEditor *ORVChStrip::create(QWidget *parent, unsigned short fxId, IModelInfo *modelInfo)
 {

@@ -18,6 +18,9 @@ public:
     // The channel-strip effect type in the host's numbering.
     static constexpr int ChannelStripFxType = 1;
 
+    // Registers the artwork that the editor and the gallery draw with.
+    explicit ORVChStrip(QObject *parent = nullptr);
+
     IQXEffectEditor *create(QWidget *parent, unsigned short fxId, IModelInfo *modelInfo) override;
     int fxType() override { return ChannelStripFxType; }
     QWidget *createControlsGallery(QWidget *parent, IModelInfo *modelInfo, IMemAPI *memAPI) override;

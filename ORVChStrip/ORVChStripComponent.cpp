@@ -3,6 +3,7 @@
 #include <QtEndian>
 #include <cstring>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IBStream.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IORVDMorphHandler.h"
@@ -94,7 +95,7 @@ void ORVChStripComponent::gather(Snapshot &snapshot) const
 void ORVChStripComponent::gatherMorphSet(Snapshot &snapshot) const
 {
     unsigned short id = 0;
-    if (findParameter(MorphSystemNameKey, &id)) {
+    if (findParameter(ChannelStripKeys::MorphSystemName, &id)) {
         for (int i = 0; i < NameLength; ++i) {
             int c = 0;
             snapshot.name[i] = memAPI()->getValue(id, channel(), &c, i) < 0 ? 0 : static_cast<char>(c);
@@ -214,7 +215,7 @@ int32_t ORVChStripComponent::sendMorphData(const char *systemName, const short (
     IORVDMorphHandler::OMD_PRMINFO batch[MaxMorphRecords];
     int n = 0;
     unsigned short id = 0;
-    if (findParameter(MorphSystemNameKey, &id)) {
+    if (findParameter(ChannelStripKeys::MorphSystemName, &id)) {
         for (int i = 0; i < NameLength; ++i)
             batch[n++] = { id, static_cast<uint16_t>(i), static_cast<signed char>(systemName[i]), channel() };
     }
@@ -241,7 +242,7 @@ void ORVChStripComponent::writeParameters(const float *values) const
     for (const bool morphPass : { true, false }) {
         for (int i = 0; i < ParameterListExCount; ++i) {
             const char *key = ParameterListEx[i];
-            if (!key || (std::strcmp(key, MorphValueKey) == 0) != morphPass)
+            if (!key || (std::strcmp(key, ChannelStripKeys::MorphValue) == 0) != morphPass)
                 continue;
             unsigned short id = 0;
             int min = 0;

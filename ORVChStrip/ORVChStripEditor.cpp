@@ -11,6 +11,7 @@
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ReversibleProgress.h"
@@ -74,9 +75,6 @@ int scaled(int length, double scale)
 }
 
 } // namespace
-
-const FUID ORVChStripEditor::FirstUid(0x504C5863, 0x73744D75, 0x72206368, 0x20737472);
-const FUID ORVChStripEditor::SecondUid(0x504C5863, 0x73745375, 0x72206368, 0x20737472);
 
 ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     : EffectEditor(parent)
@@ -268,10 +266,15 @@ void ORVChStripEditor::updateEditTarget()
     m_pUi->m_pEqualizerGraph->setEditTarget(ORVChStripEqualizerGraph::EditTarget(m_editTarget.band()));
 }
 
+FUID ORVChStripEditor::uid() const
+{
+    return ORVChStripClassIds::Stereo;
+}
+
 void ORVChStripEditor::loadUids(std::vector<FUID> &uids) const
 {
-    uids.push_back(FirstUid);
-    uids.push_back(SecondUid);
+    uids.push_back(ORVChStripClassIds::Mono);
+    uids.push_back(ORVChStripClassIds::Stereo);
 }
 
 IComponent *ORVChStripEditor::getPlxComponent() const

@@ -41,14 +41,10 @@ public:
     static constexpr int DesignWidth = 1015;
     static constexpr int DesignHeight = 572;
 
-    // The two class ids under which the host files the editor's state.
-    static const FUID FirstUid;
-    static const FUID SecondUid;
-
     explicit ORVChStripEditor(QWidget *parent = nullptr);
     ~ORVChStripEditor() override;
 
-    FUID uid() const override { return SecondUid; }
+    FUID uid() const override;
     void loadUids(std::vector<FUID> &uids) const override;
     // The editor's state component; it follows the editor's model, memory and channel.
     IComponent *getPlxComponent() const override;

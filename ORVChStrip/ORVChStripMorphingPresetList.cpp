@@ -12,7 +12,7 @@
 #include "ORVChStrip/ORVD/ORVD_Data.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ORVD/ORVD_Select.h"
-#include "ORVChStrip/ORVD/OrvdMorphBatch.h"
+#include "ORVChStrip/OrvdMorphBatch.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ORVChStrip/resources/OrvResources.h"
 #include "ui_ORVChStripMorphingPresetList.h"

@@ -3,10 +3,11 @@
 // The channel strip's parameter keys, as the host's model names them.
 namespace ORVChStripParameters {
 
-// The generic state block. Entry 22 is an empty slot (a null key) that still
-// takes its 4 bytes in the state stream.
+// The generic state block: the first ParameterListCount keys of
+// ParameterListEx. Entry 22 is an empty slot (a null key) that still takes
+// its 4 bytes in the state stream.
 inline constexpr int ParameterListCount = 22;
-extern const char *const ParameterList[ParameterListCount];
+extern const char *const *const ParameterList;
 
 // ParameterList followed by the four band switches.
 inline constexpr int ParameterListExCount = 26;
@@ -21,9 +22,6 @@ extern const char *const OrvaneDataParameterList[OrvaneDataParameterCount];
 inline constexpr int MorphingParameterCount = 15;
 extern const char *const MorphingParameterList[MorphingParameterCount];
 
-inline constexpr char MorphSystemNameKey[] = "fx_mrp_systmname";
-inline constexpr char MorphSystemIdKey[] = "fx_mrp_systmid";
-inline constexpr char MorphValueKey[] = "fx_mrp_vl";
 inline constexpr int MorphSystemNameLength = 256;
 // The nine morph points of channel ch live on channels ch * 9 to ch * 9 + 8.
 inline constexpr int MorphPointCount = 9;

@@ -6,8 +6,9 @@
 #include <QThread>
 #include <algorithm>
 
-#include "ORVChStrip/MyPlxPresetFile.h"
-#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/MyPlxPresetFile.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/resources/OrvResources.h"
 #include "ui_ORVChStripPresetConverter.h"
 
@@ -17,8 +18,8 @@ namespace {
 
 bool isOldPreset(const QString &path)
 {
-    return MyPlxPresetFile::checkID(path, Conversion::MonoPresetID) == 1
-        || MyPlxPresetFile::checkID(path, Conversion::StereoPresetID) == 1;
+    return MyPlxPresetFile::checkID(path, ORVChStripClassIds::Mono) == 1
+        || MyPlxPresetFile::checkID(path, ORVChStripClassIds::Stereo) == 1;
 }
 
 // An old preset waits for conversion while its converted copy is missing or

@@ -10,7 +10,7 @@ void printParameterListing(const HostModel &model, QTextStream &out)
 {
     out << qSetFieldWidth(20) << Qt::left << "key" << qSetFieldWidth(14) << "range"
         << "default" << qSetFieldWidth(8) << "unit" << qSetFieldWidth(0) << "values\n";
-    for (const ParameterSpec &parameter : model.parameters()) {
+    for (const ParameterDefinition &parameter : model.parameters()) {
         const QString range = QStringLiteral("%1..%2").arg(parameter.minimum).arg(parameter.maximum);
         QString values;
         if (parameter.isText()) {
@@ -33,7 +33,7 @@ void printParameterListing(const HostModel &model, QTextStream &out)
             << defaultText << qSetFieldWidth(8) << parameter.unit << qSetFieldWidth(0) << values << '\n';
     }
     out << "\nmeter               array base  channels  meaning\n";
-    for (const MeterSpec &meter : model.meters()) {
+    for (const MeterDefinition &meter : model.meters()) {
         out << qSetFieldWidth(20) << QString::fromLatin1(meter.key) << qSetFieldWidth(12)
             << model.meterBase(meter.key.constData()) << qSetFieldWidth(10) << meter.channels
             << qSetFieldWidth(0) << meter.description << '\n';

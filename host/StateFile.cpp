@@ -5,9 +5,9 @@
 
 #include "ChannelStripModel.h"
 #include "Interfaces/AtomicFileWriter.h"
-#include "Interfaces/FileBStream.h"
+#include "ORVChStrip/Chunk/FileBStream.h"
 #include "Interfaces/IComponent.h"
-#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ParameterMemory.h"
 #include "StateFileLayout.h"
 
@@ -32,7 +32,7 @@ void restoreSnapshot(ParameterMemory &memory, const QMap<QString, QString> &befo
         const int at = int(name.lastIndexOf(QLatin1Char('@')));
         const QByteArray key = name.left(at).toLatin1();
         const int ch = name.mid(at + 1).toInt();
-        const ParameterSpec *parameter
+        const ParameterDefinition *parameter
             = memory.model()->parameter(memory.model()->parameterId(key.constData()));
         if (parameter && parameter->isText())
             memory.setText(key.constData(), QByteArray::fromHex(value.toLatin1()), ch);

@@ -9,7 +9,7 @@
 
 using namespace ChannelStripTables;
 
-double ValueRangeCheck::physical(const ParameterSpec &parameter, int value)
+double ValueRangeCheck::physical(const ParameterDefinition &parameter, int value)
 {
     switch (parameter.kind) {
     case ValueKind::Frequency: return FreqTable[std::clamp(value, 0, FreqCount - 1)];
@@ -24,7 +24,7 @@ double ValueRangeCheck::physical(const ParameterSpec &parameter, int value)
     return value;
 }
 
-bool ValueRangeCheck::contains(const ParameterSpec &parameter, const QString &input)
+bool ValueRangeCheck::contains(const ParameterDefinition &parameter, const QString &input)
 {
     switch (parameter.kind) {
     case ValueKind::Knee:
@@ -53,7 +53,7 @@ bool ValueRangeCheck::contains(const ParameterSpec &parameter, const QString &in
         && x <= highest + (highest - physical(parameter, high - 1)) / 2;
 }
 
-QString ValueRangeCheck::describe(const ParameterSpec &parameter)
+QString ValueRangeCheck::describe(const ParameterDefinition &parameter)
 {
     const auto text = [&](int value) {
         const QString shown = ValueText::format(parameter, value);

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include "ParameterSpec.h"
+#include "ParameterDefinition.h"
 
 // Whether a value text from the command line lies inside a parameter's
 // range. The simulated memory takes the nearest valid value for any number,
@@ -13,10 +13,10 @@ class ValueRangeCheck
 public:
     // False only for a number outside the range by more than half a step;
     // texts that do not parse are left to the value-text parser.
-    static bool contains(const ParameterSpec &parameter, const QString &text);
+    static bool contains(const ParameterDefinition &parameter, const QString &text);
     // "1 ms to 200 ms", "SOFT, MEDIUM or HARD".
-    static QString describe(const ParameterSpec &parameter);
+    static QString describe(const ParameterDefinition &parameter);
 
 private:
-    static double physical(const ParameterSpec &parameter, int value);
+    static double physical(const ParameterDefinition &parameter, int value);
 };

@@ -175,7 +175,7 @@ void choosePlatform()
 bool applySetting(PluginHost &host, const QString &key, const QString &text, int channel, QTextStream &err)
 {
     const QByteArray latinKey = key.toLatin1();
-    const ParameterSpec *parameter = host.model().parameter(host.model().parameterId(latinKey.constData()));
+    const ParameterDefinition *parameter = host.model().parameter(host.model().parameterId(latinKey.constData()));
     QString problem;
     if (!parameter)
         problem = QStringLiteral("no such parameter");

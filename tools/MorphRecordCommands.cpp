@@ -24,14 +24,14 @@ namespace {
 constexpr qint64 ReadLimit = OrvdMorphRecord::Size + 1;
 
 // The simulated host's description of every morph column, in record order.
-QList<ParameterSpec> morphColumns()
+QList<ParameterDefinition> morphColumns()
 {
-    const QList<ParameterSpec> parameters = ChannelStripModel::parameters();
-    QList<ParameterSpec> columns;
+    const QList<ParameterDefinition> parameters = ChannelStripModel::parameters();
+    QList<ParameterDefinition> columns;
     for (const char *key : OrvaneDataParameterList) {
         const auto found = std::find_if(parameters.begin(), parameters.end(),
-            [key](const ParameterSpec &parameter) { return parameter.key == key; });
-        ParameterSpec column;
+            [key](const ParameterDefinition &parameter) { return parameter.key == key; });
+        ParameterDefinition column;
         if (found != parameters.end())
             column = *found;
         column.key = key;
@@ -40,7 +40,7 @@ QList<ParameterSpec> morphColumns()
     return columns;
 }
 
-QString valueText(const ParameterSpec &column, int value)
+QString valueText(const ParameterDefinition &column, int value)
 {
     if (value < column.minimum || value > column.maximum)
         return QStringLiteral("?%1").arg(value);
@@ -53,7 +53,7 @@ QString valueText(const ParameterSpec &column, int value)
 
 void showText(ToolContext &context, const QString &file, const OrvdMorphRecord &record)
 {
-    const QList<ParameterSpec> columns = morphColumns();
+    const QList<ParameterDefinition> columns = morphColumns();
     context.out << "File:   " << QDir::toNativeSeparators(file) << '\n'
                 << "Name:   " << record.name << '\n'
                 << "Id:     " << QString::fromLatin1(record.systemId) << '\n'
@@ -74,9 +74,9 @@ void showText(ToolContext &context, const QString &file, const OrvdMorphRecord &
 
 void showJson(ToolContext &context, const QString &file, const OrvdMorphRecord &record)
 {
-    const QList<ParameterSpec> columns = morphColumns();
+    const QList<ParameterDefinition> columns = morphColumns();
     QJsonArray keys;
-    for (const ParameterSpec &column : columns)
+    for (const ParameterDefinition &column : columns)
         keys.append(QString::fromLatin1(column.key));
     QJsonArray values;
     QJsonArray texts;
@@ -175,7 +175,7 @@ std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString
         return std::nullopt;
     }
 
-    const QList<ParameterSpec> columns = morphColumns();
+    const QList<ParameterDefinition> columns = morphColumns();
     const QJsonArray points = table.value(QLatin1String("points")).toArray();
     if (points.size() != OrvdMorphRecord::PointCount) {
         *problem = QStringLiteral("\"points\" holds %1 points, a morph set has %2")
@@ -193,7 +193,7 @@ std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString
             return std::nullopt;
         }
         for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
-            const ParameterSpec &spec = columns.at(column);
+            const ParameterDefinition &spec = columns.at(column);
             const QString where
                 = QStringLiteral("point %1, column %2").arg(point + 1).arg(QString::fromLatin1(spec.key));
             const QJsonValue value = values.at(column);

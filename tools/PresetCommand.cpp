@@ -6,8 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "ORVChStrip/ORVChStripPresetConversion.h"
-#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 #include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
 

@@ -8,7 +8,7 @@
 
 #include "Common/EffectComponent.h"
 #include "HostModel.h"
-#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/AnalyzerError.h"
 #include "ORVChStrip/Chunk/ChStripFileException.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
@@ -124,7 +124,7 @@ QString StateInspector::integerText(const char *key, int value) const
 {
     if (!m_model || !key)
         return QString();
-    const ParameterSpec *parameter = m_model->parameter(m_model->parameterId(key));
+    const ParameterDefinition *parameter = m_model->parameter(m_model->parameterId(key));
     if (!parameter || parameter->isText())
         return QString();
     const QString text
@@ -141,7 +141,7 @@ QString StateInspector::valueText(const char *key, float value) const
 {
     if (!m_model || !key)
         return QString();
-    const ParameterSpec *parameter = m_model->parameter(m_model->parameterId(key));
+    const ParameterDefinition *parameter = m_model->parameter(m_model->parameterId(key));
     if (!parameter)
         return QString();
     return integerText(key, EffectComponent::denormalized(value, parameter->minimum, parameter->maximum));

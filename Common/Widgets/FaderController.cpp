@@ -20,19 +20,14 @@ constexpr int RampStep = 5;
 } // namespace
 
 FaderController::FaderController(QWidget *parent)
-    : QWidget(parent)
-    , m_artwork(this)
-    , m_accessibleName(this)
+    : KnobArtworkController(parent)
 {
-    setFocusPolicy(Qt::ClickFocus);
     m_rampTimer.setParent(this); // findable by name, e.g. by tests
     m_rampTimer.setSingleShot(true);
     m_rampTimer.setObjectName(QStringLiteral("rampTimer"));
     connect(&m_rampTimer, &QTimer::timeout, this, qOverload<>(&FaderController::ramp));
     m_doubleClickTimer.setSingleShot(true);
     connect(&m_doubleClickTimer, &QTimer::timeout, this, &FaderController::doubleClickTimeout);
-    connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
-    updateAccessibleText();
 }
 
 FaderController::~FaderController() = default;
@@ -42,40 +37,6 @@ void FaderController::setOrientation(Qt::Orientation orientation)
     if (orientation == m_orientation)
         return;
     m_orientation = orientation;
-    updateGeometry();
-    update();
-}
-
-void FaderController::setShadowBlur(double radius)
-{
-    if (m_artwork.setShadowBlur(radius))
-        update();
-}
-
-void FaderController::setKnobDisableOpacity(double opacity)
-{
-    if (m_artwork.setDisableOpacity(opacity))
-        update();
-}
-
-void FaderController::setKnobSvg(const QString &path)
-{
-    if (!m_artwork.setKnobSvg(path))
-        return;
-    update();
-}
-
-void FaderController::setShadowSvg(const QString &path)
-{
-    if (!m_artwork.setShadowSvg(path))
-        return;
-    update();
-}
-
-void FaderController::setBackgroundSvg(const QString &path)
-{
-    if (!m_artwork.setBackgroundSvg(path))
-        return;
     updateGeometry();
     update();
 }
@@ -98,43 +59,12 @@ void FaderController::setOperationType(OperationType type)
     m_operationType = type;
 }
 
-void FaderController::setScale(double scale)
-{
-    if (storeScale(scale)) {
-        updateGeometry();
-        update();
-    }
-}
-
 QSize FaderController::sizeHint() const
 {
     QSize size = m_artwork.background().defaultSize();
     if (size.isEmpty())
         size = m_orientation == Qt::Vertical ? QSize(28, 160) : QSize(160, 28);
     return (QSizeF(size) * scale()).toSize();
-}
-
-void FaderController::valueChangedRequest()
-{
-    valueChanged();
-    emit valueChanged(value());
-}
-
-void FaderController::valueChanged()
-{
-    updateAccessibleText();
-    update();
-}
-
-void FaderController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
-{
-    emit modifiersChange(this, modifiers);
-}
-
-void FaderController::updateAccessibleText()
-{
-    const QString text = string();
-    setAccessibleDescription(text.isEmpty() ? QString::number(value()) : text);
 }
 
 QSizeF FaderController::thumbSize() const
@@ -191,11 +121,7 @@ void FaderController::startDrag(const QPoint &position, Qt::KeyboardModifiers mo
 void FaderController::endDrag()
 {
     m_rampTimer.stop();
-    if (!m_dragging)
-        return;
-    m_dragging = false;
-    endEdit();
-    emit drag(false);
+    ValueController::endDrag();
 }
 
 void FaderController::mousePressEvent(QMouseEvent *event)
@@ -270,16 +196,6 @@ void FaderController::mouseMoveEvent(QMouseEvent *event)
             emit modifiersChange(this, modifiers);
     }
     m_lastPosition = position;
-}
-
-void FaderController::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton || !m_dragging) {
-        QWidget::mouseReleaseEvent(event);
-        return;
-    }
-    event->accept();
-    endDrag();
 }
 
 void FaderController::mouseDoubleClickEvent(QMouseEvent *event)
@@ -379,12 +295,6 @@ void FaderController::changeEvent(QEvent *event)
             endDrag();
         update();
     }
-}
-
-void FaderController::hideEvent(QHideEvent *event)
-{
-    endDrag();
-    QWidget::hideEvent(event);
 }
 
 void FaderController::paintEvent(QPaintEvent *)

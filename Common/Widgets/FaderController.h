@@ -4,9 +4,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "Common/Widgets/AbstractController.h"
-#include "Common/Widgets/AccessibleNameFallback.h"
-#include "Common/Widgets/KnobArtwork.h"
+#include "Common/Widgets/KnobArtworkController.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
@@ -15,15 +13,10 @@ namespace CommonController_MemAPI {
 // the value. How a press off the thumb behaves is the operation type: Touch
 // ignores it, Jump moves the thumb there, Ramp walks the thumb towards the
 // pointer in steps, Relative drags from wherever it was pressed.
-class FaderController : public QWidget, public AbstractController
+class FaderController : public KnobArtworkController
 {
     Q_OBJECT
     Q_PROPERTY(Qt::Orientation orientation READ orientation WRITE setOrientation)
-    Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)
-    Q_PROPERTY(double knobDisableOpacity READ knobDisableOpacity WRITE setKnobDisableOpacity)
-    Q_PROPERTY(QString knobSvg READ knobSvg WRITE setKnobSvg)
-    Q_PROPERTY(QString shadowSvg READ shadowSvg WRITE setShadowSvg)
-    Q_PROPERTY(QString backgroundSvg READ backgroundSvg WRITE setBackgroundSvg)
     Q_PROPERTY(bool enableDoubleClick READ enableDoubleClick WRITE setEnableDoubleClick)
     Q_PROPERTY(bool reverse READ reverse WRITE setReverse)
     Q_PROPERTY(OperationType operationType READ operationType WRITE setOperationType)
@@ -40,16 +33,6 @@ public:
 
     Qt::Orientation orientation() const { return m_orientation; }
     void setOrientation(Qt::Orientation orientation);
-    double shadowBlur() const { return m_artwork.shadowBlur(); }
-    void setShadowBlur(double radius);
-    double knobDisableOpacity() const { return m_artwork.disableOpacity(); }
-    void setKnobDisableOpacity(double opacity);
-    QString knobSvg() const { return m_artwork.knob().path(); }
-    void setKnobSvg(const QString &path);
-    QString shadowSvg() const { return m_artwork.shadow().path(); }
-    void setShadowSvg(const QString &path);
-    QString backgroundSvg() const { return m_artwork.background().path(); }
-    void setBackgroundSvg(const QString &path);
     bool enableDoubleClick() const { return m_enableDoubleClick; }
     void setEnableDoubleClick(bool enable);
     bool reverse() const { return m_reverse; }
@@ -57,20 +40,10 @@ public:
     OperationType operationType() const { return m_operationType; }
     void setOperationType(OperationType type);
 
-    bool isDragging() const { return m_dragging; }
     // The thumb's rectangle at the current value, in widget coordinates.
     QRectF thumbRect() const;
 
-    void setScale(double scale) override;
     QSize sizeHint() const override;
-
-signals:
-    void valueChanged(int value);
-    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
-    void drag(bool dragging);
-
-public slots:
-    void valueChangedRequest() override;
 
 private slots:
     void doubleClickTimeout();
@@ -78,18 +51,13 @@ private slots:
     void ramp();
 
 protected:
-    void valueChanged() override;
-    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
-
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
 
 private:
     QSizeF thumbSize() const;
@@ -98,16 +66,13 @@ private:
     double trackPosition(const QPoint &position) const;
     void startDrag(const QPoint &position, Qt::KeyboardModifiers modifiers);
     void anchorAt(const QPoint &position);
-    void endDrag();
-    void updateAccessibleText();
+    void endDrag() override;
 
     Qt::Orientation m_orientation = Qt::Vertical;
-    KnobArtwork m_artwork;
     bool m_enableDoubleClick = false;
     bool m_reverse = false;
     OperationType m_operationType = Touch;
 
-    bool m_dragging = false;
     bool m_fine = false;
     float m_anchorNormalized = 0.0f;
     QPoint m_anchorPosition;
@@ -116,7 +81,6 @@ private:
     bool m_justJumped = false;
     QTimer m_rampTimer;
     QTimer m_doubleClickTimer;
-    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

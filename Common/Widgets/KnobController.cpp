@@ -27,14 +27,8 @@ bool isExactlyShift(Qt::KeyboardModifiers modifiers)
 } // namespace
 
 KnobController::KnobController(QWidget *parent)
-    : QWidget(parent)
-    , m_artwork(this)
-    , m_accessibleName(this)
-{
-    setFocusPolicy(Qt::ClickFocus);
-    connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
-    updateAccessibleText();
-}
+    : KnobArtworkController(parent)
+{ }
 
 KnobController::~KnobController() = default;
 
@@ -80,41 +74,6 @@ void KnobController::setThick(double width)
     update();
 }
 
-void KnobController::setShadowBlur(double radius)
-{
-    if (m_artwork.setShadowBlur(radius))
-        update();
-}
-
-void KnobController::setKnobDisableOpacity(double opacity)
-{
-    if (m_artwork.setDisableOpacity(opacity))
-        update();
-}
-
-void KnobController::setKnobSvg(const QString &path)
-{
-    if (!m_artwork.setKnobSvg(path))
-        return;
-    updateGeometry();
-    update();
-}
-
-void KnobController::setShadowSvg(const QString &path)
-{
-    if (!m_artwork.setShadowSvg(path))
-        return;
-    update();
-}
-
-void KnobController::setBackgroundSvg(const QString &path)
-{
-    if (!m_artwork.setBackgroundSvg(path))
-        return;
-    updateGeometry();
-    update();
-}
-
 void KnobController::setKnobType(KnobType type)
 {
     if (type == m_knobType)
@@ -133,43 +92,12 @@ void KnobController::setValueChangeStep(int step)
     m_valueChangeStep = step;
 }
 
-void KnobController::setScale(double scale)
-{
-    if (storeScale(scale)) {
-        updateGeometry();
-        update();
-    }
-}
-
 QSize KnobController::sizeHint() const
 {
     QSize size = m_artwork.background().defaultSize().expandedTo(m_artwork.knob().defaultSize());
     if (size.isEmpty())
         size = QSize(36, 36);
     return (QSizeF(size) * scale()).toSize();
-}
-
-void KnobController::valueChangedRequest()
-{
-    valueChanged();
-    emit valueChanged(value());
-}
-
-void KnobController::valueChanged()
-{
-    updateAccessibleText();
-    update();
-}
-
-void KnobController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
-{
-    emit modifiersChange(this, modifiers);
-}
-
-void KnobController::updateAccessibleText()
-{
-    const QString text = string();
-    setAccessibleDescription(text.isEmpty() ? QString::number(value()) : text);
 }
 
 double KnobController::pointerAngle(const QPoint &position) const
@@ -275,16 +203,6 @@ void KnobController::mouseMoveEvent(QMouseEvent *event)
     m_lastPosition = position;
 }
 
-void KnobController::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton || !m_dragging) {
-        QWidget::mouseReleaseEvent(event);
-        return;
-    }
-    event->accept();
-    endDrag();
-}
-
 void KnobController::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton && isEnabled() && (event->modifiers() & Qt::ControlModifier)) {
@@ -294,15 +212,6 @@ void KnobController::mouseDoubleClickEvent(QMouseEvent *event)
     }
     // Otherwise the second click is one more press.
     mousePressEvent(event);
-}
-
-void KnobController::endDrag()
-{
-    if (!m_dragging)
-        return;
-    m_dragging = false;
-    endEdit();
-    emit drag(false);
 }
 
 void KnobController::wheelEvent(QWheelEvent *event)
@@ -351,12 +260,6 @@ void KnobController::changeEvent(QEvent *event)
             endDrag(); // a drag must not outlive the control's usability
         update();
     }
-}
-
-void KnobController::hideEvent(QHideEvent *event)
-{
-    endDrag();
-    QWidget::hideEvent(event);
 }
 
 QRectF KnobController::centredRect(const SvgLayer &layer) const

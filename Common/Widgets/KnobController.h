@@ -3,9 +3,7 @@
 #include <QPoint>
 #include <QWidget>
 
-#include "Common/Widgets/AbstractController.h"
-#include "Common/Widgets/AccessibleNameFallback.h"
-#include "Common/Widgets/KnobArtwork.h"
+#include "Common/Widgets/KnobArtworkController.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
@@ -14,7 +12,7 @@ namespace CommonController_MemAPI {
 // the knob face, either rotated with the value or standing still with an index
 // line drawn over it. Dragging, the wheel and the keys change the value
 // through the value protocol of AbstractController.
-class KnobController : public QWidget, public AbstractController
+class KnobController : public KnobArtworkController
 {
     Q_OBJECT
     Q_PROPERTY(double startAngle READ startAngle WRITE setStartAngle)
@@ -22,11 +20,6 @@ class KnobController : public QWidget, public AbstractController
     Q_PROPERTY(double inside READ inside WRITE setInside)
     Q_PROPERTY(double outside READ outside WRITE setOutside)
     Q_PROPERTY(double thick READ thick WRITE setThick)
-    Q_PROPERTY(double shadowBlur READ shadowBlur WRITE setShadowBlur)
-    Q_PROPERTY(double knobDisableOpacity READ knobDisableOpacity WRITE setKnobDisableOpacity)
-    Q_PROPERTY(QString knobSvg READ knobSvg WRITE setKnobSvg)
-    Q_PROPERTY(QString shadowSvg READ shadowSvg WRITE setShadowSvg)
-    Q_PROPERTY(QString backgroundSvg READ backgroundSvg WRITE setBackgroundSvg)
     Q_PROPERTY(KnobType knobType READ knobType WRITE setKnobType)
     Q_PROPERTY(OperationType operationType READ operationType WRITE setOperationType)
     Q_PROPERTY(int valueChangeStep READ valueChangeStep WRITE setValueChangeStep)
@@ -50,16 +43,6 @@ public:
     void setOutside(double radius);
     double thick() const { return m_thick; }
     void setThick(double width);
-    double shadowBlur() const { return m_artwork.shadowBlur(); }
-    void setShadowBlur(double radius);
-    double knobDisableOpacity() const { return m_artwork.disableOpacity(); }
-    void setKnobDisableOpacity(double opacity);
-    QString knobSvg() const { return m_artwork.knob().path(); }
-    void setKnobSvg(const QString &path);
-    QString shadowSvg() const { return m_artwork.shadow().path(); }
-    void setShadowSvg(const QString &path);
-    QString backgroundSvg() const { return m_artwork.background().path(); }
-    void setBackgroundSvg(const QString &path);
     KnobType knobType() const { return m_knobType; }
     void setKnobType(KnobType type);
     OperationType operationType() const { return m_operationType; }
@@ -67,56 +50,36 @@ public:
     int valueChangeStep() const { return m_valueChangeStep; }
     void setValueChangeStep(int step);
 
-    bool isDragging() const { return m_dragging; }
-
-    void setScale(double scale) override;
     QSize sizeHint() const override;
 
     // The normalised value of a pointer angle (radians, clockwise from
     // 3 o'clock); the dead zone below the knob splits at its middle.
     float angleToNormalized(double angle) const;
 
-signals:
-    void valueChanged(int value);
-    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
-    void drag(bool dragging);
-
-public slots:
-    void valueChangedRequest() override;
-
 protected:
-    void valueChanged() override;
-    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
-
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
 
 private:
     double pointerAngle(const QPoint &position) const;
     void anchorAt(const QPoint &position);
     void jumpToAngle(const QPoint &position, Qt::KeyboardModifiers modifiers);
-    void endDrag();
     QRectF centredRect(const SvgLayer &layer) const;
-    void updateAccessibleText();
 
     double m_startAngle = 210.0;
     double m_spanAngle = 300.0;
     double m_inside = 4.0;
     double m_outside = 14.0;
     double m_thick = 2.0;
-    KnobArtwork m_artwork;
     KnobType m_knobType = LineIndex;
     OperationType m_operationType = Circular;
     int m_valueChangeStep = 1;
 
-    bool m_dragging = false;
     bool m_fine = false;
     int m_anchorValue = 0;
     float m_anchorNormalized = 0.0f;
@@ -124,7 +87,6 @@ private:
     QPoint m_lastPosition;
     double m_rotation = 0.0;
     WheelAccumulator m_wheel;
-    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

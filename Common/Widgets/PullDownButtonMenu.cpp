@@ -1,7 +1,7 @@
 #include "Common/Widgets/PullDownButtonMenu.h"
 
-#include "Common/EffectEditor.h"
 #include "Common/Widgets/PullDownButtonController.h"
+#include "Common/Widgets/WidgetScale.h"
 
 namespace CommonController_MemAPI::PullDownButtonControllerPrivate {
 
@@ -10,7 +10,7 @@ Menu::Menu(PullDownButtonController *button)
     , m_pButton(button)
 {
     // getWidgetScale() walks from the pop-up to the button it belongs to.
-    setProperty(EffectEditor::OwnerWidgetProperty, QVariant::fromValue<QObject *>(button));
+    setProperty(OwnerWidgetProperty, QVariant::fromValue<QObject *>(button));
     m_timer.start();
 }
 

@@ -5,8 +5,6 @@
 #include <QGraphicsScene>
 #include <QPainter>
 
-#include "ORVChStrip/resources/OrvResources.h"
-
 namespace CommonController_MemAPI {
 
 SvgLayer::SvgLayer()
@@ -16,7 +14,6 @@ SvgLayer::SvgLayer()
 
 bool SvgLayer::load(const QString &path)
 {
-    initializeOrvChStripResources();
     m_path = path;
     invalidate();
     if (path.isEmpty()) {

@@ -19,15 +19,12 @@ constexpr int WheelUnit = 120;
 } // namespace
 
 TextEditController::TextEditController(QWidget *parent)
-    : QWidget(parent)
+    : ValueController(parent)
     , m_pLineEdit(new TextEditControllerPrivate::LineEdit(this))
-    , m_accessibleName(this)
 {
-    setFocusPolicy(Qt::ClickFocus);
     m_pLineEdit->setMaxLength(m_textMaxLength);
     connect(m_pLineEdit, &QLineEdit::editingFinished, this, &TextEditController::editFinish);
-    connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
-    updateAccessibleText();
+    updateAccessibleText(); // the shown text, which the base could not read yet
 }
 
 TextEditController::~TextEditController() = default;
@@ -92,14 +89,6 @@ void TextEditController::setStepSize(int step)
     m_stepSize = step;
 }
 
-void TextEditController::setScale(double scale)
-{
-    if (storeScale(scale)) {
-        updateGeometry();
-        update();
-    }
-}
-
 QSize TextEditController::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
@@ -110,29 +99,6 @@ QSize TextEditController::sizeHint() const
 bool TextEditController::isEditing() const
 {
     return !m_pLineEdit->isHidden();
-}
-
-void TextEditController::valueChangedRequest()
-{
-    valueChanged();
-    emit valueChanged(value());
-}
-
-void TextEditController::valueChanged()
-{
-    updateAccessibleText();
-    update();
-}
-
-void TextEditController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
-{
-    emit modifiersChange(this, modifiers);
-}
-
-void TextEditController::updateAccessibleText()
-{
-    const QString text = shownText();
-    setAccessibleDescription(text.isEmpty() ? QString::number(value()) : text);
 }
 
 QString TextEditController::valueText() const
@@ -252,15 +218,6 @@ void TextEditController::anchorAt(const QPoint &position)
     m_lastPosition = position;
 }
 
-void TextEditController::endDrag()
-{
-    if (!m_dragging)
-        return;
-    m_dragging = false;
-    endEdit();
-    emit drag(false);
-}
-
 void TextEditController::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton || !isEnabled()) {
@@ -303,16 +260,6 @@ void TextEditController::mouseMoveEvent(QMouseEvent *event)
     if (modifiers != Qt::NoModifier && value() != before)
         emit modifiersChange(this, modifiers);
     m_lastPosition = position;
-}
-
-void TextEditController::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton || !m_dragging) {
-        QWidget::mouseReleaseEvent(event);
-        return;
-    }
-    event->accept();
-    endDrag();
 }
 
 void TextEditController::mouseDoubleClickEvent(QMouseEvent *event)
@@ -380,8 +327,7 @@ void TextEditController::resizeEvent(QResizeEvent *event)
 void TextEditController::hideEvent(QHideEvent *event)
 {
     editFinish(); // hiding commits what was typed
-    endDrag();
-    QWidget::hideEvent(event);
+    ValueController::hideEvent(event);
 }
 
 void TextEditController::changeEvent(QEvent *event)

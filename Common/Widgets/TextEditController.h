@@ -3,8 +3,7 @@
 #include <QPoint>
 #include <QWidget>
 
-#include "Common/Widgets/AbstractController.h"
-#include "Common/Widgets/AccessibleNameFallback.h"
+#include "Common/Widgets/ValueController.h"
 #include "Common/Widgets/WheelAccumulator.h"
 
 namespace CommonController_MemAPI {
@@ -16,7 +15,7 @@ class LineEdit;
 // A parameter's value shown as text with an optional unit. Dragging, the
 // wheel and the arrow keys change it like a linear knob; a double click opens
 // an in-place line edit whose text the parameter memory parses.
-class TextEditController : public QWidget, public AbstractController
+class TextEditController : public ValueController
 {
     Q_OBJECT
     Q_PROPERTY(QString string READ string WRITE setString)
@@ -55,32 +54,24 @@ public:
     // The text offered for editing: without the postfix, units expanded.
     QString editText() const;
     bool isEditing() const;
-    bool isDragging() const { return m_dragging; }
     TextEditControllerPrivate::LineEdit *lineEdit() const { return m_pLineEdit; }
 
-    void setScale(double scale) override;
     QSize sizeHint() const override;
 
 signals:
-    void valueChanged(int value);
-    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
-    void drag(bool dragging);
     void textEdit(bool edit);
 
 public slots:
     void edit();
     void editFinish();
     void editCancel();
-    void valueChangedRequest() override;
 
 protected:
-    void valueChanged() override;
-    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
+    QString describedText() const override { return shownText(); }
 
     void paintEvent(QPaintEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -93,8 +84,6 @@ private:
     QString valueText() const;
     void closeLineEdit();
     void anchorAt(const QPoint &position);
-    void endDrag();
-    void updateAccessibleText();
 
     QString m_postfix;
     bool m_expandUnit = false;
@@ -106,13 +95,11 @@ private:
     int m_stepSize = 1;
 
     TextEditControllerPrivate::LineEdit *m_pLineEdit;
-    bool m_dragging = false;
     bool m_fine = false;
     int m_anchorValue = 0;
     QPoint m_anchorPosition;
     QPoint m_lastPosition;
     WheelAccumulator m_wheel;
-    AccessibleNameFallback m_accessibleName;
 };
 
 } // namespace CommonController_MemAPI

@@ -1,5 +1,5 @@
 #pragma once
 
 // Registers the artwork under ":/image/orvchstrip/". Safe to call repeatedly;
-// every control and panel calls it before loading artwork.
+// the plug-in calls it when it is loaded, tests and benchmarks at start-up.
 void initializeOrvChStripResources();

@@ -21,6 +21,7 @@
 #include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
 #include "Common/Widgets/MeterController.h"
+#include "ORVChStrip/resources/OrvResources.h"
 
 using namespace CommonController_MemAPI;
 
@@ -101,6 +102,7 @@ int main(int argc, char **argv)
         && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
+    initializeOrvChStripResources();
     const QStringList arguments = app.arguments();
     const bool json = arguments.contains(QStringLiteral("--json"));
     int iterations = 2000;

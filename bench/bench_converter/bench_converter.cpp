@@ -5,6 +5,9 @@
 // 1 ms timer; best of a few runs each.
 
 #include <QApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,11 +17,29 @@
 #include <algorithm>
 #include <limits>
 
-#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
-#include "PresetTestFiles.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
+#include "ORVChStrip/Preset/MyPlxPresetFile.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
 
 namespace {
+
+// An old preset as the previous versions saved it: a component state of
+// `state` under the given class id.
+bool writeOldPreset(const QString &path, const FUID &classID, const QByteArray &state)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    auto *component = new ORVChStripPresetConverterComponent;
+    auto *input = new MemoryBStream(state);
+    const bool loaded = component->setState(input) == kResultOk;
+    input->release();
+    const bool saved = loaded && MyPlxPresetFile(component).save(path, classID);
+    component->release();
+    return saved;
+}
+
 
 constexpr int PresetCount = 1000;
 constexpr int FoldersPerSource = 10;
@@ -30,7 +51,7 @@ using Conversion = ORVChStripPresetConversion;
 // Half mono, half stereo, spread over sub-folders of both sources.
 bool generate()
 {
-    const QByteArray state = PresetTestFiles::stateBytes(StateSize);
+    const QByteArray state = QByteArray(StateSize, char(0x5a));
     for (int i = 0; i < PresetCount; ++i) {
         const bool mono = i % 2 == 0;
         const QString source = mono ? Conversion::monoFolders().source : Conversion::stereoFolders().source;
@@ -38,8 +59,8 @@ bool generate()
                                  .arg(source)
                                  .arg(i / 2 % FoldersPerSource)
                                  .arg(i, 4, 10, QLatin1Char('0'));
-        if (!PresetTestFiles::writePreset(
-                path, mono ? PresetTestFiles::MonoID : PresetTestFiles::StereoID, state))
+        if (!writeOldPreset(
+                path, mono ? ORVChStripClassIds::Mono : ORVChStripClassIds::Stereo, state))
             return false;
     }
     return true;

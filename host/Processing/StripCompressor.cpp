@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Common/VectorRegisterState.h"
+#include "ORVChStrip/Filter/VectorRegisterState.h"
 #include "ORVChStrip/Filter/EqualizerShape.h"
 
 namespace {

@@ -43,7 +43,7 @@ public:
     // value * step + offset, as the model states the parameter's unit.
     double linear(const char *key, double fallback) const
     {
-        const ParameterSpec *spec = m_memory.model()->parameter(m_memory.model()->parameterId(key));
+        const ParameterDefinition *spec = m_memory.model()->parameter(m_memory.model()->parameterId(key));
         return spec ? m_memory.value(key, m_channel) * spec->step + spec->offset : fallback;
     }
 

@@ -2,14 +2,16 @@
 
 #include <utility>
 
+#include "Interfaces/ChannelStripKeys.h"
+
 namespace ChannelStripModel {
 
 namespace {
 
-ParameterSpec tableParameter(const char *key, ValueKind kind, int maximum, int defaultValue, const char *unit,
-    const char *morphColumn = nullptr)
+ParameterDefinition tableParameter(const char *key, ValueKind kind, int maximum, int defaultValue,
+    const char *unit, const char *morphColumn = nullptr)
 {
-    ParameterSpec parameter;
+    ParameterDefinition parameter;
     parameter.key = key;
     parameter.kind = kind;
     parameter.maximum = maximum;
@@ -19,11 +21,11 @@ ParameterSpec tableParameter(const char *key, ValueKind kind, int maximum, int d
     return parameter;
 }
 
-ParameterSpec linearParameter(const char *key, int minimum, int maximum, int defaultValue, double step,
+ParameterDefinition linearParameter(const char *key, int minimum, int maximum, int defaultValue, double step,
     double offset, int decimals, const char *unit, const char *morphColumn = nullptr,
     bool signedOutput = false)
 {
-    ParameterSpec parameter
+    ParameterDefinition parameter
         = tableParameter(key, ValueKind::Linear, maximum, defaultValue, unit, morphColumn);
     parameter.minimum = minimum;
     parameter.step = step;
@@ -33,64 +35,81 @@ ParameterSpec linearParameter(const char *key, int minimum, int maximum, int def
     return parameter;
 }
 
-ParameterSpec switchParameter(const char *key, int defaultValue)
+ParameterDefinition switchParameter(const char *key, int defaultValue)
 {
     return tableParameter(key, ValueKind::Switch, 1, defaultValue, "");
 }
 
-ParameterSpec textParameter(const char *key, int length)
+ParameterDefinition textParameter(const char *key, int length)
 {
-    ParameterSpec parameter = tableParameter(key, ValueKind::Text, 255, 0, "");
+    ParameterDefinition parameter = tableParameter(key, ValueKind::Text, 255, 0, "");
     parameter.decimals = length; // characters held
     return parameter;
 }
 
 } // namespace
 
-QList<ParameterSpec> parameters()
+QList<ParameterDefinition> parameters()
 {
-    QList<ParameterSpec> list = {
+    QList<ParameterDefinition> list = {
         // Compressor
-        linearParameter("fx_cmp_drv", 0, 100, 0, 0.2, 0.0, 1, "dB"),
-        linearParameter("fx_cmp_atck", 1, 200, 10, 1.0, 0.0, 0, "ms", "fx_mrpcmp_atck"),
-        linearParameter("fx_cmp_rls", 10, 2000, 200, 1.0, 0.0, 0, "ms", "fx_mrpcmp_rls"),
-        tableParameter("fx_cmp_rto", ValueKind::Ratio, 120, 40, "", "fx_mrpcmp_rto"),
-        tableParameter("fx_cmp_kne", ValueKind::Knee, 2, 0, "", "fx_mrpcmp_kne"),
-        linearParameter("fx_cmp_trsofst", 0, 200, 100, 0.2, -20.0, 1, "dB", "fx_mrpcmp_trsofst", true),
-        linearParameter("fx_cmp_mkupofst", 0, 200, 100, 0.1, -10.0, 1, "dB", "fx_mrpcmp_mkupofst", true),
-        tableParameter("fx_cmp_scfrq", ValueKind::Frequency, 124, 72, "Hz", "fx_mrpcmp_scfrq"),
-        tableParameter("fx_cmp_scgin", ValueKind::Gain, 360, 180, "dB", "fx_mrpcmp_scgin"),
-        tableParameter("fx_cmp_scqal", ValueKind::Quality, 60, 12, "", "fx_mrpcmp_scqal"),
-        switchParameter("fx_cmp_sc_onf", 0),
-        switchParameter("fx_cmp_byps", 0),
+        linearParameter(ChannelStripKeys::CompressorDrive, 0, 100, 0, 0.2, 0.0, 1, "dB"),
+        linearParameter(ChannelStripKeys::CompressorAttack, 1, 200, 10, 1.0, 0.0, 0, "ms",
+            ChannelStripKeys::MorphCompressorAttack),
+        linearParameter(ChannelStripKeys::CompressorRelease, 10, 2000, 200, 1.0, 0.0, 0, "ms",
+            ChannelStripKeys::MorphCompressorRelease),
+        tableParameter(ChannelStripKeys::CompressorRatio, ValueKind::Ratio, 120, 40, "",
+            ChannelStripKeys::MorphCompressorRatio),
+        tableParameter(ChannelStripKeys::CompressorKnee, ValueKind::Knee, 2, 0, "",
+            ChannelStripKeys::MorphCompressorKnee),
+        linearParameter(ChannelStripKeys::CompressorThresholdOffset, 0, 200, 100, 0.2, -20.0, 1, "dB",
+            ChannelStripKeys::MorphCompressorThresholdOffset, true),
+        linearParameter(ChannelStripKeys::CompressorMakeUpOffset, 0, 200, 100, 0.1, -10.0, 1, "dB",
+            ChannelStripKeys::MorphCompressorMakeUpOffset, true),
+        tableParameter(ChannelStripKeys::SideChainFrequency, ValueKind::Frequency, 124, 72, "Hz",
+            ChannelStripKeys::MorphSideChainFrequency),
+        tableParameter(ChannelStripKeys::SideChainGain, ValueKind::Gain, 360, 180, "dB",
+            ChannelStripKeys::MorphSideChainGain),
+        tableParameter(ChannelStripKeys::SideChainQuality, ValueKind::Quality, 60, 12, "",
+            ChannelStripKeys::MorphSideChainQuality),
+        switchParameter(ChannelStripKeys::SideChainOn, 0),
+        switchParameter(ChannelStripKeys::CompressorBypass, 0),
         // Equalizer
-        tableParameter("fx_eq_lsvfreq", ValueKind::Frequency, 124, 32, "Hz", "fx_mrpeq_lsvfrq"),
-        tableParameter("fx_eq_lsvgain", ValueKind::Gain, 360, 180, "dB", "fx_mrpeq_lsvgain"),
-        tableParameter("fx_eq_midfrq", ValueKind::Frequency, 124, 72, "Hz", "fx_mrpeq_mdfrq"),
-        tableParameter("fx_eq_midgain", ValueKind::Gain, 360, 180, "dB", "fx_mrpeq_mdgain"),
-        tableParameter("fx_eq_midqual", ValueKind::Quality, 60, 12, "", "fx_mrpeq_mdqual"),
-        tableParameter("fx_eq_hsvfrq", ValueKind::Frequency, 124, 112, "Hz", "fx_mrpeq_hsvfrq"),
-        tableParameter("fx_eq_hsvgain", ValueKind::Gain, 360, 180, "dB", "fx_mrpeq_hsvgain"),
-        switchParameter("fx_eq_lsv_onf", 1),
-        switchParameter("fx_eq_mid_onf", 1),
-        switchParameter("fx_eq_hsv_onf", 1),
-        switchParameter("fx_eq_byps", 0),
+        tableParameter(ChannelStripKeys::EqualizerLowFrequency, ValueKind::Frequency, 124, 32, "Hz",
+            ChannelStripKeys::MorphEqualizerLowFrequency),
+        tableParameter(ChannelStripKeys::EqualizerLowGain, ValueKind::Gain, 360, 180, "dB",
+            ChannelStripKeys::MorphEqualizerLowGain),
+        tableParameter(ChannelStripKeys::EqualizerMiddleFrequency, ValueKind::Frequency, 124, 72, "Hz",
+            ChannelStripKeys::MorphEqualizerMiddleFrequency),
+        tableParameter(ChannelStripKeys::EqualizerMiddleGain, ValueKind::Gain, 360, 180, "dB",
+            ChannelStripKeys::MorphEqualizerMiddleGain),
+        tableParameter(ChannelStripKeys::EqualizerMiddleQuality, ValueKind::Quality, 60, 12, "",
+            ChannelStripKeys::MorphEqualizerMiddleQuality),
+        tableParameter(ChannelStripKeys::EqualizerHighFrequency, ValueKind::Frequency, 124, 112, "Hz",
+            ChannelStripKeys::MorphEqualizerHighFrequency),
+        tableParameter(ChannelStripKeys::EqualizerHighGain, ValueKind::Gain, 360, 180, "dB",
+            ChannelStripKeys::MorphEqualizerHighGain),
+        switchParameter(ChannelStripKeys::EqualizerLowOn, 1),
+        switchParameter(ChannelStripKeys::EqualizerMiddleOn, 1),
+        switchParameter(ChannelStripKeys::EqualizerHighOn, 1),
+        switchParameter(ChannelStripKeys::EqualizerBypass, 0),
         // Output level: -18.0 dB to +6.0 dB in 0.1 dB steps.
-        linearParameter("fx_eq_peqgain", 0, 240, 180, 0.1, -18.0, 1, "dB", "fx_mrpeq_peqgain", true),
+        linearParameter(ChannelStripKeys::OutputLevel, 0, 240, 180, 0.1, -18.0, 1, "dB",
+            ChannelStripKeys::MorphOutputLevel, true),
         // Morphing: position 0.0 % to 100.0 % across the nine morph points.
-        linearParameter("fx_mrp_vl", 0, 1000, 0, 0.1, 0.0, 1, "%"),
-        textParameter("fx_mrp_systmname", 256),
-        textParameter("fx_mrp_systmid", 32),
+        linearParameter(ChannelStripKeys::MorphValue, 0, 1000, 0, 0.1, 0.0, 1, "%"),
+        textParameter(ChannelStripKeys::MorphSystemName, 256),
+        textParameter(ChannelStripKeys::MorphSystemId, 32),
     };
 
     // One morph-table column per morphing parameter: the same range and
     // texts, stored per morph point on channels ch * 9 to ch * 9 + 8.
     const int count = int(list.size());
     for (int i = 0; i < count; ++i) {
-        const ParameterSpec &target = list.at(i);
+        const ParameterDefinition &target = list.at(i);
         if (target.morphColumnKey.isEmpty())
             continue;
-        ParameterSpec column = target;
+        ParameterDefinition column = target;
         column.key = target.morphColumnKey;
         column.morphColumnKey.clear();
         column.morphTargetKey = target.key;
@@ -99,13 +118,15 @@ QList<ParameterSpec> parameters()
     return list;
 }
 
-QList<MeterSpec> meters()
+QList<MeterDefinition> meters()
 {
     return {
-        { "meter_orvcs_in", ChannelCount, QStringLiteral("input level, dBFS") },
-        { "meter_eq", ChannelCount, QStringLiteral("output level after the equalizer, dBFS") },
-        { "meter_sc_out", ChannelCount, QStringLiteral("side-chain detector level, dBFS") },
-        { "meter_comp", ChannelCount, QStringLiteral("gain reduction, dB (0 = none, negative = reduction)") },
+        { ChannelStripKeys::InputMeter, ChannelCount, QStringLiteral("input level, dBFS") },
+        { ChannelStripKeys::OutputMeter, ChannelCount,
+            QStringLiteral("output level after the equalizer, dBFS") },
+        { ChannelStripKeys::SideChainMeter, ChannelCount, QStringLiteral("side-chain detector level, dBFS") },
+        { ChannelStripKeys::GainReductionMeter, ChannelCount,
+            QStringLiteral("gain reduction, dB (0 = none, negative = reduction)") },
     };
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ParameterSpec.h"
+#include "ParameterDefinition.h"
 
 // The channel strip as the reference host simulates it: every parameter and
 // meter key the editor uses, with ranges, defaults and units. This table is
@@ -14,8 +14,8 @@ inline constexpr unsigned short ChannelStripFxKind = 1;
 inline constexpr int ChannelCount = 16;
 inline constexpr int MorphPointCount = 9;
 
-QList<ParameterSpec> parameters();
-QList<MeterSpec> meters();
+QList<ParameterDefinition> parameters();
+QList<MeterDefinition> meters();
 QList<FxEntry> effects();
 
 } // namespace ChannelStripModel

@@ -2,7 +2,8 @@
 
 #include "ChannelStripModel.h"
 
-HostModel::HostModel(QList<FxEntry> effects, QList<ParameterSpec> parameters, QList<MeterSpec> meters)
+HostModel::HostModel(
+    QList<FxEntry> effects, QList<ParameterDefinition> parameters, QList<MeterDefinition> meters)
     : m_effects(std::move(effects))
     , m_parameters(std::move(parameters))
     , m_meters(std::move(meters))
@@ -89,7 +90,7 @@ bool HostModel::getMeterInfo(unsigned short *base, unsigned short *channels, uns
     return true;
 }
 
-const ParameterSpec *HostModel::parameter(unsigned short prmId) const
+const ParameterDefinition *HostModel::parameter(unsigned short prmId) const
 {
     const int index = int(prmId) - FirstParameterId;
     return index >= 0 && index < m_parameters.size() ? &m_parameters.at(index) : nullptr;
@@ -104,7 +105,7 @@ unsigned short HostModel::parameterId(const char *key) const
 unsigned short HostModel::meterBase(const char *key) const
 {
     unsigned short position = 0;
-    for (const MeterSpec &meter : m_meters) {
+    for (const MeterDefinition &meter : m_meters) {
         if (meter.key == key)
             return position;
         position += 2 * meter.channels;
@@ -115,7 +116,7 @@ unsigned short HostModel::meterBase(const char *key) const
 unsigned int HostModel::meterArraySize() const
 {
     unsigned int size = 0;
-    for (const MeterSpec &meter : m_meters)
+    for (const MeterDefinition &meter : m_meters)
         size += 2u * meter.channels;
     return size;
 }

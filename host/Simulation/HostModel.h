@@ -3,7 +3,7 @@
 #include <QHash>
 
 #include "Interfaces/IModelInfo.h"
-#include "ParameterSpec.h"
+#include "ParameterDefinition.h"
 
 // The model description a host hands to create(): effects, parameters and
 // meters. Parameter ids start at FirstParameterId in table order; meters are
@@ -13,7 +13,7 @@ class HostModel : public IModelInfo
 public:
     static constexpr unsigned short FirstParameterId = 0x100;
 
-    HostModel(QList<FxEntry> effects, QList<ParameterSpec> parameters, QList<MeterSpec> meters);
+    HostModel(QList<FxEntry> effects, QList<ParameterDefinition> parameters, QList<MeterDefinition> meters);
     // The channel strip of the reference host.
     static HostModel channelStrip();
 
@@ -25,9 +25,9 @@ public:
     bool findMeter(unsigned short *index, const char *key) override;
     bool getMeterInfo(unsigned short *base, unsigned short *channels, unsigned short index) override;
 
-    const QList<ParameterSpec> &parameters() const { return m_parameters; }
-    const QList<MeterSpec> &meters() const { return m_meters; }
-    const ParameterSpec *parameter(unsigned short prmId) const;
+    const QList<ParameterDefinition> &parameters() const { return m_parameters; }
+    const QList<MeterDefinition> &meters() const { return m_meters; }
+    const ParameterDefinition *parameter(unsigned short prmId) const;
     // 0 when the key is unknown.
     unsigned short parameterId(const char *key) const;
     unsigned short meterBase(const char *key) const;
@@ -35,7 +35,7 @@ public:
 
 private:
     QList<FxEntry> m_effects;
-    QList<ParameterSpec> m_parameters;
-    QList<MeterSpec> m_meters;
+    QList<ParameterDefinition> m_parameters;
+    QList<MeterDefinition> m_meters;
     QHash<QByteArray, int> m_parameterIndex;
 };

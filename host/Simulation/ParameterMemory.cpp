@@ -8,7 +8,7 @@
 #include "ValueText.h"
 
 // Morph data arrive as one batch through this interface.
-class ParameterMemory::MorphHandler : public IORVDMorphHandler
+class ParameterMemory::MorphHandler final : public IORVDMorphHandler
 {
 public:
     explicit MorphHandler(ParameterMemory *memory)
@@ -28,7 +28,7 @@ private:
     ParameterMemory *m_pMemory;
 };
 
-class ParameterMemory::MeterNotifier : public IMeterNotifier
+class ParameterMemory::MeterNotifier final : public IMeterNotifier
 {
 public:
     explicit MeterNotifier(ParameterMemory *memory)
@@ -57,7 +57,7 @@ namespace {
 // A malformed batch without its end record must not run away.
 constexpr int MaxMorphBatchRecords = 65536;
 
-int textLength(const ParameterSpec &parameter)
+int textLength(const ParameterDefinition &parameter)
 {
     return parameter.decimals;
 }
@@ -92,20 +92,20 @@ int32_t ParameterMemory::queryInterface(const char *iid, void **obj)
     return kNoInterface;
 }
 
-const ParameterSpec *ParameterMemory::parameterFor(unsigned short prmId) const
+const ParameterDefinition *ParameterMemory::parameterFor(unsigned short prmId) const
 {
     return m_pModel->parameter(prmId);
 }
 
 int ParameterMemory::storedValue(unsigned short prmId, unsigned short ch) const
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     return m_values.value(slot(prmId, ch), parameter ? parameter->defaultValue : 0);
 }
 
 int ParameterMemory::getValue(unsigned short prmId, unsigned short ch, int *value, int index)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter || !value)
         return -1;
     if (parameter->isText()) {
@@ -121,7 +121,7 @@ int ParameterMemory::getValue(unsigned short prmId, unsigned short ch, int *valu
 
 int ParameterMemory::setValue(unsigned short prmId, unsigned short ch, int value, int index, int, int notify)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter)
         return -1;
     if (parameter->isText() && (index < 0 || index >= textLength(*parameter)))
@@ -134,7 +134,7 @@ int ParameterMemory::setValue(unsigned short prmId, unsigned short ch, int value
 void ParameterMemory::store(
     unsigned short prmId, unsigned short ch, int value, int index, bool notifyObservers)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (parameter->isText()) {
         QByteArray &text = m_texts[slot(prmId, ch)];
         if (text.size() < textLength(*parameter))
@@ -159,7 +159,7 @@ void ParameterMemory::store(
 
 void ParameterMemory::notify(unsigned short prmId, unsigned short ch, int value)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     const QByteArray text = parameter ? ValueText::format(*parameter, value).toLocal8Bit() : QByteArray();
     // An observer may unregister others (or itself) while being notified.
     const QList<IPrmObserver *> observers = m_observers.value(slot(prmId, ch));
@@ -171,7 +171,7 @@ void ParameterMemory::notify(unsigned short prmId, unsigned short ch, int value)
 
 int ParameterMemory::getRange(unsigned short prmId, unsigned short, int *min, int *max)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter || !min || !max)
         return -1;
     *min = parameter->minimum;
@@ -181,20 +181,21 @@ int ParameterMemory::getRange(unsigned short prmId, unsigned short, int *min, in
 
 int ParameterMemory::getDefault(unsigned short prmId, unsigned short, int *value)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter || !value)
         return -1;
     *value = parameter->defaultValue;
     return kResultOk;
 }
 
-bool ParameterMemory::morphBaseValue(const ParameterSpec &parameter, unsigned short ch, int *value) const
+bool ParameterMemory::morphBaseValue(
+    const ParameterDefinition &parameter, unsigned short ch, int *value) const
 {
     if (parameter.morphColumnKey.isEmpty() || text("fx_mrp_systmname", ch).isEmpty())
         return false;
     const unsigned short column = m_pModel->parameterId(parameter.morphColumnKey.constData());
     const unsigned short position = m_pModel->parameterId("fx_mrp_vl");
-    const ParameterSpec *positionParameter = parameterFor(position);
+    const ParameterDefinition *positionParameter = parameterFor(position);
     if (!column || !positionParameter)
         return false;
     // The morph position runs across the nine points evenly.
@@ -211,7 +212,7 @@ bool ParameterMemory::morphBaseValue(const ParameterSpec &parameter, unsigned sh
 
 int ParameterMemory::getBaseValue(unsigned short prmId, unsigned short ch, int *value)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter || !value || parameter->isText())
         return -1;
     if (!morphBaseValue(*parameter, ch, value))
@@ -224,7 +225,7 @@ void ParameterMemory::followMorphPosition(unsigned short ch)
     // Moving the morph knob moves every morphing parameter to what the
     // position implies, as the hardware does.
     for (int i = 0; i < m_pModel->parameters().size(); ++i) {
-        const ParameterSpec &parameter = m_pModel->parameters().at(i);
+        const ParameterDefinition &parameter = m_pModel->parameters().at(i);
         int base = 0;
         if (morphBaseValue(parameter, ch, &base))
             store(static_cast<unsigned short>(HostModel::FirstParameterId + i), ch, base, 0, true);
@@ -266,7 +267,7 @@ int ParameterMemory::getMeterNotifier(IMeterNotifier **notifier)
 
 int ParameterMemory::getValueString(unsigned short prmId, unsigned short, int value, char *buffer, int size)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter || !buffer || size <= 0)
         return -1;
     const QByteArray text = ValueText::format(*parameter, value).toLocal8Bit();
@@ -278,7 +279,7 @@ int ParameterMemory::getValueString(unsigned short prmId, unsigned short, int va
 
 int ParameterMemory::setValueString(unsigned short prmId, unsigned short, const char *text, int *value)
 {
-    const ParameterSpec *parameter = parameterFor(prmId);
+    const ParameterDefinition *parameter = parameterFor(prmId);
     if (m_failing || !parameter || !text || !value)
         return -1;
     return ValueText::parse(*parameter, QString::fromLocal8Bit(text), value) ? kResultOk : -1;
@@ -290,7 +291,7 @@ int ParameterMemory::applyMorphBatch(const IORVDMorphHandler::OMD_PRMINFO *recor
         return kResultFalse;
     for (int n = 0; n < MaxMorphBatchRecords && record->prmId != IORVDMorphHandler::kEndOfBatch;
          ++n, ++record) {
-        const ParameterSpec *parameter = parameterFor(record->prmId);
+        const ParameterDefinition *parameter = parameterFor(record->prmId);
         if (!parameter || record->channel > 0xFFFF)
             continue;
         const auto ch = static_cast<unsigned short>(record->channel);
@@ -320,7 +321,7 @@ bool ParameterMemory::setValueByKey(const char *key, int value, int ch)
 bool ParameterMemory::setValueText(const char *key, const QString &text, int ch)
 {
     const unsigned short id = m_pModel->parameterId(key);
-    const ParameterSpec *parameter = parameterFor(id);
+    const ParameterDefinition *parameter = parameterFor(id);
     if (!parameter)
         return false;
     if (parameter->isText()) {
@@ -343,7 +344,7 @@ QByteArray ParameterMemory::text(const char *key, int ch) const
 void ParameterMemory::setText(const char *key, const QByteArray &text, int ch)
 {
     const unsigned short id = m_pModel->parameterId(key);
-    const ParameterSpec *parameter = parameterFor(id);
+    const ParameterDefinition *parameter = parameterFor(id);
     if (!parameter || !parameter->isText())
         return;
     for (int i = 0; i < textLength(*parameter); ++i)
@@ -366,7 +367,7 @@ int ParameterMemory::totalObserverCount() const
 QMap<QString, QString> ParameterMemory::snapshot(int channelCount) const
 {
     QMap<QString, QString> values;
-    for (const ParameterSpec &parameter : m_pModel->parameters()) {
+    for (const ParameterDefinition &parameter : m_pModel->parameters()) {
         for (int ch = 0; ch < channelCount; ++ch) {
             const QString name = QString::fromLatin1(parameter.key) + QLatin1Char('@') + QString::number(ch);
             values.insert(name,

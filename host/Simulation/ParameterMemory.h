@@ -84,13 +84,13 @@ private:
     friend class MorphHandler;
 
     static quint32 slot(unsigned short prmId, unsigned short ch) { return quint32(prmId) << 16 | ch; }
-    const ParameterSpec *parameterFor(unsigned short prmId) const;
+    const ParameterDefinition *parameterFor(unsigned short prmId) const;
     int storedValue(unsigned short prmId, unsigned short ch) const;
     void store(unsigned short prmId, unsigned short ch, int value, int index, bool notify);
     void notify(unsigned short prmId, unsigned short ch, int value);
     int applyMorphBatch(const IORVDMorphHandler::OMD_PRMINFO *first);
     void followMorphPosition(unsigned short ch);
-    bool morphBaseValue(const ParameterSpec &parameter, unsigned short ch, int *value) const;
+    bool morphBaseValue(const ParameterDefinition &parameter, unsigned short ch, int *value) const;
 
     HostModel *m_pModel;
     QHash<quint32, int> m_values;

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "Interfaces/ChannelStripValueTables.h"
 
@@ -14,10 +15,12 @@ namespace {
 
 const char *const KneeNames[] = { "SOFT", "MEDIUM", "HARD" };
 
-template<typename Table> int nearestStep(const Table &table, int count, double x)
+// The step whose table entry lies nearest to x; the count comes with the
+// table, so a table can never be searched with another one's length.
+template<std::size_t Count> int nearestStep(const double (&table)[Count], double x)
 {
     int best = 0;
-    for (int i = 1; i < count; ++i) {
+    for (int i = 1; i < int(Count); ++i) {
         if (std::abs(table[i] - x) < std::abs(table[best] - x))
             best = i;
     }
@@ -73,7 +76,7 @@ bool parseNumber(QString text, double *number)
     return true;
 }
 
-QString format(const ParameterSpec &parameter, int value)
+QString format(const ParameterDefinition &parameter, int value)
 {
     switch (parameter.kind) {
     case ValueKind::Frequency: {
@@ -109,7 +112,7 @@ QString format(const ParameterSpec &parameter, int value)
     return QString();
 }
 
-bool parse(const ParameterSpec &parameter, const QString &input, int *value)
+bool parse(const ParameterDefinition &parameter, const QString &input, int *value)
 {
     const QString text = withoutUnit(input, parameter.unit);
     if (text.isEmpty())
@@ -149,22 +152,22 @@ bool parse(const ParameterSpec &parameter, const QString &input, int *value)
         }
         if (!parseNumber(text, &x))
             return false;
-        result = nearestStep(RatioTable, RatioCount, x);
+        result = nearestStep(RatioTable, x);
         break;
     case ValueKind::Frequency:
         if (!parseNumber(text, &x))
             return false;
-        result = nearestStep(FreqTable, FreqCount, x);
+        result = nearestStep(FreqTable, x);
         break;
     case ValueKind::Gain:
         if (!parseNumber(text, &x))
             return false;
-        result = nearestStep(GainTable, GainCount, x);
+        result = nearestStep(GainTable.values, x);
         break;
     case ValueKind::Quality:
         if (!parseNumber(text, &x))
             return false;
-        result = nearestStep(QTable, QCount, x);
+        result = nearestStep(QTable, x);
         break;
     case ValueKind::Linear:
         if (!parseNumber(text, &x))

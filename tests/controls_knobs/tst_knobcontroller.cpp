@@ -5,8 +5,8 @@
 #include <QWheelEvent>
 
 #include "Common/Widgets/KnobController.h"
-#include "host/Simulation/HostModel.h"
-#include "host/Simulation/ParameterMemory.h"
+#include "HostModel.h"
+#include "ParameterMemory.h"
 
 using CommonController_MemAPI::AbstractController;
 using CommonController_MemAPI::KnobController;

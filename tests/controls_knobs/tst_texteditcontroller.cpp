@@ -6,8 +6,8 @@
 
 #include "Common/Widgets/TextEditController.h"
 #include "Common/Widgets/TextEditLineEdit.h"
-#include "host/Simulation/HostModel.h"
-#include "host/Simulation/ParameterMemory.h"
+#include "HostModel.h"
+#include "ParameterMemory.h"
 
 using CommonController_MemAPI::TextEditController;
 

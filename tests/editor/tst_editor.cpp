@@ -57,8 +57,8 @@ struct Host
 HostModel modelWithout(const char *key)
 {
     const HostModel full = HostModel::channelStrip();
-    QList<ParameterSpec> parameters = full.parameters();
-    parameters.removeIf([key](const ParameterSpec &p) { return qstrcmp(p.key, key) == 0; });
+    QList<ParameterDefinition> parameters = full.parameters();
+    parameters.removeIf([key](const ParameterDefinition &p) { return qstrcmp(p.key, key) == 0; });
     return HostModel({ { 1, ChannelStripModel::ChannelStripFxId } }, parameters, full.meters());
 }
 

@@ -9,6 +9,7 @@
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
+#include "Common/Widgets/WidgetScale.h"
 #include "HostModel.h"
 #include "MinimalEditor.h"
 
@@ -26,9 +27,9 @@ protected:
     void notifyModifiersChange(Qt::KeyboardModifiers) override { }
 };
 
-ParameterSpec parameter(const char *key)
+ParameterDefinition parameter(const char *key)
 {
-    ParameterSpec parameter;
+    ParameterDefinition parameter;
     parameter.key = key;
     parameter.maximum = 10;
     return parameter;
@@ -182,8 +183,8 @@ void tst_EffectEditor::mapsEditModes()
     QFETCH(int, mode);
     QFETCH(int, knob);
     QFETCH(int, fader);
-    QCOMPARE(EffectEditor::knobOperationType(mode), knob);
-    QCOMPARE(EffectEditor::faderOperationType(mode), fader);
+    QCOMPARE(int(EffectEditor::knobOperationType(mode)), knob);
+    QCOMPARE(int(EffectEditor::faderOperationType(mode)), fader);
 }
 
 void tst_EffectEditor::appliesEditModesToTheTree()
@@ -264,7 +265,7 @@ void tst_EffectEditor::findsWidgetScale()
 
     // A pop-up menu walks to the control that owns it, not to its parent.
     QMenu menu(&outside);
-    menu.setProperty(EffectEditor::OwnerWidgetProperty, QVariant::fromValue<QObject *>(inner));
+    menu.setProperty(OwnerWidgetProperty, QVariant::fromValue<QObject *>(inner));
     QCOMPARE(getWidgetScale(&menu), 1.5);
     QMenu orphan(inner);
     QCOMPARE(getWidgetScale(&orphan), 1.5);

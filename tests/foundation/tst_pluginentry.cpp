@@ -36,9 +36,9 @@ private:
 
 namespace {
 
-ParameterSpec parameter(const char *key)
+ParameterDefinition parameter(const char *key)
 {
-    ParameterSpec parameter;
+    ParameterDefinition parameter;
     parameter.key = key;
     parameter.maximum = 1;
     return parameter;

@@ -4,11 +4,12 @@
 #include <QByteArray>
 #include <QString>
 
-#include "ORVChStrip/BufferStream.h"
-#include "ORVChStrip/ORVChStripPresetConversion.h"
-#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
-#include "ORVChStrip/PresetFile.h"
-#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/Preset/PresetFile.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 
 // Reads one preset container with both readers, the loader the converter
 // uses and the description `preset info` prints, and checks that they agree:
@@ -27,12 +28,12 @@ inline QString check(const QByteArray &bytes)
     device.open(QIODevice::ReadOnly);
     const PresetFileInfo info = PresetFileInfo::read(device, QStringLiteral("input"));
     const bool convertible = info.isValid()
-        && (info.classID == Conversion::MonoPresetID || info.classID == Conversion::StereoPresetID);
+        && (info.classID == ORVChStripClassIds::Mono || info.classID == ORVChStripClassIds::Stereo);
 
-    auto *stream = new BufferStream(bytes);
+    auto *stream = new MemoryBStream(bytes);
     auto *component = new ORVChStripPresetConverterComponent;
     const bool loaded
-        = PresetFile::loadPreset(stream, Conversion::MonoPresetID, component, { Conversion::StereoPresetID });
+        = PresetFile::loadPreset(stream, ORVChStripClassIds::Mono, component, { ORVChStripClassIds::Stereo });
     stream->release();
 
     QString problem;
@@ -45,8 +46,8 @@ inline QString check(const QByteArray &bytes)
                       .arg(component->state().size())
                       .arg(info.componentState()->size);
     } else if (loaded) {
-        auto *output = new BufferStream;
-        const bool saved = PresetFile::savePreset(output, Conversion::StereoPresetID, component);
+        auto *output = new MemoryBStream;
+        const bool saved = PresetFile::savePreset(output, ORVChStripClassIds::Stereo, component);
         QByteArray written = output->data();
         output->release();
         QBuffer again(&written);

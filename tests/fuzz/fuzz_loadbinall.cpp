@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "Interfaces/MemoryBStream.h"
 #include "ORVChStrip/Chunk/AnalyzerError.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "HostModel.h"
-#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ParameterMemory.h"
 

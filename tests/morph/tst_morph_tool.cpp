@@ -7,28 +7,16 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "ProcessRun.h"
+
 namespace {
 
-struct ToolRun
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
+using ToolRun = ProcessRun;
 
 ToolRun runTool(const QStringList &arguments,
     const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(ORV_TOOL_PATH), arguments);
-    ToolRun run;
-    if (!process.waitForFinished(30000))
-        return run;
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
+    return runProcess(QStringLiteral(ORV_TOOL_PATH), arguments, environment, 30000);
 }
 
 bool writeFile(const QString &path, int size)

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "ChannelStripModel.h"
 #include "HostModel.h"
 #include "MinimalEditor.h"
@@ -216,7 +217,7 @@ void TestMorphingPresetList::refusesBrokenRecords()
     QVERIFY(!f.list.decide());
     QTest::keyClick(&f.list, Qt::Key_Return);
     QCOMPARE(f.memory.morphBatchCount(), 0);
-    QVERIFY(f.memory.text(ORVChStripParameters::MorphSystemNameKey).isEmpty());
+    QVERIFY(f.memory.text(ChannelStripKeys::MorphSystemName).isEmpty());
     QCOMPARE(closed.count(), 0);
     QCOMPARE(chosen.count(), 0);
     QCOMPARE(f.manager.GetSelectData(), nullptr);
@@ -246,21 +247,21 @@ void TestMorphingPresetList::sendsRecordAndSweepReproducesPoints()
     QCOMPARE(closed.count(), 1);
     QCOMPARE(f.manager.GetSelectData(), f.manager.GetSelectList().at(0)->GetData());
     // The entry's name and the record's id on the strip's channel only.
-    QCOMPARE(f.memory.text(MorphSystemNameKey, ch), QByteArray("Vocal Set"));
-    QCOMPARE(f.memory.text(MorphSystemIdKey, ch), record.systemId);
-    QVERIFY(f.memory.text(MorphSystemNameKey, ch + 1).isEmpty());
+    QCOMPARE(f.memory.text(ChannelStripKeys::MorphSystemName, ch), QByteArray("Vocal Set"));
+    QCOMPARE(f.memory.text(ChannelStripKeys::MorphSystemId, ch), record.systemId);
+    QVERIFY(f.memory.text(ChannelStripKeys::MorphSystemName, ch + 1).isEmpty());
 
     // Sweeping the morph knob over the nine point positions gives each
     // point's values on the parameters the columns drive.
-    const ParameterSpec *position = f.model.parameter(f.model.parameterId(MorphValueKey));
+    const ParameterDefinition *position = f.model.parameter(f.model.parameterId(ChannelStripKeys::MorphValue));
     QVERIFY(position);
     // Start between two points so that the first point is a move too.
-    QVERIFY(f.memory.setValueByKey(MorphValueKey, position->maximum / 16, ch));
+    QVERIFY(f.memory.setValueByKey(ChannelStripKeys::MorphValue, position->maximum / 16, ch));
     for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
         const int value = position->minimum + (position->maximum - position->minimum) * point / 8;
-        QVERIFY(f.memory.setValueByKey(MorphValueKey, value, ch));
+        QVERIFY(f.memory.setValueByKey(ChannelStripKeys::MorphValue, value, ch));
         for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
-            const ParameterSpec *columnSpec
+            const ParameterDefinition *columnSpec
                 = f.model.parameter(f.model.parameterId(OrvaneDataParameterList[column]));
             QVERIFY(columnSpec && !columnSpec->morphTargetKey.isEmpty());
             QCOMPARE(f.memory.value(columnSpec->morphTargetKey.constData(), ch),

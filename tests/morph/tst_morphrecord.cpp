@@ -1,8 +1,9 @@
 #include <QTest>
 #include <QtEndian>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/ORVChStripParameters.h"
-#include "ORVChStrip/ORVD/OrvdMorphBatch.h"
+#include "ORVChStrip/OrvdMorphBatch.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 
 using ReadResult = OrvdMorphRecord::ReadResult;
@@ -145,14 +146,14 @@ void TestMorphRecord::batchForRecord()
     const QByteArray name("Entry Name");
     for (int i = 0; i < NameRecords; ++i) {
         const auto &r = records[size_t(i)];
-        QCOMPARE(r.prmId, idOf(MorphSystemNameKey));
+        QCOMPARE(r.prmId, idOf(ChannelStripKeys::MorphSystemName));
         QCOMPARE(int(r.index), i);
         QCOMPARE(r.value, i < name.size() ? int(name.at(i)) : 0);
         QCOMPARE(r.channel, uint32_t(ch));
     }
     for (int i = 0; i < IdRecords; ++i) {
         const auto &r = records[size_t(NameRecords + i)];
-        QCOMPARE(r.prmId, idOf(MorphSystemIdKey));
+        QCOMPARE(r.prmId, idOf(ChannelStripKeys::MorphSystemId));
         QCOMPARE(r.value, i < record.systemId.size() ? int(record.systemId.at(i)) : 0);
     }
     // Point after point, the seventeen columns in order, on the point's channel.
@@ -176,8 +177,8 @@ void TestMorphRecord::batchForRecord()
 void TestMorphRecord::batchAbandonedWhenKeyMissing_data()
 {
     QTest::addColumn<QByteArray>("missing");
-    QTest::newRow("name") << QByteArray(ORVChStripParameters::MorphSystemNameKey);
-    QTest::newRow("id") << QByteArray(ORVChStripParameters::MorphSystemIdKey);
+    QTest::newRow("name") << QByteArray(ChannelStripKeys::MorphSystemName);
+    QTest::newRow("id") << QByteArray(ChannelStripKeys::MorphSystemId);
     QTest::newRow("last column") << QByteArray(ORVChStripParameters::OrvaneDataParameterList[16]);
 }
 

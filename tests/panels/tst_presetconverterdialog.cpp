@@ -5,9 +5,9 @@
 #include <QTimer>
 
 #include "Common/Widgets/PushButtonController.h"
-#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
-#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 #include "PresetTestFiles.h"
 
 using namespace PresetTestFiles;

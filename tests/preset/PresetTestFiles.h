@@ -8,17 +8,19 @@
 #include <QMap>
 #include <QtEndian>
 
-#include "ORVChStrip/BufferStream.h"
-#include "ORVChStrip/MyPlxPresetFile.h"
-#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
-#include "ORVChStrip/PresetFile.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
+#include "ORVChStrip/Preset/MyPlxPresetFile.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/Preset/PresetFile.h"
+#include "TestFiles.h"
 
 // Helpers shared by the preset tests: build preset files with a known
 // component state, patch their bytes, and fingerprint folder trees.
 namespace PresetTestFiles {
 
-inline const FUID MonoID(0x504C5863, 0x73744D75, 0x72206368, 0x20737472);
-inline const FUID StereoID(0x504C5863, 0x73745375, 0x72206368, 0x20737472);
+inline constexpr const FUID &MonoID = ORVChStripClassIds::Mono;
+inline constexpr const FUID &StereoID = ORVChStripClassIds::Stereo;
 inline const FUID ThirdID(0x11223344, 0x55667788, 0x99AABBCC, 0xDDEEFF00);
 
 // A state with every byte value, so that any re-encoding would show.
@@ -34,7 +36,7 @@ inline bool writePreset(const QString &path, const FUID &classID, const QByteArr
 {
     QDir().mkpath(QFileInfo(path).path());
     auto *component = new ORVChStripPresetConverterComponent;
-    auto *input = new BufferStream(state);
+    auto *input = new MemoryBStream(state);
     const bool loaded = component->setState(input) == kResultOk;
     input->release();
     const bool saved = loaded && MyPlxPresetFile(component).save(path, classID);
@@ -45,28 +47,15 @@ inline bool writePreset(const QString &path, const FUID &classID, const QByteArr
 inline QByteArray presetBytes(const FUID &classID, const QByteArray &state)
 {
     auto *component = new ORVChStripPresetConverterComponent;
-    auto *input = new BufferStream(state);
+    auto *input = new MemoryBStream(state);
     component->setState(input);
     input->release();
-    auto *output = new BufferStream;
+    auto *output = new MemoryBStream;
     PresetFile::savePreset(output, classID, component);
     const QByteArray bytes = output->data();
     output->release();
     component->release();
     return bytes;
-}
-
-inline QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 inline QByteArray littleEndian64(qint64 value)

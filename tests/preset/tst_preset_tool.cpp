@@ -6,29 +6,18 @@
 #include <QTest>
 
 #include "PresetTestFiles.h"
+#include "ProcessRun.h"
 
 using namespace PresetTestFiles;
 
 namespace {
 
-struct ToolRun
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
+using ToolRun = ProcessRun;
 
 ToolRun runTool(const QStringList &arguments)
 {
-    QProcess process;
-    process.start(QStringLiteral(ORV_TOOL_PATH), arguments);
-    ToolRun run;
-    if (!process.waitForFinished(30000))
-        return run;
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
+    return runProcess(
+        QStringLiteral(ORV_TOOL_PATH), arguments, QProcessEnvironment::systemEnvironment(), 30000);
 }
 
 } // namespace

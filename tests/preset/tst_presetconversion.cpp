@@ -1,7 +1,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "PresetTestFiles.h"
 
 #include "FileSizeLimit.h"

@@ -1,9 +1,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "ORVChStrip/FileStream.h"
-#include "ORVChStrip/PresetFileInfo.h"
-#include "ORVChStrip/ReadOnlyBStream.h"
+#include "ORVChStrip/Chunk/FileBStream.h"
+#include "ORVChStrip/Chunk/ReadOnlyBStream.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 #include "PresetTestFiles.h"
 
 using namespace PresetTestFiles;
@@ -13,13 +13,13 @@ namespace {
 // A stream over bytes whose reads stop at `cutAt` as a file that shrank or a
 // failing disk would, while seeking to its end still tells the full length.
 // Every read hands out at most `piece` bytes.
-class FlakyStream : public BufferStream
+class FlakyStream : public MemoryBStream
 {
 public:
     enum Stop { EndsEarly, Fails };
 
     FlakyStream(const QByteArray &bytes, qint64 cutAt, Stop stop, int piece)
-        : BufferStream(bytes)
+        : MemoryBStream(bytes)
         , m_cutAt(cutAt)
         , m_stop(stop)
         , m_piece(piece)
@@ -37,7 +37,7 @@ public:
         qint64 wanted = qMin<qint64>(numBytes, m_piece);
         if (m_cutAt >= 0)
             wanted = qMin(wanted, m_cutAt - position);
-        return BufferStream::read(buffer, int32_t(wanted), numBytesRead);
+        return MemoryBStream::read(buffer, int32_t(wanted), numBytesRead);
     }
 
 private:
@@ -170,7 +170,7 @@ void TestPresetFile::listCappedOnRead()
     const QString path = m_dir.filePath(QStringLiteral("many.plxpreset"));
     QVERIFY(writeFile(path, bytes));
 
-    FileStream *stream = FileStream::open(path, "rb");
+    FileBStream *stream = FileBStream::openFile(path, QIODevice::ReadOnly);
     QVERIFY(stream);
     PresetFile file(stream);
     stream->release();
@@ -186,7 +186,7 @@ void TestPresetFile::listCappedOnRead()
 
 void TestPresetFile::chunkLimitOnWrite()
 {
-    auto *stream = new BufferStream;
+    auto *stream = new MemoryBStream;
     PresetFile file(stream);
     stream->release();
     QVERIFY(file.writeHeader());
@@ -237,7 +237,7 @@ void TestPresetFile::windowReads()
     QFETCH(int, wanted);
     QFETCH(QByteArray, expected);
 
-    auto *source = new BufferStream(QByteArray("abcdefghij"));
+    auto *source = new MemoryBStream(QByteArray("abcdefghij"));
     auto *window = new ReadOnlyBStream(source, 2, 6);
     source->release(); // the window keeps it alive
 
@@ -284,7 +284,7 @@ void TestPresetFile::loadClassMatching()
     QFETCH(QList<FUID>, alternatives);
     QFETCH(bool, loads);
 
-    auto *stream = new BufferStream(bytes);
+    auto *stream = new MemoryBStream(bytes);
     auto *component = new ORVChStripPresetConverterComponent;
     QCOMPARE(PresetFile::loadPreset(stream, StereoID, component, alternatives), loads);
     if (loads)

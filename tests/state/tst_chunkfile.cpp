@@ -2,9 +2,9 @@
 #include <QTest>
 
 #include "ChunkBytes.h"
-#include "Interfaces/MemoryBStream.h"
 #include "ORVChStrip/Chunk/AnalyzerError.h"
 #include "ORVChStrip/Chunk/ChStripFileBinException.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
 #include "ORVChStrip/Chunk/YNullStream.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"

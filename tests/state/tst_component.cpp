@@ -3,7 +3,8 @@
 
 #include "ChunkBytes.h"
 #include "HostModel.h"
-#include "Interfaces/MemoryBStream.h"
+#include "Interfaces/ChannelStripKeys.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
@@ -154,7 +155,7 @@ void TestComponent::restoreWritesMorphPositionFirst()
     QCOMPARE(target.restore(source.save()), kResultOk);
     const QVector<ParameterMemory::Write> writes = target.memory.writes();
     QCOMPARE(writes.size(), ParameterListExCount - 1); // every key but the unused slot
-    QCOMPARE(writes.first().prmId, target.model.parameterId(MorphValueKey));
+    QCOMPARE(writes.first().prmId, target.model.parameterId(ChannelStripKeys::MorphValue));
     QSet<unsigned short> written;
     for (const ParameterMemory::Write &write : writes) {
         QCOMPARE(write.ch, Channel);

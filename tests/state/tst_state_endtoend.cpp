@@ -7,42 +7,13 @@
 
 #include "FileSizeLimit.h"
 #include "HostModel.h"
-#include "Interfaces/FileBStream.h"
+#include "ORVChStrip/Chunk/FileBStream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ParameterMemory.h"
+#include "ProcessRun.h"
+#include "TestFiles.h"
 
-namespace {
-
-struct Run
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Run run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    process.setProcessEnvironment(environment);
-    process.start(program, arguments);
-    Run result;
-    if (!process.waitForFinished(60000))
-        return result;
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
-    return result;
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
+using Run = ProcessRun;
 
 class TestStateEndToEnd : public QObject
 {
@@ -66,7 +37,7 @@ private:
 
 QString TestStateEndToEnd::hostRun(const QStringList &arguments, Run *result)
 {
-    *result = run(QStringLiteral(ORV_HOST_PATH),
+    *result = runProcess(QStringLiteral(ORV_HOST_PATH),
         arguments
             + QStringList { QStringLiteral("--screenshot"), m_dir.filePath(QStringLiteral("panel.png")) });
     return QString::fromLocal8Bit(result->err);
@@ -116,7 +87,7 @@ void TestStateEndToEnd::hostSavesAndRestores()
     QCOMPARE(memory.snapshot(27), reference.snapshot(27));
 
     // The tool describes it.
-    const Run dump = run(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved, "--json" });
+    const Run dump = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved, "--json" });
     QVERIFY2(dump.exitCode == 0, dump.err.constData());
     const QJsonObject object = QJsonDocument::fromJson(dump.out).object();
     QCOMPARE(object.value("layout").toString(), QStringLiteral("newer"));
@@ -124,7 +95,7 @@ void TestStateEndToEnd::hostSavesAndRestores()
     QCOMPARE(object.value("morph_system_name").toString(), QStringLiteral("Vocal Air"));
     QCOMPARE(object.value("extended").toArray().size(), 26);
     QCOMPARE(object.value("morph_table").toArray().at(9).toArray().at(0).toInt(), -1);
-    const Run text = run(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
+    const Run text = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
     QCOMPARE(text.exitCode, 0);
     QVERIFY(text.out.contains("     928       728  CHST"));
 }
@@ -158,7 +129,7 @@ void TestStateEndToEnd::badStateFilesAreReported()
     QVERIFY2(err.contains(path) && err.contains(problem), qPrintable(err));
     QCOMPARE(readFile(path), bytes); // left alone
 
-    const Run dump = run(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", path });
+    const Run dump = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", path });
     QVERIFY(dump.exitCode != 0);
     // The tool names the offset that the host names.
     QVERIFY2(dump.err.startsWith("orvchstrip-tool: state dump: " + path.toLocal8Bit() + ": offset "
@@ -171,7 +142,7 @@ void TestStateEndToEnd::badStateFilesAreReported()
     QVERIFY(chunkFile.open(QIODevice::WriteOnly));
     chunkFile.write(damaged.mid(928));
     chunkFile.close();
-    const Run chunkDump = run(QStringLiteral(ORV_TOOL_PATH), { "chunk", "dump", path });
+    const Run chunkDump = runProcess(QStringLiteral(ORV_TOOL_PATH), { "chunk", "dump", path });
     QCOMPARE(chunkDump.exitCode, 1);
     QVERIFY2(chunkDump.err.contains(": offset 0: not a valid chunk file: expected \"CHST\"")
             && !chunkDump.err.contains("csv-file"),
@@ -250,7 +221,7 @@ void TestStateEndToEnd::fullDiskKeepsSavedState()
     {
         FileSizeLimit limit(1000);
         QVERIFY(limit.isActive());
-        result = run(QStringLiteral(ORV_HOST_PATH),
+        result = runProcess(QStringLiteral(ORV_HOST_PATH),
             { "--set", "fx_cmp_atck=77", "--save-state", path, "--screenshot",
                 m_dir.filePath("unused.png") });
     }

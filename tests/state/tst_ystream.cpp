@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/YNullStream.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"
 

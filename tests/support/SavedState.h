@@ -3,7 +3,7 @@
 #include <QByteArray>
 
 #include "HostModel.h"
-#include "Interfaces/MemoryBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ParameterMemory.h"
 

@@ -1,4 +1,4 @@
-#include "ORVChStrip/ORVChStripPresetConversion.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -9,9 +9,10 @@
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "ORVChStrip/MyPlxPresetFile.h"
-#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
-#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/Preset/MyPlxPresetFile.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 
 namespace {
 
@@ -126,9 +127,9 @@ QList<ORVChStripPresetConversion::FolderPair> ORVChStripPresetConversion::folder
 
 QString ORVChStripPresetConversion::className(const FUID &classID)
 {
-    if (classID == MonoPresetID)
+    if (classID == ORVChStripClassIds::Mono)
         return QStringLiteral("mono");
-    if (classID == StereoPresetID)
+    if (classID == ORVChStripClassIds::Stereo)
         return QStringLiteral("stereo");
     return QStringLiteral("other");
 }
@@ -243,7 +244,7 @@ void ORVChStripPresetConversion::convertFile(
     if (!info.isValid())
         return skip(QStringLiteral("not a preset: ") + info.error);
     const FUID classID = info.classID;
-    if (classID != MonoPresetID && classID != StereoPresetID)
+    if (classID != ORVChStripClassIds::Mono && classID != ORVChStripClassIds::Stereo)
         return skip(QStringLiteral("class id %1 is neither the mono nor the stereo class")
                         .arg(QString::fromLatin1(info.classIdText)));
     const QString kind = className(classID) + QStringLiteral(" preset");
@@ -271,7 +272,7 @@ void ORVChStripPresetConversion::convertFile(
 
     const bool replaces = QFileInfo::exists(target);
     QString done = kind;
-    if (classID != StereoPresetID)
+    if (classID != ORVChStripClassIds::Stereo)
         done += QStringLiteral(", re-written under the stereo class id");
     if (replaces)
         done += QStringLiteral(", replaces the existing file");
@@ -288,7 +289,7 @@ void ORVChStripPresetConversion::convertFile(
     } else if (!createDirectory(destination)) {
         result = item(source, target, PresetConversionItem::Failed,
             QStringLiteral("cannot create the folder '%1'").arg(QDir::toNativeSeparators(destination)));
-    } else if (QString error; !preset.save(target, StereoPresetID, &error)) {
+    } else if (QString error; !preset.save(target, ORVChStripClassIds::Stereo, &error)) {
         result = item(source, target, PresetConversionItem::Failed,
             replaces ? error + QStringLiteral("; the existing file is left as it was") : error);
     } else {

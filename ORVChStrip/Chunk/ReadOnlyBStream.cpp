@@ -1,4 +1,4 @@
-#include "ORVChStrip/ReadOnlyBStream.h"
+#include "ORVChStrip/Chunk/ReadOnlyBStream.h"
 
 #include <algorithm>
 
@@ -15,27 +15,6 @@ ReadOnlyBStream::~ReadOnlyBStream()
 {
     if (m_source)
         m_source->release();
-}
-
-int32_t ReadOnlyBStream::queryInterface(const char *, void **obj)
-{
-    if (obj)
-        *obj = nullptr;
-    return kNoInterface;
-}
-
-uint32_t ReadOnlyBStream::addRef()
-{
-    return ++m_refCount;
-}
-
-uint32_t ReadOnlyBStream::release()
-{
-    if (--m_refCount == 0) {
-        delete this;
-        return 0;
-    }
-    return m_refCount;
 }
 
 int32_t ReadOnlyBStream::read(void *buffer, int32_t numBytes, int32_t *numBytesRead)

@@ -1,7 +1,8 @@
-#include "ORVChStrip/ORVD/OrvdMorphBatch.h"
+#include "ORVChStrip/OrvdMorphBatch.h"
 
 #include <utility>
 
+#include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 
@@ -47,8 +48,8 @@ bool OrvdMorphBatch::appendMorphSet(const QByteArray &name, const OrvdMorphRecor
         return false;
     const auto channel = static_cast<uint32_t>(ch);
     if (!appendPrmInfoChars(
-            MorphSystemNameKey, name.left(MorphSystemNameLength), MorphSystemNameLength, channel)
-        || !appendPrmInfoChars(MorphSystemIdKey, record.systemId, OrvdMorphRecord::SystemIdCapacity, channel))
+            ChannelStripKeys::MorphSystemName, name.left(MorphSystemNameLength), MorphSystemNameLength, channel)
+        || !appendPrmInfoChars(ChannelStripKeys::MorphSystemId, record.systemId, OrvdMorphRecord::SystemIdCapacity, channel))
         return false;
     for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
         const uint32_t pointChannel = channel * MorphPointCount + uint32_t(point);

@@ -1,24 +1,17 @@
 #pragma once
 
-#include "Interfaces/IBStream.h"
+#include "ORVChStrip/Chunk/RefCountedBStream.h"
 
 // A read-only window of `size` bytes at `offset` in another stream. Positions
 // are relative to the window; reads and seeks never leave it. The window holds
 // a reference on its source for its whole life.
-class ReadOnlyBStream : public IBStream
+class ReadOnlyBStream : public RefCountedBStream
 {
 public:
     ReadOnlyBStream(IBStream *source, int64_t offset, int64_t size);
-    virtual ~ReadOnlyBStream();
-
-    ReadOnlyBStream(const ReadOnlyBStream &) = delete;
-    ReadOnlyBStream &operator=(const ReadOnlyBStream &) = delete;
+    ~ReadOnlyBStream() override;
 
     int64_t size() const { return m_size; }
-
-    int32_t queryInterface(const char *iid, void **obj) override;
-    uint32_t addRef() override;
-    uint32_t release() override;
 
     int32_t read(void *buffer, int32_t numBytes, int32_t *numBytesRead = nullptr) override;
     int32_t write(const void *buffer, int32_t numBytes, int32_t *numBytesWritten = nullptr) override;
@@ -30,5 +23,4 @@ private:
     int64_t m_offset;
     int64_t m_size;
     int64_t m_position = 0;
-    uint32_t m_refCount = 1;
 };

@@ -18,7 +18,7 @@ enum class ValueKind {
 
 // One parameter of the simulated model: key, integer range, default, and how
 // its value reads. Linear values show (value * step + offset) with `decimals`.
-struct ParameterSpec
+struct ParameterDefinition
 {
     QByteArray key;
     int minimum = 0;
@@ -38,7 +38,7 @@ struct ParameterSpec
     bool isText() const { return kind == ValueKind::Text; }
 };
 
-struct MeterSpec
+struct MeterDefinition
 {
     QByteArray key;
     unsigned short channels = 2;

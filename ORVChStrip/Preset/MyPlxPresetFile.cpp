@@ -1,11 +1,11 @@
-#include "ORVChStrip/MyPlxPresetFile.h"
+#include "ORVChStrip/Preset/MyPlxPresetFile.h"
 
 #include <QFile>
 
 #include "Interfaces/AtomicFileWriter.h"
-#include "ORVChStrip/BufferStream.h"
-#include "ORVChStrip/FileStream.h"
-#include "ORVChStrip/PresetFile.h"
+#include "ORVChStrip/Chunk/FileBStream.h"
+#include "ORVChStrip/Chunk/MemoryBStream.h"
+#include "ORVChStrip/Preset/PresetFile.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ bool MyPlxPresetFile::load(const char *path, const FUID &classID)
 bool MyPlxPresetFile::load(const QString &path, const FUID &classID)
 {
     try {
-        FileStream *stream = FileStream::open(path, "rb");
+        FileBStream *stream = FileBStream::openFile(path, QIODevice::ReadOnly);
         if (!stream)
             return false;
         const bool ok = PresetFile::loadPreset(stream, classID, m_component);
@@ -49,7 +49,7 @@ bool MyPlxPresetFile::save(const QString &path, const FUID &classID, QString *er
     if (path.isEmpty())
         return false;
     try {
-        auto *buffer = new BufferStream;
+        auto *buffer = new MemoryBStream;
         const bool built = PresetFile::savePreset(buffer, classID, m_component);
         const QByteArray bytes = buffer->data();
         buffer->release();
@@ -72,7 +72,7 @@ int MyPlxPresetFile::checkID(const char *path, const FUID &classID)
 int MyPlxPresetFile::checkID(const QString &path, const FUID &classID)
 {
     try {
-        FileStream *stream = FileStream::open(path, "rb");
+        FileBStream *stream = FileBStream::openFile(path, QIODevice::ReadOnly);
         if (!stream)
             return -1;
         PresetFile file(stream);

@@ -53,9 +53,6 @@ struct PresetConversionOptions
 class ORVChStripPresetConversion
 {
 public:
-    static constexpr FUID MonoPresetID { 0x504C5863, 0x73744D75, 0x72206368, 0x20737472 };
-    static constexpr FUID StereoPresetID { 0x504C5863, 0x73745375, 0x72206368, 0x20737472 };
-
     struct FolderPair
     {
         QString source;

@@ -1,10 +1,10 @@
-#include "ORVChStrip/PresetFileInfo.h"
+#include "ORVChStrip/Preset/PresetFileInfo.h"
 
 #include <QFile>
 #include <QtEndian>
 #include <algorithm>
 
-#include "ORVChStrip/PresetFile.h"
+#include "ORVChStrip/Preset/PresetFile.h"
 
 namespace {
 

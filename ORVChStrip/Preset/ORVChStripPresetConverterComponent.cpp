@@ -1,4 +1,4 @@
-#include "ORVChStrip/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,11 +1,11 @@
-#include "ORVChStrip/PresetFile.h"
+#include "ORVChStrip/Preset/PresetFile.h"
 
 #include <QtEndian>
 #include <cstring>
 
 #include "Interfaces/IBStream.h"
 #include "Interfaces/IComponent.h"
-#include "ORVChStrip/ReadOnlyBStream.h"
+#include "ORVChStrip/Chunk/ReadOnlyBStream.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Common/VectorRegisterState.h"
+#include "ORVChStrip/Filter/VectorRegisterState.h"
 
 void clearUpperVectorRegisters()
 {

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QWidget>
+
+#include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/AccessibleNameFallback.h"
+
+namespace CommonController_MemAPI {
+
+// What the knob, the fader and the text field share: the value signal, sent
+// once the host confirms a value, the modifiers and drag signals, and an
+// accessible description that follows the value, with a name that falls back
+// to the object name.
+class ValueController : public QWidget, public AbstractController
+{
+    Q_OBJECT
+
+public:
+    explicit ValueController(QWidget *parent = nullptr);
+
+    bool isDragging() const { return m_dragging; }
+    void setScale(double scale) override;
+
+signals:
+    void valueChanged(int value);
+    void modifiersChange(AbstractController *pController, Qt::KeyboardModifiers modifiers);
+    void drag(bool dragging);
+
+public slots:
+    void valueChangedRequest() override;
+
+protected:
+    void valueChanged() override;
+    void notifyModifiersChange(Qt::KeyboardModifiers modifiers) override;
+
+    // The text the control shows for its value; the description reads the
+    // number where it is empty.
+    virtual QString describedText() const { return string(); }
+    void updateAccessibleText();
+
+    // Closes the edit bracket of a drag, if one is open.
+    virtual void endDrag();
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    // A drag must not outlive the control's visibility.
+    void hideEvent(QHideEvent *event) override;
+
+    bool m_dragging = false;
+
+private:
+    AccessibleNameFallback m_accessibleName;
+};
+
+} // namespace CommonController_MemAPI

@@ -1,0 +1,134 @@
+#include <QTest>
+#include <cmath>
+#include <iterator>
+
+#include "Interfaces/ChannelStripValueTables.h"
+
+using namespace ChannelStripTables;
+
+// The value tables are shared by the host simulation and the graphs, so a
+// wrong entry would pass every other test. The expectations here are written
+// out from the tables' definition, never computed.
+class TestValueTables : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void tablesHaveTheirLengths();
+    void entriesMatchTheDefinition_data();
+    void entriesMatchTheDefinition();
+    void tablesRiseStrictly();
+};
+
+namespace {
+
+double entry(const QByteArray &table, int index)
+{
+    if (table == "freq")
+        return FreqTable[index];
+    if (table == "gain")
+        return GainTable[index];
+    if (table == "q")
+        return QTable[index];
+    return RatioTable[index];
+}
+
+int countOf(const QByteArray &table)
+{
+    if (table == "freq")
+        return FreqCount;
+    if (table == "gain")
+        return GainCount;
+    if (table == "q")
+        return QCount;
+    return RatioCount;
+}
+
+} // namespace
+
+void TestValueTables::tablesHaveTheirLengths()
+{
+    QCOMPARE(FreqCount, 125);
+    QCOMPARE(GainCount, 361);
+    QCOMPARE(QCount, 61);
+    QCOMPARE(RatioCount, 121);
+    QCOMPARE(int(std::size(FreqTable)), 125);
+    QCOMPARE(int(std::size(QTable)), 61);
+    QCOMPARE(int(std::size(RatioTable)), 121);
+}
+
+void TestValueTables::entriesMatchTheDefinition_data()
+{
+    QTest::addColumn<QByteArray>("table");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<double>("expected");
+
+    // Frequencies: forty steps per decade from 16 Hz to 20 kHz.
+    QTest::newRow("freq first") << QByteArray("freq") << 0 << 16.0;
+    QTest::newRow("freq 20 Hz") << QByteArray("freq") << 4 << 20.0;
+    QTest::newRow("freq 21.2 Hz") << QByteArray("freq") << 5 << 21.2;
+    QTest::newRow("freq 31.5 Hz") << QByteArray("freq") << 12 << 31.5;
+    QTest::newRow("freq 100 Hz") << QByteArray("freq") << 32 << 100.0;
+    QTest::newRow("freq 1 kHz") << QByteArray("freq") << 72 << 1000.0;
+    QTest::newRow("freq 1.06 kHz") << QByteArray("freq") << 73 << 1060.0;
+    QTest::newRow("freq 10 kHz") << QByteArray("freq") << 112 << 10000.0;
+    QTest::newRow("freq last") << QByteArray("freq") << 124 << 20000.0;
+
+    // Gains: -18.0 dB to +18.0 dB in 0.1 dB.
+    QTest::newRow("gain first") << QByteArray("gain") << 0 << -18.0;
+    QTest::newRow("gain second") << QByteArray("gain") << 1 << -17.9;
+    QTest::newRow("gain -6.5 dB") << QByteArray("gain") << 115 << -6.5;
+    QTest::newRow("gain 0 dB") << QByteArray("gain") << 180 << 0.0;
+    QTest::newRow("gain +0.5 dB") << QByteArray("gain") << 185 << 0.5;
+    QTest::newRow("gain +6.1 dB") << QByteArray("gain") << 241 << 6.1;
+    QTest::newRow("gain last") << QByteArray("gain") << 360 << 18.0;
+
+    // Q: twelve steps per doubling from 0.5 to 16.
+    QTest::newRow("q first") << QByteArray("q") << 0 << 0.5;
+    QTest::newRow("q second") << QByteArray("q") << 1 << 0.53;
+    QTest::newRow("q 1") << QByteArray("q") << 12 << 1.0;
+    QTest::newRow("q 1.5") << QByteArray("q") << 19 << 1.5;
+    QTest::newRow("q 2") << QByteArray("q") << 24 << 2.0;
+    QTest::newRow("q 4") << QByteArray("q") << 36 << 4.0;
+    QTest::newRow("q 10.68") << QByteArray("q") << 53 << 10.68;
+    QTest::newRow("q last") << QByteArray("q") << 60 << 16.0;
+
+    // Ratios: 0.05 steps to 4, then ever coarser, the last entry limiting.
+    QTest::newRow("ratio first") << QByteArray("ratio") << 0 << 1.0;
+    QTest::newRow("ratio 2:1") << QByteArray("ratio") << 20 << 2.0;
+    QTest::newRow("ratio 4:1") << QByteArray("ratio") << 60 << 4.0;
+    QTest::newRow("ratio 4.1:1") << QByteArray("ratio") << 61 << 4.1;
+    QTest::newRow("ratio 5:1") << QByteArray("ratio") << 70 << 5.0;
+    QTest::newRow("ratio 5.2:1") << QByteArray("ratio") << 71 << 5.2;
+    QTest::newRow("ratio 7.5:1") << QByteArray("ratio") << 81 << 7.5;
+    QTest::newRow("ratio 10:1") << QByteArray("ratio") << 86 << 10.0;
+    QTest::newRow("ratio 20:1") << QByteArray("ratio") << 96 << 20.0;
+    QTest::newRow("ratio 40:1") << QByteArray("ratio") << 106 << 40.0;
+    QTest::newRow("ratio 80:1") << QByteArray("ratio") << 113 << 80.0;
+    QTest::newRow("ratio 500:1") << QByteArray("ratio") << 119 << 500.0;
+    QTest::newRow("ratio last") << QByteArray("ratio") << 120 << 3000.0;
+}
+
+void TestValueTables::entriesMatchTheDefinition()
+{
+    QFETCH(QByteArray, table);
+    QFETCH(int, index);
+    QFETCH(double, expected);
+    const double actual = entry(table, index);
+    QVERIFY2(std::abs(actual - expected) < 1e-9,
+        qPrintable(QStringLiteral("%1[%2] is %3").arg(QString::fromLatin1(table)).arg(index).arg(actual)));
+}
+
+void TestValueTables::tablesRiseStrictly()
+{
+    // A transposed or duplicated entry anywhere between the checked ones.
+    for (const QByteArray &table :
+        { QByteArray("freq"), QByteArray("gain"), QByteArray("q"), QByteArray("ratio") }) {
+        for (int i = 1; i < countOf(table); ++i)
+            QVERIFY2(entry(table, i) > entry(table, i - 1),
+                qPrintable(QStringLiteral("%1[%2]").arg(QString::fromLatin1(table)).arg(i)));
+    }
+}
+
+QTEST_MAIN(TestValueTables)
+#include "tst_valuetables.moc"
