@@ -8,7 +8,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringDecoder>
-#include <cstring>
 
 #ifdef Q_OS_UNIX
 #include <dirent.h>
@@ -18,19 +17,17 @@
 #include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ORVD/ORVD_Select.h"
+#include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "tools/MorphRecordCommands.h"
 #include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
 
 namespace {
 
-constexpr const char *MorphUsage = "morph list [--folder DIR] [--json] | morph show FILE [--json] | morph make "
-                                   "--from TABLE.json --out FILE.ord";
+constexpr const char *MorphUsage
+    = "morph list [--folder DIR] [--json] | morph show FILE [--json] | morph make "
+      "--from TABLE.json --out FILE.ord";
 const QString Command = QStringLiteral("morph list");
-
-// What the editor checks before it sends a morph record to the host.
-constexpr unsigned int MorphRecordSize = 512;
-constexpr char MorphRecordMagic[] = "ORVD";
 
 constexpr int NameColumns = 40;
 
@@ -53,16 +50,12 @@ void openAllFolders(const std::vector<ORVD_Data *> &list)
 // Why the editor would not send this file to the host; empty when it would.
 QString refusal(const ORVD_Data *data)
 {
-    if (data->GetDataSize() != MorphRecordSize)
-        return QStringLiteral("not sent: %1 bytes, a morph record has %2")
-            .arg(data->GetDataSize())
-            .arg(MorphRecordSize);
-    if (std::memcmp(data->GetDataBuffer(), MorphRecordMagic, 4) != 0) {
-        const QByteArray found(reinterpret_cast<const char *>(data->GetDataBuffer()), 4);
-        return QStringLiteral("not sent: offset 0: expected \"%1\", found \"%2\"")
-            .arg(QLatin1String(MorphRecordMagic), PrintableName::escaped(QString::fromLatin1(found)));
-    }
-    return QString();
+    // The same reading of the record as the morphing list's before it sends.
+    const OrvdMorphRecord::ReadResult result
+        = OrvdMorphRecord::read(data->GetDataBuffer(), data->GetDataSize(), nullptr);
+    if (result == OrvdMorphRecord::ReadResult::Ok)
+        return QString();
+    return QStringLiteral("not sent: ") + OrvdMorphRecord::describe(result, data->GetDataSize());
 }
 
 // The scan holds names as Unicode, so a file whose name is not valid UTF-8

@@ -12,6 +12,7 @@
 #endif
 
 #include "CommandRun.h"
+#include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "SavedState.h"
 #include "tools/PrintableName.h"
 
@@ -30,10 +31,15 @@ bool writeFile(const QString &path, const QByteArray &bytes)
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
+// A morph record the morphing list would send, with another magic or cut to
+// another size where asked.
 QByteArray morphRecord(const char *magic = "ORVD", int size = 512)
 {
-    QByteArray bytes(size, '\0');
-    bytes.replace(0, std::min(4, size), QByteArray(magic).left(size));
+    OrvdMorphRecord record;
+    record.name = QStringLiteral("Set");
+    QByteArray bytes = record.write();
+    bytes.replace(0, 4, QByteArray(magic, 4));
+    bytes.resize(size);
     return bytes;
 }
 
@@ -207,9 +213,9 @@ void TestToolCommandLine::morphListMarksAndAligns()
                                  : QStringLiteral("%1 lines for %2").arg(found.size()).arg(name);
     };
     QVERIFY(!lineOf("Good").contains(QLatin1Char('[')));
-    QVERIFY2(lineOf("Short").endsWith("[not sent: 14 bytes, a morph record has 512]"),
-        qPrintable(lineOf("Short")));
-    QVERIFY2(lineOf("Magic").endsWith("[not sent: offset 0: expected \"ORVD\", found \"XXXX\"]"),
+    QVERIFY2(
+        lineOf("Short").endsWith("[not sent: the record is 14 bytes, not 512]"), qPrintable(lineOf("Short")));
+    QVERIFY2(lineOf("Magic").endsWith("[not sent: the record does not begin with \"ORVD\"]"),
         qPrintable(lineOf("Magic")));
     QVERIFY(!lineOf("new\\nline").contains(QLatin1Char('[')));
     QCOMPARE(fileLines.filter(QStringLiteral("NFC/NFD")).size(), 1);
