@@ -84,6 +84,22 @@ void CompressorGraphPainter::paint(
     paintCurve(painter, size, settings);
 }
 
+void CompressorGraphPainter::paintOperatingPoint(
+    QPainter &painter, const QSize &size, const QPointF &levelsDb)
+{
+    const double range = -CompressorCurve::MinLevelDb;
+    const QPointF centre(size.width() + size.width() * levelsDb.x() / range,
+        -size.height() * std::min(levelsDb.y(), 0.0) / range);
+    // About 3.5 pixels at the graph's design size, whatever the scale.
+    const double radius = std::max(2.0, size.width() * 3.5 / 191.0);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0x16, 0x19, 0x1e), radius * 0.5));
+    painter.setBrush(QColor(0xff, 0xf3, 0xdc));
+    painter.drawEllipse(centre, radius, radius);
+    painter.restore();
+}
+
 QPolygonF CompressorGraphPainter::outline(
     const QSizeF &size, int devicePixelRatio, const CompressorCurve::Settings &settings)
 {

@@ -1,6 +1,7 @@
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 
 #include <QPainter>
+#include <cmath>
 
 #include "Common/EffectEditor.h"
 #include "Interfaces/ChannelStripKeys.h"
@@ -63,4 +64,30 @@ void ORVChStripCompressorGraph::paintEvent(QPaintEvent *)
         return;
     m_painter.setEnabled(isEnabled());
     m_painter.paintCurve(painter, size(), currentSettings());
+    if (m_hasOperatingPoint && isEnabled())
+        CompressorGraphPainter::paintOperatingPoint(painter, size(), m_operatingPoint);
+}
+
+void ORVChStripCompressorGraph::setOperatingPoint(double inputDb, double outputDb)
+{
+    // Below the graph's floor the point has nothing to show.
+    if (inputDb < CompressorCurve::MinLevelDb) {
+        clearOperatingPoint();
+        return;
+    }
+    // Steps finer than a tenth of a dB move it by less than a pixel.
+    const QPointF point(std::round(inputDb * 10.0) / 10.0, std::round(outputDb * 10.0) / 10.0);
+    if (m_hasOperatingPoint && point == m_operatingPoint)
+        return;
+    m_operatingPoint = point;
+    m_hasOperatingPoint = true;
+    update();
+}
+
+void ORVChStripCompressorGraph::clearOperatingPoint()
+{
+    if (!m_hasOperatingPoint)
+        return;
+    m_hasOperatingPoint = false;
+    update();
 }

@@ -42,6 +42,14 @@ public:
 
     QSize sizeHint() const override { return QSize(191, 191); }
 
+    // Where the signal sits on the curve now: the detected input level and
+    // the level after the gain change, in dB. The editor feeds it from the
+    // meters and clears it when they stop.
+    void setOperatingPoint(double inputDb, double outputDb);
+    void clearOperatingPoint();
+    bool hasOperatingPoint() const { return m_hasOperatingPoint; }
+    QPointF operatingPoint() const { return m_operatingPoint; }
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
@@ -51,4 +59,6 @@ private:
     ObservedParameters m_parameters;
     CompressorGraphPainter m_painter;
     GraphGridCache m_grid;
+    QPointF m_operatingPoint;
+    bool m_hasOperatingPoint = false;
 };

@@ -1,6 +1,8 @@
 #include "ORVChStrip/ORVChStripEditor.h"
 
 #include <QEvent>
+#include <QTimerEvent>
+#include <algorithm>
 
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
@@ -8,12 +10,13 @@
 #include "ORVChStrip/MorphingListSettings.h"
 #include "ORVChStrip/ORVChStripAbout.h"
 #include "ORVChStrip/ORVChStripComponent.h"
+#include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripParameters.h"
-#include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
+#include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/ReversibleProgress.h"
 #include "ORVChStrip/SectionDimmer.h"
 #include "ui_ORVChStripEditor.h"
@@ -66,6 +69,8 @@ constexpr double CompressorTitleDimmedOpacity = 0.5;
 constexpr double EqualizerDimmedOpacity = 0.5;
 
 constexpr int MorphingPresetSlideMs = 20;
+// The operating point goes when no meters came for this long.
+constexpr int OperatingPointTimeoutMs = 500;
 // The morphing list covers the equalizer and morphing sections.
 constexpr QRect MorphingPresetDesignRect(408, 40, 505, 532);
 
@@ -364,11 +369,35 @@ void ORVChStripEditor::updateMeterRoutes()
     }
     m_meters.add(this, Keys::SideChainMeter, m_ch1, false, ui.m_pSideChainMeter);
     m_meters.add(this, Keys::GainReductionMeter, m_ch1, false, ui.m_pGainReductionMeter);
+
+    unsigned short index = 0;
+    const auto ch = static_cast<unsigned short>(std::max(m_ch1, 0));
+    m_detectorMeterIndex = getMeterIndex(Keys::SideChainMeter, ch, false, &index) ? index : -1;
+    m_reductionMeterIndex = getMeterIndex(Keys::GainReductionMeter, ch, false, &index) ? index : -1;
 }
 
 void ORVChStripEditor::notifyMeterDbUpdated(unsigned int *values, unsigned int count)
 {
     m_meters.route(values, count);
+    if (!values || m_detectorMeterIndex < 0 || m_reductionMeterIndex < 0
+        || unsigned(m_detectorMeterIndex) >= count || unsigned(m_reductionMeterIndex) >= count)
+        return;
+    // Tenths of a dB; the gain change is negative while the compressor reduces.
+    const double detectorDb = static_cast<int>(values[m_detectorMeterIndex]) / 10.0;
+    const double changeDb = static_cast<int>(values[m_reductionMeterIndex]) / 10.0;
+    m_pUi->m_pCompressorGraph->setOperatingPoint(detectorDb, detectorDb + changeDb);
+    m_operatingPointTimeout.start(OperatingPointTimeoutMs, this);
+}
+
+void ORVChStripEditor::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_operatingPointTimeout.timerId()) {
+        EffectEditor::timerEvent(event);
+        return;
+    }
+    // The meters stopped: the point would only show a stale level.
+    m_operatingPointTimeout.stop();
+    m_pUi->m_pCompressorGraph->clearOperatingPoint();
 }
 
 void ORVChStripEditor::unregisterObservers()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBasicTimer>
 #include <QList>
 #include <memory>
 
@@ -89,6 +90,7 @@ public slots:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
@@ -128,6 +130,11 @@ private:
     ObservedParameters m_observed;
     MorphMatchMonitor *m_pMorphMatch;
     MeterRouter m_meters;
+    // The side-chain detector and gain-reduction entries of the meter array,
+    // which place the operating point on the compressor graph; -1 if unknown.
+    int m_detectorMeterIndex = -1;
+    int m_reductionMeterIndex = -1;
+    QBasicTimer m_operatingPointTimeout;
     EqualizerEditTarget m_editTarget;
     QList<Binding> m_bindings;
     SectionDimmer *m_pCompressorDimmer;

@@ -15,6 +15,7 @@
 #include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
 #include "ORVChStrip/ORVChStripAbout.h"
+#include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ORVChStrip/ORVChStripEditor.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
@@ -140,6 +141,7 @@ private slots:
     void monoStripShowsAndDrivesOnlyMonoMeters();
     void meterIndexOutsideTheArrayKeepsTheLastValue();
     void morphNameShowsOnTheButton();
+    void operatingPointFollowsTheMetersWhileTheyArrive();
     void pickingAMorphSetSlidesTheListAndDrivesTheStrip();
     void morphingListSettingsRoundTrip();
 };
@@ -397,6 +399,27 @@ void tst_Editor::meterIndexOutsideTheArrayKeepsTheLastValue()
     QCOMPARE(meterValue(host, "m_pSideChainMeter"), -30);
     host.editor->notifyMeterDbUpdated(nullptr, 0);
     QCOMPARE(meterValue(host, "m_pSideChainMeter"), -30);
+}
+
+void tst_Editor::operatingPointFollowsTheMetersWhileTheyArrive()
+{
+    Host host;
+    auto *graph = host.widget<ORVChStripCompressorGraph>("m_pCompressorGraph");
+    QVERIFY(!graph->hasOperatingPoint());
+    QVector<unsigned int> values(int(host.model.meterArraySize()), unsigned(-1270));
+    values[host.model.meterBase(Keys::SideChainMeter)] = unsigned(-200);    // -20 dB detected
+    values[host.model.meterBase(Keys::GainReductionMeter)] = unsigned(-55); // 5.5 dB of reduction
+    host.memory.publishMeters(values);
+    QVERIFY(graph->hasOperatingPoint());
+    QCOMPARE(graph->operatingPoint(), QPointF(-20.0, -25.5));
+    // Silence is below the graph; and without meters the point goes.
+    values[host.model.meterBase(Keys::SideChainMeter)] = unsigned(-1270);
+    host.memory.publishMeters(values);
+    QVERIFY(!graph->hasOperatingPoint());
+    values[host.model.meterBase(Keys::SideChainMeter)] = unsigned(-100);
+    host.memory.publishMeters(values);
+    QVERIFY(graph->hasOperatingPoint());
+    QTRY_VERIFY_WITH_TIMEOUT(!graph->hasOperatingPoint(), 2000);
 }
 
 void tst_Editor::morphNameShowsOnTheButton()
