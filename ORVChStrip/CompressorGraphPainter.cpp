@@ -84,14 +84,35 @@ void CompressorGraphPainter::paint(
     paintCurve(painter, size, settings);
 }
 
+namespace {
+
+QPointF operatingPointCentre(const QSize &size, const QPointF &levelsDb)
+{
+    const double range = -CompressorCurve::MinLevelDb;
+    return QPointF(size.width() + size.width() * std::min(levelsDb.x(), 0.0) / range,
+        -size.height() * std::min(levelsDb.y(), 0.0) / range);
+}
+
+// About 3.5 pixels at the graph's design size, whatever the scale.
+double operatingPointRadius(const QSize &size)
+{
+    return std::max(2.0, size.width() * 3.5 / 191.0);
+}
+
+} // namespace
+
+QRectF CompressorGraphPainter::operatingPointBounds(const QSize &size, const QPointF &levelsDb)
+{
+    const double extent = operatingPointRadius(size) * 1.25;
+    const QPointF centre = operatingPointCentre(size, levelsDb);
+    return QRectF(centre.x() - extent, centre.y() - extent, 2 * extent, 2 * extent);
+}
+
 void CompressorGraphPainter::paintOperatingPoint(
     QPainter &painter, const QSize &size, const QPointF &levelsDb)
 {
-    const double range = -CompressorCurve::MinLevelDb;
-    const QPointF centre(size.width() + size.width() * levelsDb.x() / range,
-        -size.height() * std::min(levelsDb.y(), 0.0) / range);
-    // About 3.5 pixels at the graph's design size, whatever the scale.
-    const double radius = std::max(2.0, size.width() * 3.5 / 191.0);
+    const QPointF centre = operatingPointCentre(size, levelsDb);
+    const double radius = operatingPointRadius(size);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(QColor(0x16, 0x19, 0x1e), radius * 0.5));

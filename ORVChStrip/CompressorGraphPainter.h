@@ -23,6 +23,8 @@ public:
     void paint(QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const;
     // A dot at (input dB, output dB) on the graph's axes.
     static void paintOperatingPoint(QPainter &painter, const QSize &size, const QPointF &levelsDb);
+    // What that dot covers, pen included.
+    static QRectF operatingPointBounds(const QSize &size, const QPointF &levelsDb);
 
     // The closed outline of the area under the curve in widget pixels (0 dB
     // at the top and right edges, -60 dB at the bottom and left), starting and

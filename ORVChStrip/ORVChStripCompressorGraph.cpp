@@ -62,8 +62,7 @@ void ORVChStripCompressorGraph::paintEvent(QPaintEvent *)
     painter.drawPixmap(0, 0, m_grid.pixmap(size(), PixelGridSnap::devicePixelRatio(painter)));
     if (!m_parameters.memAPI())
         return;
-    m_painter.setEnabled(isEnabled());
-    m_painter.paintCurve(painter, size(), currentSettings());
+    painter.drawPixmap(0, 0, curveLayer(currentSettings(), PixelGridSnap::devicePixelRatio(painter)));
     if (m_hasOperatingPoint && isEnabled())
         CompressorGraphPainter::paintOperatingPoint(painter, size(), m_operatingPoint);
 }
@@ -79,15 +78,47 @@ void ORVChStripCompressorGraph::setOperatingPoint(double inputDb, double outputD
     const QPointF point(std::round(inputDb * 10.0) / 10.0, std::round(outputDb * 10.0) / 10.0);
     if (m_hasOperatingPoint && point == m_operatingPoint)
         return;
+    const QRect before = operatingPointRect();
     m_operatingPoint = point;
     m_hasOperatingPoint = true;
-    update();
+    update(before | operatingPointRect());
+}
+
+const QPixmap &ORVChStripCompressorGraph::curveLayer(
+    const CompressorCurve::Settings &settings, double devicePixelRatio)
+{
+    const QSize pixels = size() * devicePixelRatio;
+    const CompressorCurve::Settings &cached = m_curveSettings;
+    if (m_curveLayer.size() == pixels && m_curveLayer.devicePixelRatio() == devicePixelRatio
+        && m_curveEnabled == isEnabled() && cached.ratioIndex == settings.ratioIndex
+        && cached.knee == settings.knee && cached.thresholdOffset == settings.thresholdOffset
+        && cached.drive == settings.drive)
+        return m_curveLayer;
+    m_curveLayer = QPixmap(pixels);
+    m_curveLayer.setDevicePixelRatio(devicePixelRatio);
+    m_curveLayer.fill(Qt::transparent);
+    QPainter painter(&m_curveLayer);
+    m_painter.setEnabled(isEnabled());
+    m_painter.paintCurve(painter, size(), settings);
+    m_curveSettings = settings;
+    m_curveEnabled = isEnabled();
+    return m_curveLayer;
+}
+
+QRect ORVChStripCompressorGraph::operatingPointRect() const
+{
+    if (!m_hasOperatingPoint)
+        return QRect();
+    return CompressorGraphPainter::operatingPointBounds(size(), m_operatingPoint)
+        .toAlignedRect()
+        .adjusted(-1, -1, 1, 1);
 }
 
 void ORVChStripCompressorGraph::clearOperatingPoint()
 {
     if (!m_hasOperatingPoint)
         return;
+    const QRect before = operatingPointRect();
     m_hasOperatingPoint = false;
-    update();
+    update(before);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QWidget>
 
 #include "Common/ObservedParameters.h"
@@ -56,9 +57,18 @@ protected:
 private:
     enum Parameter { Ratio, Knee, ThresholdOffset, Drive, ParameterCount };
 
+    // The curve over a transparent background, kept while settings, size,
+    // ratio and enabled state stay: the operating point moves over it at
+    // the meters' rate.
+    const QPixmap &curveLayer(const CompressorCurve::Settings &settings, double devicePixelRatio);
+    QRect operatingPointRect() const;
+
     ObservedParameters m_parameters;
     CompressorGraphPainter m_painter;
     GraphGridCache m_grid;
+    QPixmap m_curveLayer;
+    CompressorCurve::Settings m_curveSettings;
+    bool m_curveEnabled = false;
     QPointF m_operatingPoint;
     bool m_hasOperatingPoint = false;
 };
