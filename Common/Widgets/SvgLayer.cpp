@@ -4,8 +4,26 @@
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QPainter>
+#include <QPixmapCache>
 
 namespace CommonController_MemAPI {
+
+namespace {
+
+// Many controls show the same artwork at the same size (fourteen knob
+// shadows, a dozen switches), so renders are shared through the
+// application's pixmap cache, keyed by everything that shapes them.
+QString sharedKey(const char *kind, const QString &path, const QSize &size, qreal dpr, qreal extra = 0)
+{
+    return QStringLiteral("orv:%1:%2:%3x%4@%5:%6")
+        .arg(QLatin1String(kind), path)
+        .arg(size.width())
+        .arg(size.height())
+        .arg(dpr)
+        .arg(extra);
+}
+
+} // namespace
 
 SvgLayer::SvgLayer()
 {
@@ -46,7 +64,12 @@ QPixmap SvgLayer::render(const QSize &size, qreal dpr)
 QPixmap SvgLayer::pixmap(const QSize &size, qreal dpr)
 {
     if (m_plain.pixmap.isNull() || m_plain.size != size || m_plain.dpr != dpr) {
-        m_plain.pixmap = render(size, dpr);
+        const QString key = sharedKey("plain", m_path, size, dpr);
+        if (m_path.isEmpty() || !QPixmapCache::find(key, &m_plain.pixmap)) {
+            m_plain.pixmap = render(size, dpr);
+            if (!m_path.isEmpty())
+                QPixmapCache::insert(key, m_plain.pixmap);
+        }
         m_plain.size = size;
         m_plain.dpr = dpr;
     }
@@ -57,7 +80,12 @@ QPixmap SvgLayer::blurred(const QSize &size, qreal dpr, qreal radius)
 {
     if (m_blurred.pixmap.isNull() || m_blurred.size != size || m_blurred.dpr != dpr
         || m_blurred.radius != radius) {
-        m_blurred.pixmap = blur(pixmap(size, dpr), radius * dpr);
+        const QString key = sharedKey("blurred", m_path, size, dpr, radius);
+        if (m_path.isEmpty() || !QPixmapCache::find(key, &m_blurred.pixmap)) {
+            m_blurred.pixmap = blur(pixmap(size, dpr), radius * dpr);
+            if (!m_path.isEmpty())
+                QPixmapCache::insert(key, m_blurred.pixmap);
+        }
         m_blurred.size = size;
         m_blurred.dpr = dpr;
         m_blurred.radius = radius;
