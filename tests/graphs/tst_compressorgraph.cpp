@@ -1,5 +1,7 @@
 #include <QPainter>
 #include <QTest>
+#include <algorithm>
+#include <cstdlib>
 #include <cmath>
 
 #include "HostModel.h"
@@ -274,7 +276,20 @@ void TestCompressorGraph::widgetShowsThePainterImage()
         painter.paint(p, graph.size(), graph.currentSettings());
     }
     QCOMPARE(graph.currentSettings().ratioIndex, 80);
-    QCOMPARE(shown, expected.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    // The widget blends a cached curve layer where the painter draws
+    // directly: the same picture, within the rounding of one more blend.
+    const QImage wanted = expected.toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QCOMPARE(shown.size(), wanted.size());
+    int worst = 0;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x) {
+            const QRgb a = shown.pixel(x, y);
+            const QRgb b = wanted.pixel(x, y);
+            worst = std::max({ worst, std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                std::abs(qBlue(a) - qBlue(b)) });
+        }
+    }
+    QVERIFY2(worst <= 2, qPrintable(QStringLiteral("a channel differs by %1").arg(worst)));
 }
 
 QTEST_MAIN(TestCompressorGraph)
