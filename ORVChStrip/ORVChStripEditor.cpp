@@ -529,7 +529,8 @@ void ORVChStripEditor::updateMorphingName()
         }
     }
     PushButtonController *button = m_pUi->m_pMorphingPresetButton;
-    button->setText(QString::fromUtf8(name));
+    // Without a set the button says what it is for.
+    button->setText(name.isEmpty() ? tr("Choose a morph set...") : QString::fromUtf8(name));
     button->setToolTip(name.isEmpty() ? tr("Choose a morph set") : QString::fromUtf8(name));
 }
 

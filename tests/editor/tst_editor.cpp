@@ -428,7 +428,8 @@ void tst_Editor::morphNameShowsOnTheButton()
     host.memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Vocal Air"));
     QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(), QStringLiteral("Vocal Air"));
     host.memory.setText(Keys::MorphSystemName, QByteArray());
-    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(), QString());
+    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(),
+        QStringLiteral("Choose a morph set..."));
 }
 
 void tst_Editor::pickingAMorphSetSlidesTheListAndDrivesTheStrip()

@@ -21,7 +21,6 @@ namespace PresetContainerCheck {
 
 inline QString check(const QByteArray &bytes)
 {
-    using Conversion = ORVChStripPresetConversion;
 
     QByteArray copy = bytes;
     QBuffer device(&copy);
