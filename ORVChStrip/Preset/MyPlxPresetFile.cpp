@@ -1,10 +1,13 @@
 #include "ORVChStrip/Preset/MyPlxPresetFile.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include "Interfaces/AtomicFileWriter.h"
 #include "ORVChStrip/Chunk/FileBStream.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
 #include "ORVChStrip/Preset/PresetFile.h"
 
 namespace {
@@ -83,4 +86,16 @@ int MyPlxPresetFile::checkID(const QString &path, const FUID &classID)
     } catch (...) {
         return -1;
     }
+}
+
+bool MyPlxPresetFile::saveState(const QString &path, const FUID &classID, const QByteArray &state)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    auto *component = new ORVChStripPresetConverterComponent;
+    auto *input = new MemoryBStream(state);
+    const bool loaded = component->setState(input) == kResultOk;
+    input->release();
+    const bool saved = loaded && MyPlxPresetFile(component).save(path, classID);
+    component->release();
+    return saved;
 }

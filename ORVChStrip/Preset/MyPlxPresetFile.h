@@ -24,6 +24,10 @@ public:
     bool save(const char *path, const FUID &classID);
     bool save(const QString &path, const FUID &classID, QString *error = nullptr);
 
+    // Writes `state`, a component state as bytes, as a preset of classID (the
+    // way older versions saved theirs), making the folder if need be.
+    static bool saveState(const QString &path, const FUID &classID, const QByteArray &state);
+
     // 1: the file is a preset of classID; 0: of another class;
     // -1: the file does not open or its chunk list does not read.
     static int checkID(const char *path, const FUID &classID);

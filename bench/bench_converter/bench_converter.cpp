@@ -7,8 +7,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QDirIterator>
-#include <QFileInfo>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -17,29 +17,12 @@
 #include <algorithm>
 #include <limits>
 
-#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
-#include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Preset/MyPlxPresetFile.h"
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
-#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 
 namespace {
-
-// An old preset as the previous versions saved it: a component state of
-// `state` under the given class id.
-bool writeOldPreset(const QString &path, const FUID &classID, const QByteArray &state)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    auto *component = new ORVChStripPresetConverterComponent;
-    auto *input = new MemoryBStream(state);
-    const bool loaded = component->setState(input) == kResultOk;
-    input->release();
-    const bool saved = loaded && MyPlxPresetFile(component).save(path, classID);
-    component->release();
-    return saved;
-}
-
 
 constexpr int PresetCount = 1000;
 constexpr int FoldersPerSource = 10;
@@ -59,7 +42,7 @@ bool generate()
                                  .arg(source)
                                  .arg(i / 2 % FoldersPerSource)
                                  .arg(i, 4, 10, QLatin1Char('0'));
-        if (!writeOldPreset(
+        if (!MyPlxPresetFile::saveState(
                 path, mono ? ORVChStripClassIds::Mono : ORVChStripClassIds::Stereo, state))
             return false;
     }

@@ -34,14 +34,7 @@ inline QByteArray stateBytes(int size, int seed = 0)
 
 inline bool writePreset(const QString &path, const FUID &classID, const QByteArray &state)
 {
-    QDir().mkpath(QFileInfo(path).path());
-    auto *component = new ORVChStripPresetConverterComponent;
-    auto *input = new MemoryBStream(state);
-    const bool loaded = component->setState(input) == kResultOk;
-    input->release();
-    const bool saved = loaded && MyPlxPresetFile(component).save(path, classID);
-    component->release();
-    return saved;
+    return MyPlxPresetFile::saveState(path, classID, state);
 }
 
 inline QByteArray presetBytes(const FUID &classID, const QByteArray &state)
