@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "ChannelStripModel.h"
-#include "Interfaces/AtomicFileWriter.h"
+#include "ORVChStrip/Chunk/AtomicFileWriter.h"
 #include "ORVChStrip/Chunk/FileBStream.h"
 #include "Interfaces/IComponent.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "Interfaces/AtomicFileWriter.h"
+#include "ORVChStrip/Chunk/AtomicFileWriter.h"
 #include "ORVChStrip/Chunk/FileBStream.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"

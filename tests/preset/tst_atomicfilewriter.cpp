@@ -3,7 +3,7 @@
 #include <QTest>
 
 #include "FileSizeLimit.h"
-#include "Interfaces/AtomicFileWriter.h"
+#include "ORVChStrip/Chunk/AtomicFileWriter.h"
 
 namespace {
 
