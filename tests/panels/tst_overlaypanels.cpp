@@ -8,6 +8,15 @@
 
 namespace {
 
+// The opacities of a fade, for a failure message.
+QString traceText(const QList<double> &trace)
+{
+    QStringList values;
+    for (double value : trace)
+        values << QString::number(value, 'f', 2);
+    return values.join(QLatin1String(", "));
+}
+
 // A panel over a stand-in editor that records every opacity it is given
 // after construction, and may act on a given step.
 template<class Panel> class Traced : public Panel
@@ -114,19 +123,19 @@ void TestOverlayPanels::fadeInAndOut()
     QTRY_VERIFY(!panel->isFading());
     panel->open();
     QTest::qWait(2 * FadingOverlay::FadeIntervalMs);
-    QVERIFY2(isRamp(scene.trace, 0.1, 0.1, 10), qPrintable(QTest::toString(scene.trace)));
+    QVERIFY2(isRamp(scene.trace, 0.1, 0.1, 10), qPrintable(traceText(scene.trace)));
 
     scene.trace.clear();
     panel->close();
     QTRY_VERIFY(panel->isHidden());
-    QVERIFY2(isRamp(scene.trace, 0.9, -0.1, 10), qPrintable(QTest::toString(scene.trace)));
+    QVERIFY2(isRamp(scene.trace, 0.9, -0.1, 10), qPrintable(traceText(scene.trace)));
 
     // After a fade out, and after being hidden directly, it fades in anew.
     for (int round = 0; round < 2; ++round) {
         scene.trace.clear();
         panel->open();
         QTRY_VERIFY(!panel->isFading());
-        QVERIFY2(isRamp(scene.trace, 0.1, 0.1, 10), qPrintable(QTest::toString(scene.trace)));
+        QVERIFY2(isRamp(scene.trace, 0.1, 0.1, 10), qPrintable(traceText(scene.trace)));
         panel->hide();
     }
 }
@@ -169,7 +178,7 @@ void TestOverlayPanels::reversalContinuesWhereItStands()
     const double stood = opening ? reverseAfter * 0.1 : 1.0 - reverseAfter * 0.1;
     QVERIFY2(isRamp(back.mid(1), stood, opening ? -0.1 : 0.1, int(back.size()) - 1)
             && std::abs(back.first() - stood) < 1e-9,
-        qPrintable(QTest::toString(scene.trace)));
+        qPrintable(traceText(scene.trace)));
     QCOMPARE(back.last(), opening ? 0.0 : 1.0);
     QCOMPARE(panel->isHidden(), opening);
 }
@@ -216,7 +225,7 @@ void TestOverlayPanels::clickClosesAbout()
         QTRY_VERIFY(!panel->isFading());
     } else {
         // Reversed at 0.3: down from there, no jump.
-        QVERIFY2(isRamp(scene.trace.mid(clickAfter), 0.3, -0.1, 4), qPrintable(QTest::toString(scene.trace)));
+        QVERIFY2(isRamp(scene.trace.mid(clickAfter), 0.3, -0.1, 4), qPrintable(traceText(scene.trace)));
     }
     QCOMPARE(panel->isHidden(), closes);
 }
