@@ -193,9 +193,9 @@ std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString
             return std::nullopt;
         }
         for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
-            const ParameterDefinition &spec = columns.at(column);
+            const ParameterDefinition &definition = columns.at(column);
             const QString where
-                = QStringLiteral("point %1, column %2").arg(point + 1).arg(QString::fromLatin1(spec.key));
+                = QStringLiteral("point %1, column %2").arg(point + 1).arg(QString::fromLatin1(definition.key));
             const QJsonValue value = values.at(column);
             const double number = value.toDouble(std::nan(""));
             if (!value.isDouble() || number != std::floor(number)) {
@@ -207,12 +207,12 @@ std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString
                                        .chopped(1));
                 return std::nullopt;
             }
-            if (number < spec.minimum || number > spec.maximum) {
+            if (number < definition.minimum || number > definition.maximum) {
                 *problem = QStringLiteral("%1: %2 is outside the range %3..%4")
                                .arg(where)
                                .arg(number, 0, 'f', 0)
-                               .arg(spec.minimum)
-                               .arg(spec.maximum);
+                               .arg(definition.minimum)
+                               .arg(definition.maximum);
                 return std::nullopt;
             }
             record.points[point][column] = static_cast<int16_t>(number);

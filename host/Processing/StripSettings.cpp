@@ -43,8 +43,8 @@ public:
     // value * step + offset, as the model states the parameter's unit.
     double linear(const char *key, double fallback) const
     {
-        const ParameterDefinition *spec = m_memory.model()->parameter(m_memory.model()->parameterId(key));
-        return spec ? m_memory.value(key, m_channel) * spec->step + spec->offset : fallback;
+        const ParameterDefinition *definition = m_memory.model()->parameter(m_memory.model()->parameterId(key));
+        return definition ? m_memory.value(key, m_channel) * definition->step + definition->offset : fallback;
     }
 
 private:
