@@ -41,14 +41,7 @@ void CompressorGraphPainter::paintGrid(QPainter &painter, const QSize &size)
     const double w = snap.lineWidth(g.unit);
 
     painter.save();
-    painter.setClipRect(plot);
-    QPen pen(FrameColor, w);
-    pen.setCapStyle(Qt::FlatCap);
-    pen.setJoinStyle(Qt::MiterJoin);
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-    // The frame lies just inside the plot, so that the clip keeps all of it.
-    painter.drawRect(plot.adjusted(w / 2, w / 2, -w / 2, -w / 2));
+    PixelGridSnap::framePlot(painter, plot, w, FrameColor);
     for (int k : { 1, 2 }) {
         const double y = snap.lineCentre(g.plot.top() + g.plot.height() * k / 3.0, w);
         painter.drawLine(QPointF(plot.left(), y), QPointF(plot.right(), y));

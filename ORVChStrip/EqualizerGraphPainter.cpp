@@ -51,14 +51,7 @@ void EqualizerGraphPainter::paintGrid(QPainter &painter, const QSize &size)
     const double w = snap.lineWidth(g.unit());
 
     painter.save();
-    painter.setClipRect(plot);
-    QPen pen(FrameColor, w);
-    pen.setCapStyle(Qt::FlatCap);
-    pen.setJoinStyle(Qt::MiterJoin);
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-    // The frame lies just inside the plot, so that the clip keeps all of it.
-    painter.drawRect(plot.adjusted(w / 2, w / 2, -w / 2, -w / 2));
+    QPen pen = PixelGridSnap::framePlot(painter, plot, w, FrameColor);
     for (int k : { 1, 2, 3, 5, 6, 7 }) {
         const double y = snap.lineCentre(g.margin() + g.plotHeight() * k / 8.0, w);
         painter.drawLine(QPointF(plot.left(), y), QPointF(plot.right(), y));

@@ -18,7 +18,6 @@
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/ReversibleProgress.h"
-#include "ORVChStrip/SectionDimmer.h"
 #include "ui_ORVChStripEditor.h"
 
 using namespace CommonController_MemAPI;
@@ -87,8 +86,6 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     , m_pComponent(new ORVChStripComponent)
     , m_observed(this, observedKeys())
     , m_pMorphMatch(new MorphMatchMonitor(this))
-    , m_pCompressorDimmer(new SectionDimmer)
-    , m_pEqualizerDimmer(new SectionDimmer)
     , m_pMorphManager(new ORVD_Manager)
     // The slide gains a step when it reverses, so a reversal always moves.
     , m_pMorphingPresetSlide(new ReversibleProgress(MorphingPresetSlideMs, 0.1, this))
@@ -130,8 +127,6 @@ ORVChStripEditor::~ORVChStripEditor()
 {
     unregisterObservers();
     m_pComponent->release();
-    delete m_pCompressorDimmer;
-    delete m_pEqualizerDimmer;
 }
 
 void ORVChStripEditor::buildBindings()
@@ -168,20 +163,10 @@ void ORVChStripEditor::buildBindings()
     };
 
     // Every caption of a section dims with it; the compressor's title a little less.
-    for (QLabel *label : ui.m_pCompressorArea->findChildren<QLabel *>()) {
-        if (auto *artwork = qobject_cast<SvgLabel *>(label))
-            m_pCompressorDimmer->addArtwork(artwork, CompressorDimmedOpacity);
-        else
-            m_pCompressorDimmer->addLabel(label, CompressorDimmedOpacity);
-    }
-    m_pCompressorDimmer->addLabel(ui.m_pCompressorLabel, CompressorTitleDimmedOpacity);
-    for (QLabel *label : ui.m_pEqualizerArea->findChildren<QLabel *>()) {
-        if (auto *artwork = qobject_cast<SvgLabel *>(label))
-            m_pEqualizerDimmer->addArtwork(artwork, EqualizerDimmedOpacity);
-        else
-            m_pEqualizerDimmer->addLabel(label, EqualizerDimmedOpacity);
-    }
-    m_pEqualizerDimmer->addLabel(ui.m_pEqualizerLabel, EqualizerDimmedOpacity);
+    m_compressorDimmer.addCaptionsOf(ui.m_pCompressorArea, CompressorDimmedOpacity);
+    m_compressorDimmer.addLabel(ui.m_pCompressorLabel, CompressorTitleDimmedOpacity);
+    m_equalizerDimmer.addCaptionsOf(ui.m_pEqualizerArea, EqualizerDimmedOpacity);
+    m_equalizerDimmer.addLabel(ui.m_pEqualizerLabel, EqualizerDimmedOpacity);
 }
 
 void ORVChStripEditor::connectForm()
@@ -488,8 +473,8 @@ void ORVChStripEditor::updateSections()
         { ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingPresetButton },
         !open);
 
-    m_pCompressorDimmer->setDimmed(!compressorLive);
-    m_pEqualizerDimmer->setDimmed(!equalizerLive);
+    m_compressorDimmer.setDimmed(!compressorLive);
+    m_equalizerDimmer.setDimmed(!equalizerLive);
 }
 
 // The lit knee button follows the value; a button held down shows pressed
@@ -497,7 +482,7 @@ void ORVChStripEditor::updateSections()
 void ORVChStripEditor::updateKnee()
 {
     const Ui::ORVChStripEditor &ui = *m_pUi;
-    const SvgLabel *const lit[] = { ui.m_pCompressorKneeSelectSoftBackground,
+    SvgLabel *const lit[] = { ui.m_pCompressorKneeSelectSoftBackground,
         ui.m_pCompressorKneeSelectMediumBackground, ui.m_pCompressorKneeSelectHardBackground };
     SvgLabel *const pushed[] = { ui.m_pCompressorKneePushSoftBackground,
         ui.m_pCompressorKneePushMediumBackground, ui.m_pCompressorKneePushHardBackground };
@@ -512,7 +497,7 @@ void ORVChStripEditor::updateKnee()
     }
     for (int i = 0; i < 3; ++i) {
         pushed[i]->setVisible(i == held);
-        const_cast<SvgLabel *>(lit[i])->setVisible(held < 0 && i == selected);
+        lit[i]->setVisible(held < 0 && i == selected);
     }
 }
 

@@ -10,6 +10,7 @@
 #include "Interfaces/IPrmObserver.h"
 #include "ORVChStrip/EqualizerEditTarget.h"
 #include "ORVChStrip/MeterRouter.h"
+#include "ORVChStrip/SectionDimmer.h"
 
 namespace Ui {
 class ORVChStripEditor;
@@ -26,7 +27,6 @@ class ORVChStripMorphingPresetList;
 class ORVD_Manager;
 class ORVChStripComponent;
 class ReversibleProgress;
-class SectionDimmer;
 
 // The channel strip's editor panel (1015 x 572 design pixels, built by the
 // form in ORVChStripEditor.ui). It binds every control of the form to its
@@ -137,8 +137,8 @@ private:
     QBasicTimer m_operatingPointTimeout;
     EqualizerEditTarget m_editTarget;
     QList<Binding> m_bindings;
-    SectionDimmer *m_pCompressorDimmer;
-    SectionDimmer *m_pEqualizerDimmer;
+    SectionDimmer m_compressorDimmer;
+    SectionDimmer m_equalizerDimmer;
     std::unique_ptr<ORVD_Manager> m_pMorphManager;
     ORVChStripMorphingPresetList *m_pMorphingPresetList;
     ReversibleProgress *m_pMorphingPresetSlide;

@@ -41,3 +41,15 @@ QRectF PixelGridSnap::rect(const QRectF &rect) const
     const double top = edge(rect.top());
     return QRectF(left, top, edge(rect.right()) - left, edge(rect.bottom()) - top);
 }
+
+QPen PixelGridSnap::framePlot(QPainter &painter, const QRectF &plot, double width, const QColor &colour)
+{
+    painter.setClipRect(plot);
+    QPen pen(colour, width);
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(plot.adjusted(width / 2, width / 2, -width / 2, -width / 2));
+    return pen;
+}

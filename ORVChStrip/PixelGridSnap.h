@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPen>
 #include <QRectF>
 
 class QPainter;
@@ -15,6 +16,10 @@ public:
     // The ratio of the device that a painter really draws on (a widget
     // rendered into a pixmap paints at the pixmap's ratio, not its own).
     static double devicePixelRatio(const QPainter &painter);
+    // Clips to a snapped plot and draws its frame, `width` wide, just inside
+    // it (so the clip keeps all of it); the painter keeps the square-ended
+    // pen for the grid lines that follow. The caller saves and restores.
+    static QPen framePlot(QPainter &painter, const QRectF &plot, double width, const QColor &colour);
 
     // A width of whole device pixels, at least one.
     double lineWidth(double width) const;

@@ -16,6 +16,16 @@ void SectionDimmer::addArtwork(SvgLabel *artwork, double dimmedOpacity)
         m_entries.append({ artwork, dimmedOpacity, true, {}, false });
 }
 
+void SectionDimmer::addCaptionsOf(const QWidget *area, double dimmedOpacity)
+{
+    for (QLabel *label : area->findChildren<QLabel *>()) {
+        if (auto *artwork = qobject_cast<SvgLabel *>(label))
+            addArtwork(artwork, dimmedOpacity);
+        else
+            addLabel(label, dimmedOpacity);
+    }
+}
+
 void SectionDimmer::setDimmed(bool dimmed)
 {
     if (m_dimmed == dimmed)

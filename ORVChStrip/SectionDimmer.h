@@ -5,6 +5,7 @@
 #include <QPointer>
 
 class QLabel;
+class QWidget;
 class SvgLabel;
 
 // Dims the captions and artwork of one section of the panel, as when the
@@ -17,6 +18,8 @@ public:
     // `dimmedOpacity` is how much of the label still shows while dimmed.
     void addLabel(QLabel *label, double dimmedOpacity);
     void addArtwork(SvgLabel *artwork, double dimmedOpacity);
+    // Every label and piece of artwork inside `area`.
+    void addCaptionsOf(const QWidget *area, double dimmedOpacity);
 
     bool isDimmed() const { return m_dimmed; }
     void setDimmed(bool dimmed);
