@@ -1,7 +1,6 @@
 #include "ORVChStrip/MorphMatchMonitor.h"
 
 #include <QTimerEvent>
-#include <algorithm>
 
 #include "Common/EffectEditor.h"
 #include "Interfaces/IMemAPI.h"
@@ -33,11 +32,6 @@ void MorphMatchMonitor::detach()
 {
     m_pMemAPI = nullptr;
     m_ids.clear();
-}
-
-bool MorphMatchMonitor::isMorphingParameter(unsigned short prmId) const
-{
-    return std::find(m_ids.begin(), m_ids.end(), prmId) != m_ids.end();
 }
 
 void MorphMatchMonitor::request()

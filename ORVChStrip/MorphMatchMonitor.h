@@ -25,8 +25,6 @@ public:
 
     bool isPending() const { return m_pending; }
     bool matches() const { return m_matches; }
-    // True when prmId is one of the parameters that the morph knob moves.
-    bool isMorphingParameter(unsigned short prmId) const;
     int comparisonCount() const { return m_comparisons; }
 
 public slots:

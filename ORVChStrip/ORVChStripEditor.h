@@ -77,7 +77,6 @@ public:
     QRect morphingPresetGeometry() const;
     // False while a morphing parameter has been turned away from the morph position.
     bool morphMatches() const;
-    const EqualizerEditTarget &editTarget() const { return m_editTarget; }
 
 public slots:
     void updateKnee();
