@@ -19,23 +19,6 @@ using namespace ChannelStripKeys;
 
 namespace {
 
-// The plot as designed: unit = height / design height, margin 5.5 units,
-// +-24 dB over the plot height, 20 Hz to 20 kHz over its width.
-struct Plot
-{
-    double w, h, u;
-    Plot(double width, double height, double designHeight = 191.0)
-        : w(width)
-        , h(height)
-        , u(height / designHeight)
-    { }
-    double m() const { return 5.5 * u; }
-    double pw() const { return w - 11.0 * u; }
-    double hh() const { return (h - 11.0 * u) / 2.0; }
-    double x(double f) const { return m() + pw() * std::log10(f / 20.0) / 3.0; }
-    double y(double dB) const { return m() + hh() * (1.0 - dB / 24.0); }
-};
-
 struct Fixture
 {
     HostModel model = HostModel::channelStrip();
@@ -57,7 +40,6 @@ struct Fixture
     }
     QPoint handle(Graph::EditTarget band) const { return graph.getTargetPoint(band).toPoint(); }
     int value(const char *key) const { return memory.value(key); }
-    const Band &band(Band::Shape shape) const { return graph.bands()[shape]; }
     QImage render(double ratio = 1.0)
     {
         QPixmap pixmap(graph.size() * ratio);
@@ -555,23 +537,23 @@ void TestEqualizerGraph::painterDraws()
     };
     paint();
     const auto at = [&](QPointF p) { return image.pixelColor((p * ratio).toPoint()); };
-    const Plot plot(size.width(), size.height());
+    const EqualizerGraphGeometry plot(size.width(), size.height());
 
     QCOMPARE(at(middleHandle), handle);
     // Under the curve the total's body tints the black background.
-    const QColor body = at(QPointF(plot.x(800), plot.y(4.5)));
+    const QColor body = at(QPointF(plot.xForFrequency(800), plot.yForGain(4.5)));
     const int expectedBody = state == 2 ? 128 * 40 / 255 : 40;
     QVERIFY2(qAbs(body.red() - expectedBody) <= 2 && qAbs(body.blue() - expectedBody) <= 2,
         qPrintable(body.name()));
     // Above the curve there is only the background.
-    QCOMPARE(at(QPointF(plot.x(140), plot.y(4.5))), QColor(Qt::black));
+    QCOMPARE(at(QPointF(plot.xForFrequency(140), plot.yForGain(4.5))), QColor(Qt::black));
 
     // A crisp frame: whole device pixels of the frame colour, nothing blended beside them.
-    const int y = int(plot.y(-3.0) * ratio);
+    const int y = int(plot.yForGain(-3.0) * ratio);
     int left = 0;
     while (left < image.width() && image.pixelColor(left, y) == QColor(Qt::black))
         ++left;
-    const int width = qMax(1, qRound(plot.u * ratio));
+    const int width = qMax(1, qRound(plot.unit() * ratio));
     for (int i = 0; i < width; ++i)
         QCOMPARE(image.pixelColor(left + i, y), QColor(74, 76, 82));
     QCOMPARE(image.pixelColor(left + width, y), QColor(Qt::black));
@@ -580,7 +562,7 @@ void TestEqualizerGraph::painterDraws()
     bands[Band::Peak].applyValue(Band::On, 0);
     paint();
     QVERIFY(at(middleHandle) != handle);
-    QCOMPARE(at(QPointF(plot.x(800), plot.y(4.5))), QColor(Qt::black));
+    QCOMPARE(at(QPointF(plot.xForFrequency(800), plot.yForGain(4.5))), QColor(Qt::black));
 }
 
 void TestEqualizerGraph::changedBandsMatchAFreshGraph_data()
