@@ -110,34 +110,24 @@ void TestPullDownButtonController::pullDownKeys()
 void TestPullDownButtonController::pullDownText_data()
 {
     QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("emptyText");
     QTest::addColumn<QString>("invisibleText");
     QTest::addColumn<QString>("expected");
     // Texts "A", "", "C"; "C" is hidden; the range 0..2 allows no value past it.
-    QTest::newRow("plain") << 0 << "none"
-                           << "hidden"
-                           << "A";
-    QTest::newRow("empty entry") << 1 << "none"
-                                 << "hidden"
-                                 << "none";
-    QTest::newRow("hidden entry") << 2 << "none"
-                                  << "hidden"
-                                  << "hidden";
-    QTest::newRow("hidden without invisible text") << 2 << "none"
-                                                   << ""
-                                                   << "C";
+    QTest::newRow("plain") << 0 << QStringLiteral("hidden") << QStringLiteral("A");
+    QTest::newRow("empty entry") << 1 << QStringLiteral("hidden") << QStringLiteral("none");
+    QTest::newRow("hidden entry") << 2 << QStringLiteral("hidden") << QStringLiteral("hidden");
+    QTest::newRow("hidden without invisible text") << 2 << QString() << QStringLiteral("C");
 }
 
 void TestPullDownButtonController::pullDownText()
 {
     QFETCH(int, value);
-    QFETCH(QString, emptyText);
     QFETCH(QString, invisibleText);
     QFETCH(QString, expected);
     PullDownButtonController pullDown;
     pullDown.setTextList({ QStringLiteral("A"), QString(), QStringLiteral("C") });
     pullDown.setVisibleList({ true, true, false });
-    pullDown.setEmptyText(emptyText);
+    pullDown.setEmptyText(QStringLiteral("none"));
     pullDown.setInvisibleText(invisibleText);
     pullDown.setValue(value);
     QCOMPARE(pullDown.displayText(), expected);

@@ -65,8 +65,6 @@ void TestPushButtonController::normalizedRounding_data()
     QTest::addColumn<int>("expected");
     // Bound rounds; unbound splits 0..3 into four equal buckets.
     QTest::newRow("unbound 1.0") << false << 1.0f << 3;
-    QTest::newRow("bound 1.0") << true << 1.0f << 3;
-    QTest::newRow("unbound 0.5") << false << 0.5f << 2;
     QTest::newRow("bound 0.5") << true << 0.5f << 2;
     QTest::newRow("unbound 0.2") << false << 0.2f << 0;
     QTest::newRow("bound 0.2") << true << 0.2f << 1;
@@ -189,10 +187,7 @@ void TestPushButtonController::checkTrigger()
     QFETCH(int, requested);
     QFETCH(int, expected);
     PushButtonController button;
-    QCOMPARE(int(button.checkTrigger()),
-        int(PushButtonController::Release | PushButtonController::On | PushButtonController::Off));
     button.setCheckTrigger(Trigger(old));
-    QCOMPARE(int(button.checkTrigger()), old);
     button.setCheckTrigger(Trigger(requested));
     QCOMPARE(int(button.checkTrigger()), expected);
 }
@@ -225,7 +220,6 @@ void TestPushButtonController::toggles()
     button.resize(22, 22);
     button.setCheckable(true);
     button.setCheckTrigger(Trigger(trigger));
-    QCOMPARE(int(button.checkTrigger()), trigger);
     button.setMemAPIValue(&memory, model.parameterId("t_sw"), 0);
     QCOMPARE(button.isChecked(), startOn);
     QSignalSpy clicked(&button, &QAbstractButton::clicked);

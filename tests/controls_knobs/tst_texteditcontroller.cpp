@@ -39,59 +39,36 @@ private slots:
 
 void tst_TextEditController::shownAndEditText_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("postfix");
+    QTest::addColumn<QStringList>("textPostfixShownEdit");
     QTest::addColumn<bool>("expandUnit");
     QTest::addColumn<bool>("trim");
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<QString>("edit");
-    QTest::newRow("postfix appended") << "250"
-                                      << " Hz" << false << false << "250 Hz"
-                                      << "250";
-    QTest::newRow("postfix not doubled") << "250 Hz"
-                                         << " Hz" << false << false << "250 Hz"
-                                         << "250";
-    QTest::newRow("kilo expanded") << "1.2k"
-                                   << "" << true << false << "1.2k"
-                                   << "1200";
-    QTest::newRow("mega expanded") << "3.3M"
-                                   << "" << true << false << "3.3M"
-                                   << "3.3e+06";
-    QTest::newRow("giga expanded") << "2g"
-                                   << "" << true << false << "2g"
-                                   << "2e+09";
-    QTest::newRow("postfix cut, then expanded") << "1.2k Hz"
-                                                << " Hz" << true << false << "1.2k Hz"
-                                                << "1200";
-    QTest::newRow("not a number stays") << "peak"
-                                        << "" << true << false << "peak"
-                                        << "peak";
-    QTest::newRow("no expansion unless asked") << "1.2k"
-                                               << "" << false << false << "1.2k"
-                                               << "1.2k";
-    QTest::newRow("trimmed") << " 12 "
-                             << " ms" << false << true << "12 ms"
-                             << "12";
-    QTest::newRow("empty shows nothing") << ""
-                                         << " dB" << false << false << ""
-                                         << "";
+    QTest::newRow("postfix appended") << QStringList { "250", " Hz", "250 Hz", "250" } << false << false;
+    QTest::newRow("postfix not doubled")
+        << QStringList { "250 Hz", " Hz", "250 Hz", "250" } << false << false;
+    QTest::newRow("kilo expanded") << QStringList { "1.2k", "", "1.2k", "1200" } << true << false;
+    QTest::newRow("mega expanded") << QStringList { "3.3M", "", "3.3M", "3.3e+06" } << true << false;
+    QTest::newRow("giga expanded") << QStringList { "2g", "", "2g", "2e+09" } << true << false;
+    QTest::newRow("postfix cut, then expanded")
+        << QStringList { "1.2k Hz", " Hz", "1.2k Hz", "1200" } << true << false;
+    QTest::newRow("not a number stays") << QStringList { "peak", "", "peak", "peak" } << true << false;
+    QTest::newRow("no expansion unless asked")
+        << QStringList { "1.2k", "", "1.2k", "1.2k" } << false << false;
+    QTest::newRow("trimmed") << QStringList { " 12 ", " ms", "12 ms", "12" } << false << true;
+    QTest::newRow("empty shows nothing") << QStringList { "", " dB", "", "" } << false << false;
 }
 
 void tst_TextEditController::shownAndEditText()
 {
-    QFETCH(QString, text);
-    QFETCH(QString, postfix);
+    QFETCH(QStringList, textPostfixShownEdit);
     QFETCH(bool, expandUnit);
     QFETCH(bool, trim);
-    QFETCH(QString, shown);
-    QFETCH(QString, edit);
     TextEditController control;
-    control.setPostfix(postfix);
+    control.setPostfix(textPostfixShownEdit[1]);
     control.setExpandUnit(expandUnit);
     control.setTextTrim(trim);
-    control.setString(text);
-    QCOMPARE(control.shownText(), shown);
-    QCOMPARE(control.editText(), edit);
+    control.setString(textPostfixShownEdit[0]);
+    QCOMPARE(control.shownText(), textPostfixShownEdit[2]);
+    QCOMPARE(control.editText(), textPostfixShownEdit[3]);
 }
 
 void tst_TextEditController::typedText_data()

@@ -50,10 +50,6 @@ private:
             return {};
         return QByteArray(buffer).trimmed();
     }
-    QVector<unsigned int> silentMeters() const
-    {
-        return QVector<unsigned int>(int(m_model.meterArraySize()), static_cast<unsigned int>(-1270));
-    }
 
     HostModel m_model = HostModel::channelStrip();
     std::unique_ptr<ParameterMemory> m_pMemory;
@@ -167,7 +163,7 @@ void tst_ControlsGallery::metersFollowTheirRoutes()
     auto *reduction = control<RoundGainReductionMeterController>("m_pGainReductionMeter");
     QVERIFY(bar && peak && reduction);
 
-    QVector<unsigned int> values = silentMeters();
+    QVector<unsigned int> values(int(m_model.meterArraySize()), static_cast<unsigned int>(-1270));
     const unsigned short eq = m_model.meterBase("meter_eq");
     const unsigned short comp = m_model.meterBase("meter_comp");
     values[eq] = static_cast<unsigned int>(-65);
