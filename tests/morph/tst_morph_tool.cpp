@@ -30,15 +30,13 @@ bool writeFile(const QString &path, int size)
 QStringList rowsOf(const QJsonObject &object)
 {
     QStringList rows;
-    for (const QJsonValue &value : object.value(QLatin1String("rows")).toArray()) {
+    for (const QJsonValue &value : object.value("rows").toArray()) {
         const QJsonObject row = value.toObject();
         rows << QStringLiteral("%1|%2|%3|%4")
-                    .arg(row.value(QLatin1String("name")).toString())
-                    .arg(row.value(QLatin1String("depth")).toInt(-1))
-                    .arg(row.value(QLatin1String("folder")).isBool()
-                            ? (row.value(QLatin1String("folder")).toBool() ? "true" : "false")
-                            : "missing")
-                    .arg(row.value(QLatin1String("size")).toInteger(-1));
+                    .arg(row.value("name").toString())
+                    .arg(row.value("depth").toInt(-1))
+                    .arg(row.value("folder").toVariant().toString())
+                    .arg(row.value("size").toInteger(-1));
     }
     return rows;
 }
@@ -74,7 +72,7 @@ void TestMorphTool::listJson()
     const QJsonDocument document = QJsonDocument::fromJson(run.out, &error);
     QCOMPARE(error.error, QJsonParseError::NoError);
     QVERIFY(document.isObject());
-    QCOMPARE(QDir(document.object().value(QLatin1String("folder_path")).toString()), QDir(dir.path()));
+    QCOMPARE(QDir(document.object().value("folder_path").toString()), QDir(dir.path()));
     QCOMPARE(rowsOf(document.object()), expected);
 
     // Without --folder the environment names the folder.

@@ -1,14 +1,12 @@
-#include <QDir>
-#include <QFile>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "Interfaces/ChannelStripKeys.h"
 #include "ChannelStripModel.h"
 #include "HostModel.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ORVChStrip/ORVChStripParameters.h"
@@ -17,6 +15,7 @@
 #include "ORVChStrip/ORVD/ORVD_Select.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ParameterMemory.h"
+#include "TestFiles.h"
 
 namespace {
 
@@ -39,13 +38,8 @@ struct ListFixture
 {
     explicit ListFixture(const QMap<QString, QByteArray> &files, int ch = 0)
     {
-        for (auto it = files.begin(); it != files.end(); ++it) {
-            const QString path = folder.filePath(it.key());
-            QDir().mkpath(QFileInfo(path).path());
-            QFile file(path);
-            if (file.open(QIODevice::WriteOnly))
-                file.write(it.value());
-        }
+        for (auto it = files.begin(); it != files.end(); ++it)
+            writeFile(folder.filePath(it.key()), it.value());
         editor.setModelInfo(&model);
         manager.GetCollection().SetFolder(folder.path());
         manager.Collection();
@@ -253,7 +247,8 @@ void TestMorphingPresetList::sendsRecordAndSweepReproducesPoints()
 
     // Sweeping the morph knob over the nine point positions gives each
     // point's values on the parameters the columns drive.
-    const ParameterDefinition *position = f.model.parameter(f.model.parameterId(ChannelStripKeys::MorphValue));
+    const ParameterDefinition *position
+        = f.model.parameter(f.model.parameterId(ChannelStripKeys::MorphValue));
     QVERIFY(position);
     // Start between two points so that the first point is a move too.
     QVERIFY(f.memory.setValueByKey(ChannelStripKeys::MorphValue, position->maximum / 16, ch));

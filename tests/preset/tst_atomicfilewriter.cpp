@@ -4,14 +4,9 @@
 
 #include "FileSizeLimit.h"
 #include "ORVChStrip/Chunk/AtomicFileWriter.h"
+#include "TestFiles.h"
 
 namespace {
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QByteArray pattern(int size, char seed)
 {
@@ -63,10 +58,8 @@ void TestAtomicFileWriter::fullDiskKeepsOldFile()
     QVERIFY(dir.isValid());
     const QString path = dir.filePath(QStringLiteral("target.bin"));
     const QByteArray old = pattern(700, 'o');
-    if (existing) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(old) == old.size());
-    }
+    if (existing)
+        QVERIFY(writeFile(path, old));
     const QByteArray bytes = pattern(size, 'n');
 
     bool ok = false;

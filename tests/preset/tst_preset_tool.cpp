@@ -70,7 +70,7 @@ void TestPresetTool::info()
     const QString path = m_dir.filePath(
         exitCode == 0 ? QStringLiteral("good [s].plxpreset") : QStringLiteral("bad.plxpreset"));
     QVERIFY(writeFile(path, bytes));
-    const ToolRun run = runTool({ QStringLiteral("preset"), QStringLiteral("info"), path });
+    const ToolRun run = runTool({ "preset", "info", path });
     QCOMPARE(run.exitCode, exitCode);
     const QString text = QString::fromUtf8(exitCode == 0 ? run.out : run.err);
     for (const QString &part : expected)
@@ -81,20 +81,18 @@ void TestPresetTool::infoJson()
 {
     const QString path = m_dir.filePath(QStringLiteral("json.plxpreset"));
     QVERIFY(writeFile(path, presetBytes(StereoID, stateBytes(12))));
-    const ToolRun run
-        = runTool({ QStringLiteral("preset"), QStringLiteral("info"), path, QStringLiteral("--json") });
+    const ToolRun run = runTool({ "preset", "info", path, "--json" });
     QCOMPARE(run.exitCode, 0);
     const QJsonObject object = QJsonDocument::fromJson(run.out).object();
-    QCOMPARE(object.value(QLatin1String("class")).toString(), QStringLiteral("stereo"));
-    QCOMPARE(object.value(QLatin1String("list_offset")).toInteger(), 60);
-    const QJsonArray chunks = object.value(QLatin1String("chunks")).toArray();
+    QCOMPARE(object.value("class").toString(), QStringLiteral("stereo"));
+    QCOMPARE(object.value("list_offset").toInteger(), 60);
+    const QJsonArray chunks = object.value("chunks").toArray();
     QCOMPARE(chunks.size(), 1);
-    QCOMPARE(chunks.first().toObject().value(QLatin1String("size")).toInteger(), 12);
+    QCOMPARE(chunks.first().toObject().value("size").toInteger(), 12);
 
-    const ToolRun missing = runTool({ QStringLiteral("preset"), QStringLiteral("info"),
-        m_dir.filePath(QStringLiteral("none")), "--json" });
+    const ToolRun missing = runTool({ "preset", "info", m_dir.filePath("none"), "--json" });
     QCOMPARE(missing.exitCode, 1);
-    QCOMPARE(QJsonDocument::fromJson(missing.out).object().value(QLatin1String("valid")).toBool(true), false);
+    QCOMPARE(QJsonDocument::fromJson(missing.out).object().value("valid").toBool(true), false);
 }
 
 void TestPresetTool::convertDryRunJson()
@@ -105,22 +103,20 @@ void TestPresetTool::convertDryRunJson()
     QVERIFY(writePreset(source + QStringLiteral("/Vocals/Warm/B.plxpreset"), StereoID, stateBytes(40)));
     QVERIFY(writePreset(source + QStringLiteral("/C.plxpreset"), ThirdID, stateBytes(40)));
 
-    const ToolRun run = runTool({ QStringLiteral("preset"), QStringLiteral("convert"),
-        QStringLiteral("--dry-run"), QStringLiteral("--json"), QStringLiteral("--from"), source,
-        QStringLiteral("--to"), destination });
+    const ToolRun run
+        = runTool({ "preset", "convert", "--dry-run", "--json", "--from", source, "--to", destination });
     QCOMPARE(run.exitCode, 0);
     const QJsonObject object = QJsonDocument::fromJson(run.out).object();
     QVERIFY2(!object.isEmpty(), run.out.constData());
-    QCOMPARE(object.value(QLatin1String("dry_run")).toBool(), true);
-    const QJsonObject totals = object.value(QLatin1String("totals")).toObject();
-    QCOMPARE(totals.value(QLatin1String("would_convert")).toInt(), 2);
-    QCOMPARE(totals.value(QLatin1String("skipped")).toInt(), 1);
-    QCOMPARE(totals.value(QLatin1String("converted")).toInt(), 0);
-    QCOMPARE(object.value(QLatin1String("files")).toArray().size(), 3);
+    QCOMPARE(object.value("dry_run").toBool(), true);
+    const QJsonObject totals = object.value("totals").toObject();
+    QCOMPARE(totals.value("would_convert").toInt(), 2);
+    QCOMPARE(totals.value("skipped").toInt(), 1);
+    QCOMPARE(totals.value("converted").toInt(), 0);
+    QCOMPARE(object.value("files").toArray().size(), 3);
     QVERIFY(!QFileInfo::exists(destination));
 
-    const ToolRun bad
-        = runTool({ QStringLiteral("preset"), QStringLiteral("convert"), QStringLiteral("--from"), source });
+    const ToolRun bad = runTool({ "preset", "convert", "--from", source });
     QCOMPARE(bad.exitCode, 2);
 }
 

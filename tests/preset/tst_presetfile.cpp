@@ -78,7 +78,6 @@ void TestPresetFile::saveLayout_data()
     QTest::newRow("one byte") << 1;
     QTest::newRow("one piece") << 256;
     QTest::newRow("piece and a byte") << 257;
-    QTest::newRow("several pieces") << 5000;
 }
 
 void TestPresetFile::saveLayout()
@@ -115,7 +114,6 @@ void TestPresetFile::checkID_data()
     const qint64 listOffset = 148;
     QTest::newRow("stereo preset") << good << 1 << QString();
     QTest::newRow("mono preset") << presetBytes(MonoID, stateBytes(100)) << 0 << QString();
-    QTest::newRow("third class") << presetBytes(ThirdID, stateBytes(100)) << 0 << QString();
     QTest::newRow("lower-case class id")
         << QByteArray(good).replace(8, 32, QByteArray(StereoID.toString().c_str()).toLower()) << 1
         << QString();
@@ -125,8 +123,6 @@ void TestPresetFile::checkID_data()
     QTest::newRow("too short") << good.left(30) << -1 << QStringLiteral("file is 30 bytes long");
     QTest::newRow("list offset 0") << QByteArray(good).replace(40, 8, littleEndian64(0)) << -1
                                    << QStringLiteral("chunk list offset 0 in bytes 40-47");
-    QTest::newRow("negative list offset") << QByteArray(good).replace(40, 8, littleEndian64(-5)) << -1
-                                          << QStringLiteral("chunk list offset -5 in bytes 40-47");
     QTest::newRow("list offset past end") << QByteArray(good).replace(40, 8,
         littleEndian64(9999)) << -1 << QStringLiteral("chunk list offset 9999 in bytes 40-47 lies past");
     QTest::newRow("list offset off by one")
@@ -217,7 +213,6 @@ void TestPresetFile::windowReads_data()
     QTest::addColumn<QByteArray>("expected");
 
     // The window is "cdefgh" inside "abcdefghij".
-    QTest::newRow("start") << qint64(0) << int(IBStream::kIBSeekSet) << qint64(0) << 4 << QByteArray("cdef");
     QTest::newRow("read clamped") << qint64(0) << int(IBStream::kIBSeekSet) << qint64(0) << 100
                                   << QByteArray("cdefgh");
     QTest::newRow("from end") << qint64(-2) << int(IBStream::kIBSeekEnd) << qint64(4) << 10
@@ -296,7 +291,6 @@ void TestPresetFile::loadClassMatching()
 void TestPresetFile::oddFileNames_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("spaces and brackets") << QStringLiteral("Orvane Ch Strip [s] (copy 2).plxpreset");
     QTest::newRow("accents") << QStringLiteral("Wärme – Stimme é.plxpreset");
     QTest::newRow("cjk") << QStringLiteral("ボーカル 温かい.plxpreset");
     QTest::newRow("quotes and percent") << QStringLiteral("it's \"100%\" #1 & more.plxpreset");
@@ -308,7 +302,6 @@ void TestPresetFile::oddFileNames()
     const QString path = m_dir.filePath(QStringLiteral("odd/") + name);
     const QByteArray state = stateBytes(321, 9);
     QVERIFY(writePreset(path, StereoID, state));
-    QVERIFY(QFileInfo::exists(path));
     QCOMPARE(MyPlxPresetFile::checkID(path, StereoID), 1);
     QCOMPARE(MyPlxPresetFile::checkID(QFile::encodeName(path).constData(), StereoID), 1);
     QCOMPARE(loadState(path, StereoID), state);
@@ -323,7 +316,6 @@ void TestPresetFile::converterTakesWholeStateOrNothing_data()
     QTest::addColumn<bool>("taken");
     QTest::newRow("whole") << -1 << int(FlakyStream::EndsEarly) << 4096 << true;
     QTest::newRow("reads come in small pieces") << -1 << int(FlakyStream::EndsEarly) << 100 << true;
-    QTest::newRow("ends early") << 700 << int(FlakyStream::EndsEarly) << 4096 << false;
     QTest::newRow("read fails") << 700 << int(FlakyStream::Fails) << 4096 << false;
     QTest::newRow("last byte missing") << 999 << int(FlakyStream::EndsEarly) << 100 << false;
 }

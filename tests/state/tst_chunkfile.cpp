@@ -90,11 +90,9 @@ private slots:
     void exceptionMessages();
     void parameterCap_data();
     void parameterCap();
-    void longFileInfoMisalignsTheWalk();
-    void unknownChunkIsSkipped();
     void missingAndRepeatedChunks();
-    void hugeSizesEndTheWalk_data();
-    void hugeSizesEndTheWalk();
+    void badSizesEndTheWalk_data();
+    void badSizesEndTheWalk();
     void skipFormChunk();
     void analyzerErrorCap_data();
     void analyzerErrorCap();
@@ -224,7 +222,7 @@ void TestChunkFile::exceptionMessages()
     QCOMPARE(QByteArray(ChStripFileException(0).what()), QByteArray("No Error.\n"));
     QCOMPARE(QByteArray(ChStripFileException(1).what()), QByteArray("It's not ChStrip file.\n"));
     QCOMPARE(QByteArray(ChStripFileException(4).what()), QByteArray("No file information chunk.\n"));
-    for (int code : { 5, 6, -1, 1000 }) {
+    for (int code : { 5, -1, 1000 }) {
         QCOMPARE(
             QByteArray(ChStripFileException(code).what()), QByteArray("Error that can't be recognized.\n"));
         QCOMPARE(ChStripFileException(code).code(), 5);
@@ -267,38 +265,13 @@ void TestChunkFile::parameterCap()
     QCOMPARE(QByteArray(buffers.name), QByteArray("after"));
 }
 
-void TestChunkFile::longFileInfoMisalignsTheWalk()
-{
-    // "FINF" states 8 bytes; the reader takes the 4-byte version and reads
-    // the next header from the 4 bytes after it, "XXXX" with the real "PRM "
-    // id as its size, which steps past the end: the "PRM " is never read.
-    const QByteArray bytes
-        = chunk32("CHST", chunk32("FINF", le32(2) + QByteArray("XXXX")) + chunk32("PRM ", floats({ 0.5f })));
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY(loaded.ok);
-    QCOMPARE(buffers.params[0], Canary);
-
-    // With an exact "FINF" the same value is read.
-    Buffers aligned;
-    QVERIFY(load(chunk32("CHST", fileInfo32() + chunk32("PRM ", floats({ 0.5f }))), aligned).ok);
-    QCOMPARE(aligned.params[0], 0.5f);
-}
-
-void TestChunkFile::unknownChunkIsSkipped()
-{
-    const QByteArray bytes
-        = chunk32("CHST", fileInfo32() + chunk32("ABCD", "abc") + chunk32("PRM ", floats({ 0.75f })));
-    Buffers buffers;
-    QVERIFY(load(bytes, buffers).ok);
-    QCOMPARE(buffers.params[0], 0.75f);
-}
-
 void TestChunkFile::missingAndRepeatedChunks()
 {
     Buffers buffers;
-    const QByteArray bytes = chunk32(
-        "CHST", fileInfo32() + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("PRM ", floats({ 0.9f })));
+    // An unknown chunk of odd size is stepped over.
+    const QByteArray bytes = chunk32("CHST",
+        fileInfo32() + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("ABCD", "abc")
+            + chunk32("PRM ", floats({ 0.9f })));
     QVERIFY(load(bytes, buffers).ok);
     QCOMPARE(buffers.params[0], 0.9f); // the later chunk wins
     QCOMPARE(buffers.params[1], 0.2f);
@@ -313,11 +286,15 @@ void TestChunkFile::missingAndRepeatedChunks()
     QCOMPARE(QByteArray(failed.name), QByteArray("kept"));
 }
 
-void TestChunkFile::hugeSizesEndTheWalk_data()
+void TestChunkFile::badSizesEndTheWalk_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("read");
     const QByteArray value = floats({ 0.5f });
+    // "FINF" states 8 bytes; the reader takes 4 and reads the next header
+    // from "XXXX", whose size (the "PRM " id) steps past the end.
+    QTest::newRow("long file information misaligns the walk")
+        << chunk32("CHST", chunk32("FINF", le32(2) + QByteArray("XXXX")) + chunk32("PRM ", value)) << false;
     QTest::newRow("32-bit form size wraps the end")
         << QByteArray("CHST") + le32(INT_MAX) + fileInfo32() + chunk32("PRM ", value) << false;
     QTest::newRow("32-bit form claims 2 GB")
@@ -334,7 +311,7 @@ void TestChunkFile::hugeSizesEndTheWalk_data()
             + chunk64("PRM ", value) << false;
 }
 
-void TestChunkFile::hugeSizesEndTheWalk()
+void TestChunkFile::badSizesEndTheWalk()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(bool, read);
@@ -373,10 +350,8 @@ void TestChunkFile::analyzerErrorCap_data()
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("stored");
     QTest::addColumn<bool>("ellipsis");
-    QTest::newRow("short") << 10 << 10 << false;
     QTest::newRow("1023 whole") << 1023 << 1023 << false;
     QTest::newRow("1024 cut") << 1024 << 1023 << true;
-    QTest::newRow("5000 cut") << 5000 << 1023 << true;
 }
 
 void TestChunkFile::analyzerErrorCap()
@@ -387,8 +362,6 @@ void TestChunkFile::analyzerErrorCap()
     for (int i = 0; i < length; ++i)
         text += char('a' + i % 26);
     AnalyzerError error;
-    QVERIFY(!error.isError());
-    QCOMPARE(QByteArray(error.message()), QByteArray());
     error.setError(text.constData());
     QVERIFY(error.isError());
     const QByteArray stored(error.message());
