@@ -197,10 +197,6 @@ void tst_EffectEditor::appliesEditModesToTheTree()
     editor.setSliderEditMode(1);
     QCOMPARE(knob->operationType(), KnobController::Linear);
     QCOMPARE(fader->operationType(), FaderController::Jump);
-    editor.setDialEditMode(1);
-    editor.setSliderEditMode(-1);
-    QCOMPARE(knob->operationType(), KnobController::RelativeCircular);
-    QCOMPARE(fader->operationType(), FaderController::Touch);
 }
 
 void tst_EffectEditor::looksUpParameters()

@@ -71,7 +71,6 @@ void tst_HostSimulation::parsesValueTexts_data()
     QTest::newRow("knee prefix") << QByteArray("fx_cmp_kne") << "Med" << true << 1;
     QTest::newRow("switch") << QByteArray("fx_eq_byps") << "on" << true << 1;
     QTest::newRow("threshold") << QByteArray("fx_cmp_trsofst") << "-10 dB" << true << 50;
-    QTest::newRow("output") << QByteArray("fx_eq_peqgain") << "+6" << true << 240;
     QTest::newRow("huge number") << QByteArray("fx_cmp_atck") << "1e300" << true << 200;
     QTest::newRow("garbage") << QByteArray("fx_eq_midfrq") << "loud" << false << 0;
     QTest::newRow("empty") << QByteArray("fx_cmp_kne") << "" << false << 0;

@@ -19,6 +19,7 @@ namespace {
 
 constexpr double Fs = 48000.0;
 constexpr double TwoPi = 6.283185307179586;
+constexpr double SilenceDb = -1000.0;
 
 using Steps = QList<QPair<QByteArray, int>>;
 
@@ -45,10 +46,9 @@ public:
 
     // Processes `seconds` of a sine starting on its peak (amplitude in dBFS),
     // returns the output of the left channel.
-    std::vector<float> sine(double frequency, double amplitudeDb, double seconds, bool silent = false)
+    std::vector<float> sine(double frequency, double amplitudeDb, double seconds)
     {
-        const double db = silent ? -1000.0 : amplitudeDb;
-        return tone(frequency, db, db, seconds).first;
+        return tone(frequency, amplitudeDb, amplitudeDb, seconds).first;
     }
 
     // The same with its own level on each channel; both outputs.
@@ -259,9 +259,9 @@ void TestStripModel::releaseRecoversTwentyDecibelsPerReleaseTime()
     // Silence: the detector falls 10 dB in half the release time, leaving
     // 10 dB over the threshold (7.5 dB of reduction), and reaches the
     // threshold after the release time.
-    run.sine(1000.0, 0.0, releaseMs / 2000.0, true);
+    run.sine(1000.0, SilenceDb, releaseMs / 2000.0);
     QVERIFY2(std::abs(run.gainReduction() - 7.5) < 0.3, qPrintable(QString::number(run.gainReduction())));
-    run.sine(1000.0, 0.0, releaseMs / 2000.0 + 0.002, true);
+    run.sine(1000.0, SilenceDb, releaseMs / 2000.0 + 0.002);
     QCOMPARE(run.gainReduction(), 0.0);
 }
 

@@ -5,8 +5,8 @@
 #include <QTimer>
 
 #include "Common/Widgets/PushButtonController.h"
-#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/Preset/PresetFileInfo.h"
 #include "PresetTestFiles.h"
 
@@ -29,13 +29,6 @@ QString monoSource(const QString &file)
 QString stereoSource(const QString &file)
 {
     return Conversion::stereoFolders().source + QLatin1Char('/') + file;
-}
-
-void setModified(const QString &path, const QDateTime &time)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
 }
 
 void openFully(ORVChStripPresetConverter &dialog)
@@ -86,24 +79,16 @@ void TestPresetConverterDialog::offeredOnlyWithPresetsToConvert_data()
     QTest::addColumn<bool>("askAgain");
     QTest::addColumn<bool>("offered");
 
-    QTest::newRow("nothing there") << ""
-                                   << "" << true << false;
-    QTest::newRow("another class") << "third"
-                                   << "Other.plxpreset" << true << false;
-    QTest::newRow("not a preset") << "text"
-                                  << "Notes.plxpreset" << true << false;
-    QTest::newRow("a link to a preset") << "link"
-                                        << "Linked.plxpreset" << true << false;
-    QTest::newRow("mono preset") << "mono"
-                                 << "Bass.plxpreset" << true << true;
-    QTest::newRow("nested, upper-case suffix") << "stereo"
-                                               << "Vocals/Warm/Soft.PLXPRESET" << true << true;
-    QTest::newRow("already converted") << "converted"
-                                       << "Lead.plxpreset" << true << false;
-    QTest::newRow("changed since converted") << "stale"
-                                             << "Lead.plxpreset" << true << true;
-    QTest::newRow("not to ask again") << "mono"
-                                      << "Bass.plxpreset" << false << false;
+    QTest::newRow("nothing there") << "" << QStringLiteral("") << true << false;
+    QTest::newRow("another class") << "third" << QStringLiteral("Other.plxpreset") << true << false;
+    QTest::newRow("not a preset") << "text" << QStringLiteral("Notes.plxpreset") << true << false;
+    QTest::newRow("a link to a preset") << "link" << QStringLiteral("Linked.plxpreset") << true << false;
+    QTest::newRow("mono preset") << "mono" << QStringLiteral("Bass.plxpreset") << true << true;
+    QTest::newRow("nested, upper-case suffix")
+        << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
+    QTest::newRow("already converted") << "converted" << QStringLiteral("Lead.plxpreset") << true << false;
+    QTest::newRow("changed since converted") << "stale" << QStringLiteral("Lead.plxpreset") << true << true;
+    QTest::newRow("not to ask again") << "mono" << QStringLiteral("Bass.plxpreset") << false << false;
 }
 
 void TestPresetConverterDialog::offeredOnlyWithPresetsToConvert()
@@ -130,8 +115,10 @@ void TestPresetConverterDialog::offeredOnlyWithPresetsToConvert()
     if (kind == QLatin1String("converted") || kind == QLatin1String("stale")) {
         QVERIFY(writePreset(converted, StereoID, stateBytes(64)));
         // The older of the two decides whether it still waits.
-        setModified(kind == QLatin1String("converted") ? source : converted,
-            QDateTime::currentDateTime().addDays(-1));
+        QFile older(kind == QLatin1String("converted") ? source : converted);
+        QVERIFY(older.open(QIODevice::ReadWrite));
+        QVERIFY(
+            older.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
     }
     Conversion::setAskAgain(askAgain);
     QCOMPARE(ORVChStripPresetConverter::shouldOfferConversion(), offered);
@@ -143,16 +130,11 @@ void TestPresetConverterDialog::choiceSavedOnEveryHide_data()
     QTest::addColumn<QString>("leave"); // not now, close, hide
     QTest::addColumn<bool>("askAgain");
 
-    QTest::newRow("checked, Not Now") << "button"
-                                      << "not now" << false;
-    QTest::newRow("checked through its label, Not Now") << "label"
-                                                        << "not now" << false;
-    QTest::newRow("checked, closed by the editor") << "button"
-                                                   << "close" << false;
-    QTest::newRow("checked, hidden at once") << "button"
-                                             << "hide" << false;
-    QTest::newRow("unchecked, Not Now") << "none"
-                                        << "not now" << true;
+    QTest::newRow("checked, Not Now") << "button" << QStringLiteral("not now") << false;
+    QTest::newRow("checked through its label, Not Now") << "label" << QStringLiteral("not now") << false;
+    QTest::newRow("checked, closed by the editor") << "button" << QStringLiteral("close") << false;
+    QTest::newRow("checked, hidden at once") << "button" << QStringLiteral("hide") << false;
+    QTest::newRow("unchecked, Not Now") << "none" << QStringLiteral("not now") << true;
 }
 
 void TestPresetConverterDialog::choiceSavedOnEveryHide()

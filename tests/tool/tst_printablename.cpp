@@ -17,17 +17,11 @@ void TestPrintableName::oneLineAndItsWidth_data()
     QTest::addColumn<QString>("shown");
     QTest::addColumn<int>("width"); // of the name as shown
 
-    QTest::newRow("plain") << "Vocal Air"
-                           << "Vocal Air" << 9;
-    QTest::newRow("newline") << "new\nline"
-                             << "new\\nline" << 9;
-    QTest::newRow("carriage return and tab") << "a\rb\tc"
-                                             << "a\\rb\\tc" << 7;
-    QTest::newRow("terminal escape") << "\x1b[31mred"
-                                     << "\\x1b[31mred" << 11;
-    QTest::newRow("backslash stays readable") << "a\\n"
-                                              << "a\\\\n"
-                                              << 4;
+    QTest::newRow("plain") << "Vocal Air" << QStringLiteral("Vocal Air") << 9;
+    QTest::newRow("newline") << "new\nline" << QStringLiteral("new\\nline") << 9;
+    QTest::newRow("carriage return and tab") << "a\rb\tc" << QStringLiteral("a\\rb\\tc") << 7;
+    QTest::newRow("terminal escape") << "\x1b[31mred" << QStringLiteral("\\x1b[31mred") << 11;
+    QTest::newRow("backslash stays readable") << "a\\n" << QStringLiteral("a\\\\n") << 4;
     QTest::newRow("line separator") << QStringLiteral("a\u2028b") << "a\\u2028b" << 8;
     QTest::newRow("undecodable byte") << QStringLiteral("bad\ufffd") << "bad\\ufffd" << 9;
     QTest::newRow("wide characters") << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97")
