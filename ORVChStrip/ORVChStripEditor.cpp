@@ -178,6 +178,13 @@ void ORVChStripEditor::connectForm()
     }
     connect(ui.m_pCompressorKneeButtonGroup, qOverload<int>(&ButtonGroupController::valueChanged), this,
         &ORVChStripEditor::updateKnee);
+    // A knob speaks its value with the unit its field shows beside it.
+    for (const Binding &binding : std::as_const(m_bindings)) {
+        auto *knob = dynamic_cast<ValueController *>(binding.controls[0]);
+        auto *field = dynamic_cast<TextEditController *>(binding.controls[1]);
+        if (knob && field)
+            knob->setValueSuffix(field->postfix());
+    }
     connect(
         ui.m_pMorphingPresetButton, &QAbstractButton::clicked, this, &ORVChStripEditor::openMorphingPreset);
     connect(ui.m_pAboutButton, &QAbstractButton::clicked, m_pAbout, &ORVChStripAbout::open);

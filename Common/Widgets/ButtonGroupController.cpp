@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "Common/Widgets/AccessibleControlFactory.h"
 #include "Common/Widgets/PushButtonController.h"
 
 namespace CommonController_MemAPI {
@@ -21,6 +22,7 @@ ButtonGroupController::ButtonGroupController(QWidget *parent)
     : QGroupBox(parent)
     , m_accessibleName(this)
 {
+    AccessibleControlFactory::install();
     // A child event arrives before the child is fully built; register it
     // once it is.
     connect(this, &ButtonGroupController::childAdded, this, &ButtonGroupController::addChild,

@@ -1,10 +1,9 @@
 #include "Common/Widgets/MeterController.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QPainter>
 #include <algorithm>
 
+#include "Common/Widgets/AccessibleControlFactory.h"
 #include "Common/Widgets/MeterConverter.h"
 
 namespace CommonController_MemAPI {
@@ -14,54 +13,12 @@ namespace {
 constexpr unsigned short TableSegments = 53;
 constexpr int FullSegment = 51; // 0 dB; segment 52 is above the top
 
-// A read-only indicator whose value is the meter's reading as text.
-class MeterAccessible : public QAccessibleWidget, public QAccessibleValueInterface
-{
-public:
-    explicit MeterAccessible(MeterController *meter)
-        : QAccessibleWidget(meter, QAccessible::ProgressBar)
-    { }
-
-    QString text(QAccessible::Text type) const override
-    {
-        if (type == QAccessible::Value)
-            return meter()->levelText();
-        return QAccessibleWidget::text(type);
-    }
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        if (type == QAccessible::ValueInterface)
-            return static_cast<QAccessibleValueInterface *>(this);
-        return QAccessibleWidget::interface_cast(type);
-    }
-
-    QVariant currentValue() const override { return meter()->value() / 10.0; }
-    void setCurrentValue(const QVariant &) override { }
-    QVariant maximumValue() const override { return meter()->maximumValue() / 10.0; }
-    QVariant minimumValue() const override { return meter()->minimumValue() / 10.0; }
-    QVariant minimumStepSize() const override { return 0.1; }
-
-private:
-    MeterController *meter() const { return static_cast<MeterController *>(widget()); }
-};
-
-QAccessibleInterface *meterAccessibleFactory(const QString &, QObject *object)
-{
-    if (auto *meter = qobject_cast<MeterController *>(object))
-        return new MeterAccessible(meter);
-    return nullptr;
-}
-
 } // namespace
 
 MeterController::MeterController(QWidget *parent)
     : QWidget(parent)
 {
-    static const bool factoryInstalled = [] {
-        QAccessible::installFactory(meterAccessibleFactory);
-        return true;
-    }();
-    Q_UNUSED(factoryInstalled)
+    AccessibleControlFactory::install();
 
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(tr("Level meter"));
@@ -235,10 +192,6 @@ void MeterController::refresh()
 
 void MeterController::valueChanged()
 {
-    if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent event(this, value() / 10.0);
-        QAccessible::updateAccessibility(&event);
-    }
     const DisplayState state = displayState();
     if (state == m_drawnState)
         return;

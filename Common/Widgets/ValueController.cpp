@@ -1,6 +1,9 @@
 #include "Common/Widgets/ValueController.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
+
+#include "Common/Widgets/AccessibleControlFactory.h"
 
 namespace CommonController_MemAPI {
 
@@ -8,6 +11,7 @@ ValueController::ValueController(QWidget *parent)
     : QWidget(parent)
     , m_accessibleName(this)
 {
+    AccessibleControlFactory::install();
     setFocusPolicy(Qt::ClickFocus);
     connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });
     updateAccessibleText();
@@ -30,6 +34,10 @@ void ValueController::valueChangedRequest()
 void ValueController::valueChanged()
 {
     updateAccessibleText();
+    if (QAccessible::isActive()) {
+        QAccessibleValueChangeEvent event(this, value());
+        QAccessible::updateAccessibility(&event);
+    }
     update();
 }
 
@@ -38,10 +46,30 @@ void ValueController::notifyModifiersChange(Qt::KeyboardModifiers modifiers)
     emit modifiersChange(this, modifiers);
 }
 
+void ValueController::setValueSuffix(const QString &suffix)
+{
+    if (suffix == m_valueSuffix)
+        return;
+    m_valueSuffix = suffix;
+    updateAccessibleText();
+}
+
+QString ValueController::accessibleValueText() const
+{
+    QString text = describedText();
+    if (text.isEmpty())
+        return QString::number(value());
+    if (!m_valueSuffix.isEmpty() && !text.endsWith(m_valueSuffix))
+        text += m_valueSuffix;
+    return text;
+}
+
 void ValueController::updateAccessibleText()
 {
-    const QString text = describedText();
-    setAccessibleDescription(text.isEmpty() ? QString::number(value()) : text);
+    // The description repeats the value text: the screen-reader bridge carries
+    // only the number of a value, and a reader speaks a changed description of
+    // the focused control, so the unit is heard as the value moves.
+    setAccessibleDescription(accessibleValueText());
 }
 
 void ValueController::endDrag()

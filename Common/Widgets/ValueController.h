@@ -14,12 +14,21 @@ namespace CommonController_MemAPI {
 class ValueController : public QWidget, public AbstractController
 {
     Q_OBJECT
+    Q_PROPERTY(QString valueSuffix READ valueSuffix WRITE setValueSuffix)
 
 public:
     explicit ValueController(QWidget *parent = nullptr);
 
     bool isDragging() const { return m_dragging; }
     void setScale(double scale) override;
+
+    // The value as the control shows it ("10 ms"), or the number where the
+    // parameter has no text; what assistive technology reads as the value.
+    QString accessibleValueText() const;
+    // The unit a reader hears after the value text where the control shows
+    // no unit itself (a knob beside the field that shows it); not drawn.
+    QString valueSuffix() const { return m_valueSuffix; }
+    void setValueSuffix(const QString &suffix);
 
 signals:
     void valueChanged(int value);
@@ -48,6 +57,7 @@ protected:
 
 private:
     AccessibleNameFallback m_accessibleName;
+    QString m_valueSuffix;
 };
 
 } // namespace CommonController_MemAPI

@@ -1,0 +1,212 @@
+// What assistive technology finds on the channel strip editor.
+#include <QAccessible>
+#include <QTest>
+#include <memory>
+
+#include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/MeterController.h"
+#include "HostModel.h"
+#include "ORVChStrip/ORVChStripEditor.h"
+#include "ParameterMemory.h"
+
+using namespace CommonController_MemAPI;
+
+namespace {
+
+// Every accessibility event the editor sends, in order.
+QList<std::pair<QObject *, QAccessible::Event>> g_events;
+QList<QVariant> g_values; // the value of each value event
+
+void recordEvent(QAccessibleEvent *event)
+{
+    g_events.append({ event->object(), event->type() });
+    if (event->type() == QAccessible::ValueChanged)
+        g_values.append(static_cast<QAccessibleValueChangeEvent *>(event)->value());
+}
+
+int valueEventsFor(QObject *object)
+{
+    return int(std::count_if(g_events.cbegin(), g_events.cend(),
+        [object](const auto &e) { return e.first == object && e.second == QAccessible::ValueChanged; }));
+}
+
+QString hostText(ParameterMemory &memory, const AbstractController *control)
+{
+    char buffer[256] = {};
+    memory.getValueString(control->prmId(), control->ch(), control->value(), buffer, sizeof buffer);
+    return QString::fromLocal8Bit(buffer);
+}
+
+} // namespace
+
+class tst_EditorAccessibility : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void valueControls_data();
+    void valueControls();
+    void switchesAndChoices_data();
+    void switchesAndChoices();
+    void metersAreQuiet();
+
+private:
+    HostModel m_model = HostModel::channelStrip();
+    std::unique_ptr<ParameterMemory> m_pMemory;
+    std::unique_ptr<ORVChStripEditor> m_pEditor;
+    QAccessibleInterface *accessibleOf(const char *objectName);
+};
+
+void tst_EditorAccessibility::initTestCase()
+{
+    // Qt's bridge turns accessibility on once it reaches the bus.
+    QTRY_VERIFY_WITH_TIMEOUT(QAccessible::isActive(), 10000);
+    QAccessible::installUpdateHandler(recordEvent);
+}
+
+void tst_EditorAccessibility::init()
+{
+    m_pEditor.reset();
+    m_pMemory = std::make_unique<ParameterMemory>(&m_model);
+    m_pEditor = std::make_unique<ORVChStripEditor>();
+    m_pEditor->setModelInfo(&m_model);
+    m_pEditor->initialize();
+    m_pEditor->setMemAPI(m_pMemory.get());
+    m_pEditor->setCh(0, 1);
+    m_pEditor->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_pEditor.get()));
+    g_events.clear();
+    g_values.clear();
+}
+
+QAccessibleInterface *tst_EditorAccessibility::accessibleOf(const char *objectName)
+{
+    QWidget *widget = m_pEditor->findChild<QWidget *>(QLatin1String(objectName));
+    return widget ? QAccessible::queryAccessibleInterface(widget) : nullptr;
+}
+
+void tst_EditorAccessibility::valueControls_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<QAccessible::Role>("role");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("attack knob") << "m_pCompressorAttackKnob" << QAccessible::Dial << "Compressor attack";
+    QTest::newRow("ratio field") << "m_pCompressorRatioTextEdit" << QAccessible::SpinBox
+                                 << "Compressor ratio value";
+    QTest::newRow("middle frequency knob")
+        << "m_pEqualizerMiddleFrequencyKnob" << QAccessible::Dial << "Middle frequency";
+    QTest::newRow("middle frequency field")
+        << "m_pEqualizerMiddleFrequencyTextEdit" << QAccessible::SpinBox << "Middle frequency value";
+    QTest::newRow("low gain field") << "m_pEqualizerLowGainTextEdit" << QAccessible::SpinBox
+                                    << "Low gain value";
+    QTest::newRow("morph knob") << "m_pMorphingKnob" << QAccessible::Dial << "Morph position";
+    QTest::newRow("output knob") << "m_pOutputKnob" << QAccessible::Dial << "Output level";
+}
+
+// A reader finds each control by its role and name, reads the value the
+// control shows, and hears the value move when a key moves it.
+void tst_EditorAccessibility::valueControls()
+{
+    QFETCH(QString, control);
+    QFETCH(QAccessible::Role, role);
+    QFETCH(QString, name);
+
+    QWidget *widget = m_pEditor->findChild<QWidget *>(control);
+    QVERIFY(widget);
+    auto *controller = dynamic_cast<AbstractController *>(widget);
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(widget);
+    QVERIFY(accessible);
+    QCOMPARE(accessible->role(), role);
+    QCOMPARE(accessible->text(QAccessible::Name), name);
+    QVERIFY(accessible->state().focusable);
+
+    const QString before = hostText(*m_pMemory, controller);
+    QVERIFY(!before.isEmpty());
+    QVERIFY2(accessible->text(QAccessible::Value).startsWith(before),
+        qPrintable(accessible->text(QAccessible::Value)));
+
+    QAccessibleValueInterface *value = accessible->valueInterface();
+    QVERIFY(value);
+    QCOMPARE(value->currentValue().toInt(), controller->value());
+    QCOMPARE(value->minimumValue().toInt(), controller->minimumValue());
+    QCOMPARE(value->maximumValue().toInt(), controller->maximumValue());
+
+    const int start = controller->value() == controller->maximumValue() ? controller->minimumValue()
+                                                                        : controller->value();
+    value->setCurrentValue(start); // away from the top, so that Up moves
+    g_events.clear();
+    g_values.clear();
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key_Up);
+    QCOMPARE(controller->value(), start + 1);
+    QCOMPARE(value->currentValue().toInt(), start + 1);
+    QCOMPARE(valueEventsFor(widget), 1);
+    QCOMPARE(g_values.last().toInt(), start + 1);
+    const QString after = hostText(*m_pMemory, controller);
+    QVERIFY(accessible->text(QAccessible::Value).startsWith(after));
+    QCOMPARE(accessible->text(QAccessible::Description), accessible->text(QAccessible::Value));
+
+    // The decrease action is one more gesture the host sees.
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    QCOMPARE(controller->value(), start);
+    QCOMPARE(valueEventsFor(widget), 2);
+}
+
+void tst_EditorAccessibility::switchesAndChoices_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QAccessible::Role>("role");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("bypass switch") << "m_pCompressorButton" << QAccessible::CheckBox << "Compressor bypass";
+    QTest::newRow("band switch") << "m_pEqualizerLowButton" << QAccessible::CheckBox << "Low band on";
+    QTest::newRow("knee choice") << "m_pCompressorKneeHardButton" << QAccessible::RadioButton << "Hard knee";
+}
+
+// A switch and a choice report whether they are on, and a press through the
+// reader turns them on as a click does.
+void tst_EditorAccessibility::switchesAndChoices()
+{
+    QFETCH(QString, button);
+    QFETCH(QAccessible::Role, role);
+    QFETCH(QString, name);
+
+    QAccessibleInterface *accessible = accessibleOf(qPrintable(button));
+    QVERIFY(accessible);
+    QCOMPARE(accessible->role(), role);
+    QCOMPARE(accessible->text(QAccessible::Name), name);
+    QVERIFY(accessible->state().checkable);
+
+    const bool wasChecked = accessible->state().checked;
+    QVERIFY(accessible->actionInterface());
+    const QStringList actions = accessible->actionInterface()->actionNames();
+    const QString action = actions.contains(QAccessibleActionInterface::toggleAction())
+        ? QAccessibleActionInterface::toggleAction()
+        : QAccessibleActionInterface::pressAction();
+    accessible->actionInterface()->doAction(action);
+    // A choice is chosen, not toggled; start it off for the press to show.
+    if (role == QAccessible::RadioButton)
+        QVERIFY(!wasChecked);
+    QTRY_COMPARE(accessible->state().checked, !wasChecked);
+}
+
+// A meter reads as its level in decibels but announces nothing by itself: a
+// reader would otherwise speak at the meters' refresh rate.
+void tst_EditorAccessibility::metersAreQuiet()
+{
+    auto *meter = m_pEditor->findChild<MeterController *>(QStringLiteral("m_pSideChainMeter"));
+    QVERIFY(meter);
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(meter);
+    QCOMPARE(accessible->role(), QAccessible::ProgressBar);
+    QVERIFY(!accessible->text(QAccessible::Name).isEmpty());
+    meter->setValue(-125);
+    QCOMPARE(accessible->text(QAccessible::Value), QStringLiteral("-12.5 dB"));
+    QCOMPARE(accessible->valueInterface()->currentValue().toDouble(), -12.5);
+    QCOMPARE(valueEventsFor(meter), 0);
+}
+
+QTEST_MAIN(tst_EditorAccessibility)
+#include "tst_editoraccessibility.moc"
