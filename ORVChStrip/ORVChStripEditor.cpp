@@ -6,6 +6,8 @@
 
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
+#include "ORVChStrip/AccessibleGraph.h"
+#include "ORVChStrip/GraphDescription.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
 #include "ORVChStrip/MorphingListSettings.h"
 #include "ORVChStrip/ORVChStripAbout.h"
@@ -91,6 +93,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     , m_pMorphingPresetSlide(new ReversibleProgress(MorphingPresetSlideMs, 0.1, this))
 {
     m_pComponent->addRef();
+    AccessibleGraph::install(); // before the form builds the graphs
     m_pUi->setupUi(this);
     // The list slides up over the panel; it is part of the tree so that it
     // scales with it.
@@ -185,6 +188,17 @@ void ORVChStripEditor::connectForm()
         if (knob && field)
             knob->setValueSuffix(field->postfix());
     }
+    // The graphs are described by the values they draw.
+    auto *compressorCurve = new GraphDescription(ui.m_pCompressorGraph);
+    for (QWidget *control : QList<QWidget *> {
+             ui.m_pCompressorRatioKnob, ui.m_pCompressorKneeButtonGroup, ui.m_pCompressorDriveKnob })
+        compressorCurve->addControl(control);
+    auto *equalizerCurve = new GraphDescription(ui.m_pEqualizerGraph);
+    for (QWidget *control :
+        QList<QWidget *> { ui.m_pEqualizerLowFrequencyKnob, ui.m_pEqualizerLowGainKnob,
+            ui.m_pEqualizerMiddleFrequencyKnob, ui.m_pEqualizerMiddleGainKnob,
+            ui.m_pEqualizerMiddleQualityKnob, ui.m_pEqualizerHighFrequencyKnob, ui.m_pEqualizerHighGainKnob })
+        equalizerCurve->addControl(control);
     connect(
         ui.m_pMorphingPresetButton, &QAbstractButton::clicked, this, &ORVChStripEditor::openMorphingPreset);
     connect(ui.m_pAboutButton, &QAbstractButton::clicked, m_pAbout, &ORVChStripAbout::open);

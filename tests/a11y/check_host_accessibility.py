@@ -32,6 +32,7 @@ FIELD = {"spin button"}
 SWITCH = {"toggle button", "push button", "check box"}
 METER = {"progress bar", "level bar"}
 CHOICE = {"radio button"}
+GRAPH = {"image"}
 
 VALUE_CONTROLS = [
     "Compressor attack", "Compressor release", "Compressor ratio", "Compressor drive",
@@ -47,6 +48,7 @@ EXPECTED.update({
     "Low band on": SWITCH, "Middle band on": SWITCH, "High band on": SWITCH,
     "Soft knee": CHOICE, "Medium knee": CHOICE, "Hard knee": CHOICE,
     "Side-chain level": METER, "Gain reduction": METER,
+    "Compressor curve": GRAPH, "Equalizer curve": GRAPH,
     "Input meter, left": METER, "Input meter, right": METER,
     "Output meter, left": METER, "Output meter, right": METER,
 })
@@ -139,6 +141,8 @@ def main():
             print("  " + spoken(node))
             if role not in roles:
                 failures.append("%s: role %s, expected %s" % (name, role, " or ".join(sorted(roles))))
+            if roles is GRAPH and not node.description:
+                failures.append("%s: not described" % name)
             if roles in (KNOB, FIELD, METER):
                 if value_of(node) is None:
                     failures.append("%s: no value" % name)

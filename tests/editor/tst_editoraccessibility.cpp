@@ -6,6 +6,7 @@
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/MeterController.h"
 #include "HostModel.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/ORVChStripEditor.h"
 #include "ParameterMemory.h"
 
@@ -51,6 +52,7 @@ private slots:
     void switchesAndChoices_data();
     void switchesAndChoices();
     void metersAreQuiet();
+    void graphsDescribeTheirCurve();
 
 private:
     HostModel m_model = HostModel::channelStrip();
@@ -206,6 +208,28 @@ void tst_EditorAccessibility::metersAreQuiet()
     QCOMPARE(accessible->text(QAccessible::Value), QStringLiteral("-12.5 dB"));
     QCOMPARE(accessible->valueInterface()->currentValue().toDouble(), -12.5);
     QCOMPARE(valueEventsFor(meter), 0);
+}
+
+// A graph is a picture a reader describes by the values it draws, current
+// after every change.
+void tst_EditorAccessibility::graphsDescribeTheirCurve()
+{
+    QAccessibleInterface *curve = accessibleOf("m_pEqualizerGraph");
+    QVERIFY(curve);
+    QCOMPARE(curve->role(), QAccessible::Graphic);
+    QCOMPARE(curve->text(QAccessible::Name), QStringLiteral("Equalizer curve"));
+    QVERIFY2(curve->text(QAccessible::Description).contains(QStringLiteral("Middle frequency 1k Hz")),
+        qPrintable(curve->text(QAccessible::Description)));
+    QVERIFY(m_pMemory->setValueText(ChannelStripKeys::EqualizerMiddleFrequency, QStringLiteral("2k")));
+    QVERIFY2(curve->text(QAccessible::Description).contains(QStringLiteral("Middle frequency 2k Hz")),
+        qPrintable(curve->text(QAccessible::Description)));
+
+    QAccessibleInterface *compressor = accessibleOf("m_pCompressorGraph");
+    QCOMPARE(compressor->role(), QAccessible::Graphic);
+    QVERIFY(m_pMemory->setValueText(ChannelStripKeys::CompressorKnee, QStringLiteral("hard")));
+    QTRY_VERIFY2(
+        compressor->text(QAccessible::Description).contains(QStringLiteral("Compressor knee Hard knee")),
+        qPrintable(compressor->text(QAccessible::Description)));
 }
 
 QTEST_MAIN(tst_EditorAccessibility)

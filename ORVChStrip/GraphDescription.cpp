@@ -1,0 +1,36 @@
+#include "ORVChStrip/GraphDescription.h"
+
+#include <QStringList>
+#include <QWidget>
+
+#include "Common/Widgets/ValueController.h"
+
+GraphDescription::GraphDescription(QWidget *graph)
+    : QObject(graph)
+{ }
+
+void GraphDescription::addControl(QWidget *control)
+{
+    m_controls.append(control);
+}
+
+QString GraphDescription::text() const
+{
+    QStringList parts;
+    for (const QPointer<QWidget> &control : m_controls) {
+        if (!control)
+            continue;
+        // A value control says its value with the unit; others (a button
+        // group) describe what they select.
+        const auto *valueControl = qobject_cast<const CommonController_MemAPI::ValueController *>(control);
+        const QString value
+            = valueControl ? valueControl->accessibleValueText() : control->accessibleDescription();
+        parts.append(value.isEmpty() ? control->accessibleName() : control->accessibleName() + u' ' + value);
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+GraphDescription *GraphDescription::of(const QWidget *graph)
+{
+    return graph->findChild<GraphDescription *>(QString(), Qt::FindDirectChildrenOnly);
+}

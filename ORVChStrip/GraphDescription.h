@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+class QWidget;
+
+// Says in words what a graph draws: the names and values of the controls
+// that shape its curve ("Compressor ratio 3.00:1, Compressor knee Soft
+// knee"). It lives as a child of the graph and reads the controls each time
+// it is asked, so it is never stale and costs nothing while nobody asks.
+class GraphDescription : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit GraphDescription(QWidget *graph);
+
+    void addControl(QWidget *control);
+    QString text() const;
+
+    // The description a graph was given, or null.
+    static GraphDescription *of(const QWidget *graph);
+
+private:
+    QList<QPointer<QWidget>> m_controls;
+};
