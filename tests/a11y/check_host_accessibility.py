@@ -125,12 +125,17 @@ def main():
     host = subprocess.Popen(command, env=env)
     failures = []
     try:
-        app = wait_for("orvchstrip-host on the accessibility bus",
-                       lambda: host.poll() is None and find_application("orvchstrip-host")
-                       or (host.poll() is not None and sys.exit("FAIL: the host exited with %d" % host.returncode)),
-                       30)
-        found = wait_for("the editor's controls",
-                         lambda: (lambda f: f if "Compressor attack" in f else None)(walk(app, {})), 30)
+        def running_application():
+            if host.poll() is not None:
+                raise RuntimeError("the host exited with %d" % host.returncode)
+            return find_application("orvchstrip-host")
+
+        def editor_controls():
+            found = walk(app, {})
+            return found if "Compressor attack" in found else None
+
+        app = wait_for("orvchstrip-host on the accessibility bus", running_application, 30)
+        found = wait_for("the editor's controls", editor_controls, 30)
 
         for name, roles in sorted(EXPECTED.items()):
             node = found.get(name)
@@ -174,6 +179,8 @@ def main():
                     failures.append("Up on the attack knob: %s -> %s" % (before, after))
             except TimeoutError as error:
                 failures.append(str(error))
+    except (RuntimeError, TimeoutError) as error:
+        failures.append(str(error))
     finally:
         host.terminate()
         try:
@@ -184,7 +191,10 @@ def main():
 
     for failure in failures:
         print("FAIL: " + failure)
-    print("%d controls checked, %d failures" % (len(EXPECTED), len(failures)))
+    if failures:
+        print("%d failures" % len(failures))
+    else:
+        print("all %d controls found with their roles, names and values" % len(EXPECTED))
     return 1 if failures else 0
 
 
