@@ -7,6 +7,7 @@ namespace CommonController_MemAPI {
 ValueController::ValueController(QWidget *parent)
     : QWidget(parent)
     , m_accessibleName(this)
+    , m_pFocusMark(new FocusMark(this))
 {
     setFocusPolicy(Qt::ClickFocus);
     connect(this, &QObject::objectNameChanged, this, [this] { m_accessibleName.refresh(); });

@@ -4,6 +4,7 @@
 
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/AccessibleNameFallback.h"
+#include "Common/Widgets/FocusMark.h"
 
 namespace CommonController_MemAPI {
 
@@ -44,10 +45,13 @@ protected:
     // A drag must not outlive the control's visibility.
     void hideEvent(QHideEvent *event) override;
 
+    const FocusMark &focusMark() const { return *m_pFocusMark; }
+
     bool m_dragging = false;
 
 private:
     AccessibleNameFallback m_accessibleName;
+    FocusMark *m_pFocusMark;
 };
 
 } // namespace CommonController_MemAPI
