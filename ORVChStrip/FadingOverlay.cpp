@@ -1,5 +1,6 @@
 #include "ORVChStrip/FadingOverlay.h"
 
+#include <QKeyEvent>
 #include <QShowEvent>
 #include <algorithm>
 #include <cmath>
@@ -17,6 +18,7 @@ int alpha(double opacity, int full)
 FadingOverlay::FadingOverlay(QWidget *parent)
     : QWidget(parent)
     , m_fade(FadeIntervalMs, 0.0)
+    , m_focus(this)
 {
     connect(&m_fade, &ReversibleProgress::changed, this, &FadingOverlay::setOpacity);
     connect(&m_fade, &ReversibleProgress::finished, this, &FadingOverlay::fadeFinished);
@@ -28,13 +30,32 @@ void FadingOverlay::open()
     // The first step's opacity is applied before the overlay appears, so it
     // never flashes at the opacity it was left with.
     m_fade.open();
-    if (m_fade.isRunning() && m_fade.isOpening())
+    if (m_fade.isRunning() && m_fade.isOpening()) {
         show();
+        m_focus.enter();
+    }
 }
 
 void FadingOverlay::close()
 {
     m_fade.close();
+    if (!m_fade.isOpening())
+        m_focus.leave();
+}
+
+void FadingOverlay::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        escape();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+bool FadingOverlay::focusNextPrevChild(bool next)
+{
+    return m_focus.cycle(next) || QWidget::focusNextPrevChild(next);
 }
 
 void FadingOverlay::fadeFinished(bool opened)

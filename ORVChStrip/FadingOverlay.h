@@ -2,12 +2,14 @@
 
 #include <QWidget>
 
+#include "ORVChStrip/PanelFocus.h"
 #include "ORVChStrip/ReversibleProgress.h"
 
 // An overlay that covers the editor panel and fades in and out in steps of
 // 0.1 every 30 ms. A request against a running fade reverses it from where it
 // stands, one in the same direction is ignored; the overlay hides when a fade
-// out ends. Subclasses apply the opacity to their own parts.
+// out ends. Subclasses apply the opacity to their own parts. While open it
+// holds the keyboard focus, and Escape closes it.
 class FadingOverlay : public QWidget
 {
     Q_OBJECT
@@ -30,6 +32,10 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    // What Escape does; a panel that is busy may refuse.
+    virtual void escape() { close(); }
 
     // A black veil and white text whose alpha follows the opacity, which is
     // kept within 0 and 1 so that a stray value never gives an invalid colour.
@@ -40,4 +46,5 @@ private:
     void fadeFinished(bool opened);
 
     ReversibleProgress m_fade;
+    PanelFocus m_focus;
 };

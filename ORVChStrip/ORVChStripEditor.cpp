@@ -1,6 +1,7 @@
 #include "ORVChStrip/ORVChStripEditor.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QTimerEvent>
 #include <algorithm>
 
@@ -18,6 +19,7 @@
 #include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
+#include "ORVChStrip/PanelFocus.h"
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/ReversibleProgress.h"
 #include "ui_ORVChStripEditor.h"
@@ -102,6 +104,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pMorphingPresetList->setGeometry(MorphingPresetDesignRect);
     m_pMorphingPresetList->hide();
     m_pMorphingPresetList->setEditor(this);
+    m_pMorphingPresetFocus = std::make_unique<PanelFocus>(m_pMorphingPresetList);
     m_pMorphManager->Collection();
     m_pMorphingPresetList->setORVDManager(m_pMorphManager.get());
     // The overlays cover the whole panel, above everything else.
@@ -128,6 +131,11 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
 
 ORVChStripEditor::~ORVChStripEditor()
 {
+    // The form outlives this part of the editor: QWidget's destructor still
+    // hides it, and a value field open for typing then reports the end of its
+    // edit. Nothing may reach the editor's slots from there.
+    for (QObject *child : findChildren<QObject *>())
+        child->disconnect(this);
     unregisterObservers();
     m_pComponent->release();
 }
@@ -395,6 +403,28 @@ void ORVChStripEditor::notifyMeterDbUpdated(unsigned int *values, unsigned int c
     m_operatingPointTimeout.start(OperatingPointTimeoutMs, this);
 }
 
+void ORVChStripEditor::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        if (m_pAbout->isVisible() && m_pAbout->visibleFraction() > 0.0) {
+            m_pAbout->close();
+            event->accept();
+            return;
+        }
+        if (m_pPresetConverter->isVisible() && !m_pPresetConverter->isConverting()) {
+            m_pPresetConverter->close();
+            event->accept();
+            return;
+        }
+        if (m_morphingPresetOpen) {
+            closeMorphingPreset();
+            event->accept();
+            return;
+        }
+    }
+    EffectEditor::keyPressEvent(event);
+}
+
 void ORVChStripEditor::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() != m_operatingPointTimeout.timerId()) {
@@ -579,9 +609,11 @@ void ORVChStripEditor::openMorphingPreset()
     if (m_morphingPresetOpen)
         return;
     m_morphingPresetOpen = true;
-    updateSections();
     m_pMorphingPresetList->raise();
     m_pMorphingPresetList->show();
+    // Before the controls behind the list are disabled, which moves the focus.
+    m_pMorphingPresetFocus->enter();
+    updateSections();
     m_pMorphingPresetSlide->open();
 }
 
@@ -591,6 +623,7 @@ void ORVChStripEditor::closeMorphingPreset()
         return;
     m_morphingPresetOpen = false;
     updateSections();
+    m_pMorphingPresetFocus->leave();
     m_pMorphingPresetSlide->close();
 }
 

@@ -26,6 +26,7 @@ class ORVChStripPresetConverter;
 class ORVChStripMorphingPresetList;
 class ORVD_Manager;
 class ORVChStripComponent;
+class PanelFocus;
 class ReversibleProgress;
 
 // The channel strip's editor panel (1015 x 572 design pixels, built by the
@@ -91,6 +92,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    // Escape closes the panel on top wherever the focus is.
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     struct Binding
@@ -142,6 +145,7 @@ private:
     ORVChStripMorphingPresetList *m_pMorphingPresetList;
     ReversibleProgress *m_pMorphingPresetSlide;
     bool m_morphingPresetOpen = false;
+    std::unique_ptr<PanelFocus> m_pMorphingPresetFocus;
     ORVChStripAbout *m_pAbout;
     ORVChStripPresetConverter *m_pPresetConverter;
     bool m_conversionOffered = false;

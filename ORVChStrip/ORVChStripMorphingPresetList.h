@@ -80,6 +80,8 @@ signals:
 protected:
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    // The list keeps the keyboard while it is open; its keys cover its buttons.
+    bool focusNextPrevChild(bool) override { return true; }
     void keyReleaseEvent(QKeyEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void paintEvent(QPaintEvent *event) override;

@@ -132,6 +132,13 @@ void ORVChStripPresetConverter::loadChoice()
     m_ui->m_pAgainButton->setChecked(!Conversion::askAgain());
 }
 
+void ORVChStripPresetConverter::escape()
+{
+    // Escape answers "no"; a conversion under way runs to its end.
+    if (!isConverting())
+        close();
+}
+
 void ORVChStripPresetConverter::showEvent(QShowEvent *event)
 {
     loadChoice(); // another editor may have changed it meanwhile

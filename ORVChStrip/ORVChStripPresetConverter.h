@@ -41,6 +41,7 @@ signals:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void escape() override;
     void hideEvent(QHideEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -319,6 +319,7 @@ void FaderController::paintEvent(QPaintEvent *)
         painter.setOpacity(m_artwork.knobOpacity(isEnabled()));
         painter.drawPixmap(topLeft, m_artwork.knob().pixmap(thumbPixels, dpr));
     }
+    focusMark().paint(painter, QRectF(topLeft, thumb.size()), FocusMark::Rounded, scale());
 }
 
 } // namespace CommonController_MemAPI

@@ -312,6 +312,8 @@ void KnobController::paintEvent(QPaintEvent *)
         painter.drawLine(
             centre + direction * (m_inside * scale()), centre + direction * (m_outside * scale()));
     }
+
+    focusMark().paint(painter, QRectF(rect()), FocusMark::Round, scale());
 }
 
 } // namespace CommonController_MemAPI

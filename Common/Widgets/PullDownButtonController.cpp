@@ -219,8 +219,10 @@ void PullDownButtonController::paintEvent(QPaintEvent *)
 
     const int current = position();
     const bool hasEntry = current >= 0 && current < m_textList.size();
-    if (!hasEntry && m_emptyText.isEmpty())
+    if (!hasEntry && m_emptyText.isEmpty()) {
+        paintFocusMark(painter);
         return;
+    }
 
     const QPalette::ColorGroup group
         = !isEnabled() ? QPalette::Disabled : (hasFocus() ? QPalette::Active : QPalette::Inactive);
@@ -237,6 +239,7 @@ void PullDownButtonController::paintEvent(QPaintEvent *)
         textRect.setLeft(textRect.left() + m_indexWidth * s + m_indexMargin * s);
     }
     painter.drawText(textRect, int(textAlignment()), displayText());
+    paintFocusMark(painter);
 }
 
 void PullDownButtonController::updateAccessibility()

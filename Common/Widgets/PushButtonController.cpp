@@ -1,6 +1,7 @@
 #include "Common/Widgets/PushButtonController.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
@@ -13,6 +14,7 @@ namespace CommonController_MemAPI {
 PushButtonController::PushButtonController(QWidget *parent)
     : QPushButton(parent)
     , m_accessibleName(this)
+    , m_pFocusMark(new FocusMark(this))
 {
     setFocusPolicy(Qt::NoFocus);
     setMaximumValue(1);
@@ -384,10 +386,46 @@ QRectF PushButtonController::svgRect(const SvgLayer &layer) const
     return QRectF(QPointF(x, y), QSizeF(size));
 }
 
+void PushButtonController::keyPressEvent(QKeyEvent *event)
+{
+    m_modifiers = event->modifiers();
+    // Return works like Space, as on a dialog's default button: it is the key
+    // people try first on the button that opens a list.
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && isEnabled() && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        if (!event->isAutoRepeat())
+            click();
+        return;
+    }
+    QPushButton::keyPressEvent(event);
+}
+
+void PushButtonController::nextCheckState()
+{
+    const bool allowed = isChecked() ? bool(m_checkTrigger & Off) : bool(m_checkTrigger & On);
+    if (!allowed)
+        return;
+    if (m_checkTrigger & Press) {
+        // The mouse toggles such a button on the press, outside this path, so
+        // the toggled signal is ignored for it: write here.
+        setCheckedQuietly(!isChecked());
+        gestureSetValue(isChecked() ? maximumValue() : minimumValue(), m_modifiers);
+        return;
+    }
+    QPushButton::nextCheckState();
+}
+
 void PushButtonController::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     paintButton(painter);
+    paintFocusMark(painter);
+}
+
+void PushButtonController::paintFocusMark(QPainter &painter) const
+{
+    m_pFocusMark->paint(painter, QRectF(rect()), FocusMark::Rounded, scale());
 }
 
 void PushButtonController::paintButton(QPainter &painter)

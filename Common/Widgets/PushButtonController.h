@@ -4,6 +4,7 @@
 
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/AccessibleNameFallback.h"
+#include "Common/Widgets/FocusMark.h"
 #include "Common/Widgets/SvgLayer.h"
 
 namespace CommonController_MemAPI {
@@ -127,9 +128,14 @@ protected:
     void leaveEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    // Keyboard and click() toggles obey the check trigger as the mouse does.
+    void nextCheckState() override;
 
     // Draws shadow, body, icon and text; subclasses paint on top.
     void paintButton(QPainter &painter);
+    // Drawn last, over whatever the button paints.
+    void paintFocusMark(QPainter &painter) const;
     // On: checked, or held down when the button is momentary.
     bool isOn() const;
     Qt::KeyboardModifiers lastModifiers() const { return m_modifiers; }
@@ -169,6 +175,7 @@ private:
     bool m_hover = false;
     bool m_inside = false;
     AccessibleNameFallback m_accessibleName;
+    FocusMark *m_pFocusMark;
     Qt::KeyboardModifiers m_modifiers;
 };
 

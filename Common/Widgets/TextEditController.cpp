@@ -200,10 +200,11 @@ void TextEditController::paintEvent(QPaintEvent *)
 {
     if (isEditing())
         return; // the line edit covers the control
+    QPainter painter(this);
+    focusMark().paint(painter, QRectF(rect()), FocusMark::Rounded, scale());
     const QString text = shownText();
     if (text.isEmpty())
         return;
-    QPainter painter(this);
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setPen(palette().color(foregroundRole()));
     const QRectF area
@@ -302,6 +303,13 @@ void TextEditController::keyPressEvent(QKeyEvent *event)
     case Qt::Key_PageDown: delta = -10 * m_stepSize; break;
     case Qt::Key_Left:
     case Qt::Key_Right: event->accept(); return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        // Typing a value starts from the keyboard as from a double click.
+        event->accept();
+        edit();
+        return;
     default: QWidget::keyPressEvent(event); return;
     }
     event->accept();

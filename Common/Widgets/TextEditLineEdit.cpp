@@ -26,6 +26,10 @@ void LineEdit::keyPressEvent(QKeyEvent *event)
         return;
     }
     QLineEdit::keyPressEvent(event);
+    // QLineEdit passes Return on to its parent, where it would open the edit
+    // it has just finished.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        event->accept();
 }
 
 void LineEdit::focusOutEvent(QFocusEvent *event)

@@ -10,6 +10,7 @@ namespace CommonController_MemAPI {
 ValueController::ValueController(QWidget *parent)
     : QWidget(parent)
     , m_accessibleName(this)
+    , m_pFocusMark(new FocusMark(this))
 {
     AccessibleControlFactory::install();
     setFocusPolicy(Qt::ClickFocus);

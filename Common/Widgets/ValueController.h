@@ -4,6 +4,7 @@
 
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/AccessibleNameFallback.h"
+#include "Common/Widgets/FocusMark.h"
 
 namespace CommonController_MemAPI {
 
@@ -53,11 +54,17 @@ protected:
     // A drag must not outlive the control's visibility.
     void hideEvent(QHideEvent *event) override;
 
+    const FocusMark &focusMark() const { return *m_pFocusMark; }
+
     bool m_dragging = false;
 
 private:
     AccessibleNameFallback m_accessibleName;
+<<<<<<< HEAD
     QString m_valueSuffix;
+=======
+    FocusMark *m_pFocusMark;
+>>>>>>> keys
 };
 
 } // namespace CommonController_MemAPI

@@ -11,6 +11,7 @@
 #include "Common/Widgets/KnobController.h"
 #include "Common/Widgets/MeterController.h"
 #include "Common/Widgets/PushButtonController.h"
+#include "EditorHost.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
@@ -27,33 +28,7 @@ namespace Keys = ChannelStripKeys;
 
 namespace {
 
-// A host with its model, memory and one editor, driven as a host drives it.
-struct Host
-{
-    explicit Host(HostModel hostModel = HostModel::channelStrip(), int ch2 = 1)
-        : model(std::move(hostModel))
-        , memory(&model)
-        , editor(new ORVChStripEditor)
-    {
-        editor->setModelInfo(&model);
-        editor->initialize();
-        editor->setMemAPI(&memory);
-        editor->setCh(0, ch2);
-    }
-
-    template<typename T = QWidget> T *widget(const char *name) const
-    {
-        return editor->findChild<T *>(QLatin1String(name));
-    }
-    AbstractController *control(const char *name) const
-    {
-        return dynamic_cast<AbstractController *>(widget(name));
-    }
-
-    HostModel model;
-    ParameterMemory memory;
-    std::unique_ptr<ORVChStripEditor> editor;
-};
+using Host = EditorHost;
 
 HostModel modelWithout(const char *key)
 {
