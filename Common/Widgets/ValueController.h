@@ -60,11 +60,8 @@ protected:
 
 private:
     AccessibleNameFallback m_accessibleName;
-<<<<<<< HEAD
     QString m_valueSuffix;
-=======
     FocusMark *m_pFocusMark;
->>>>>>> keys
 };
 
 } // namespace CommonController_MemAPI
