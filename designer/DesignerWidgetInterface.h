@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+#include <QtUiPlugin/QDesignerCustomWidgetInterface>
+
+// What Qt Designer needs to know about one class of the forms: the names the
+// forms use for it, how large a fresh one is and which properties it starts
+// with, and a factory that makes one.
+struct DesignerWidgetDescription
+{
+    using Factory = QWidget *(*)(QWidget *parent);
+
+    QString className; // as the forms spell it, namespace included
+    QString extends;   // the Qt class it derives from, as the forms declare it
+    QString includeFile;
+    QString toolTip;
+    QString iconSvg; // artwork shown beside the name in the widget box
+    QSize defaultSize;
+    // Further <property> elements for a widget dropped from the widget box,
+    // so that it shows its artwork at once.
+    QString defaultProperties;
+    bool isContainer = false;
+    Factory create = nullptr;
+};
+
+// One class of the collection. The classes differ only in their
+// description, so a single interface serves them all.
+class DesignerWidgetInterface : public QObject, public QDesignerCustomWidgetInterface
+{
+    Q_OBJECT
+    Q_INTERFACES(QDesignerCustomWidgetInterface)
+
+public:
+    explicit DesignerWidgetInterface(const DesignerWidgetDescription &description, QObject *parent = nullptr);
+
+    QString name() const override { return m_description.className; }
+    QString group() const override;
+    QString toolTip() const override { return m_description.toolTip; }
+    QString whatsThis() const override { return m_description.toolTip; }
+    QString includeFile() const override { return m_description.includeFile; }
+    QIcon icon() const override;
+    bool isContainer() const override { return m_description.isContainer; }
+    QWidget *createWidget(QWidget *parent) override;
+    bool isInitialized() const override { return m_initialized; }
+    void initialize(QDesignerFormEditorInterface *core) override;
+    QString domXml() const override;
+
+    // The object name Designer gives a new widget: the class name without
+    // its namespace, starting in lower case ("knobController").
+    QString defaultObjectName() const;
+
+private:
+    DesignerWidgetDescription m_description;
+    bool m_initialized = false;
+};
