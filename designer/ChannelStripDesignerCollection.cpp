@@ -87,7 +87,7 @@ QList<DesignerWidgetDescription> descriptions()
             QSize(6, 181), property("meterWidth", "<number>4</number>"), false,
             &create<RoundGainReductionMeterController> },
         { QStringLiteral("SvgLabel"), QStringLiteral("QLabel"), QStringLiteral("Common/Widgets/SvgLabel.h"),
-            QStringLiteral("SVG artwork scaled to the label"), artwork("logo_halvorn.svg"), QSize(93, 23),
+            QStringLiteral("SVG artwork scaled to the label"), artwork("about_orvcs_logo.svg"), QSize(93, 23),
             svgProperty("svg", "logo_halvorn.svg"), false, &create<SvgLabel> },
         { QStringLiteral("ORVChStripCompressorGraph"), QStringLiteral("QWidget"),
             QStringLiteral("ORVChStrip/ORVChStripCompressorGraph.h"),
