@@ -1,7 +1,35 @@
 #include "designer/DesignerWidgetInterface.h"
 
 #include <QIcon>
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
 #include <QWidget>
+
+namespace {
+
+// Designer's widget box shows only icons that list their sizes, which an SVG
+// icon does not: the artwork is drawn into square pixmaps, centred.
+QIcon iconFromSvg(const QString &path)
+{
+    QIcon icon;
+    QSvgRenderer renderer(path);
+    if (!renderer.isValid())
+        return icon;
+    for (const int extent : { 16, 24, 32, 64 }) {
+        QPixmap pixmap(extent, extent);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QSizeF size = QSizeF(renderer.defaultSize()).scaled(extent, extent, Qt::KeepAspectRatio);
+        renderer.render(&painter, QRectF(QPointF(extent - size.width(), extent - size.height()) / 2.0, size));
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
+} // namespace
 
 DesignerWidgetInterface::DesignerWidgetInterface(
     const DesignerWidgetDescription &description, QObject *parent)
@@ -16,7 +44,9 @@ QString DesignerWidgetInterface::group() const
 
 QIcon DesignerWidgetInterface::icon() const
 {
-    return m_description.iconSvg.isEmpty() ? QIcon() : QIcon(m_description.iconSvg);
+    if (m_icon.isNull() && !m_description.iconSvg.isEmpty())
+        m_icon = iconFromSvg(m_description.iconSvg);
+    return m_icon;
 }
 
 QWidget *DesignerWidgetInterface::createWidget(QWidget *parent)
@@ -39,9 +69,10 @@ QString DesignerWidgetInterface::defaultObjectName() const
 
 QString DesignerWidgetInterface::domXml() const
 {
-    // The <customwidgets> part tells Designer the Qt base class, which it
-    // writes back as <extends> when a form is saved.
-    return QStringLiteral(R"(<ui language="c++">
+    // The widget box names the class without its namespace. The
+    // <customwidgets> part tells Designer the Qt base class, which it writes
+    // back as <extends> when a form is saved.
+    return QStringLiteral(R"(<ui language="c++" displayname="%8">
  <widget class="%1" name="%2">
   <property name="geometry"><rect><x>0</x><y>0</y><width>%3</width><height>%4</height></rect></property>
 %5 </widget>
@@ -56,5 +87,6 @@ QString DesignerWidgetInterface::domXml() const
 )")
         .arg(m_description.className, defaultObjectName(), QString::number(m_description.defaultSize.width()),
             QString::number(m_description.defaultSize.height()), m_description.defaultProperties,
-            m_description.extends, m_description.includeFile);
+            m_description.extends, m_description.includeFile,
+            m_description.className.section(QStringLiteral("::"), -1));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QObject>
 #include <QSize>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
@@ -52,5 +53,6 @@ public:
 
 private:
     DesignerWidgetDescription m_description;
+    mutable QIcon m_icon; // drawn on first use, once a GUI application runs
     bool m_initialized = false;
 };
