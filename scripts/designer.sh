@@ -10,7 +10,6 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build_dir=${ORV_BUILD_DIR:-$root/build}
 form=${1:-$root/ORVChStrip/ORVChStripEditor.ui}
 designer=/usr/lib/qt6/bin/designer
-plugin=$build_dir/plugins/designer/orvchstrip_designer.so
 
 export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-/tmp/runtime-$(id -u)}
 mkdir -p -m 700 "$XDG_RUNTIME_DIR"
@@ -24,15 +23,15 @@ if [ ! -f "$form" ]; then
   exit 1
 fi
 
-"$root/scripts/setup.sh"
-if [ ! -f "$plugin" ]; then
-  # Designer's headers were installed after build/ was configured.
+# Only the plug-in and what it links are built. A build configured before
+# Designer's headers were installed does not know the plug-in yet: configure
+# it again then.
+if ! ORV_BUILD_TARGET=orvchstrip_designer "$root/scripts/setup.sh"; then
   cmake -S "$root" -B "$build_dir" >/dev/null
-  cmake --build "$build_dir" --target orvchstrip_designer
-fi
-if [ ! -f "$plugin" ]; then
-  echo "designer.sh: the Designer plug-in was not built (is qt6-tools-dev installed?)" >&2
-  exit 1
+  cmake --build "$build_dir" --target orvchstrip_designer || {
+    echo "designer.sh: the Designer plug-in did not build (it needs qt6-tools-dev)" >&2
+    exit 1
+  }
 fi
 
 # Designer looks for its plug-ins in the designer/ folder of each plug-in path.

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs (only the missing ones),
-# then configures and builds incrementally into build/.
+# then configures and builds incrementally into build/: everything, or only
+# the target named by ORV_BUILD_TARGET.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -25,4 +26,4 @@ fi
 if [ ! -f "$build_dir/CMakeCache.txt" ]; then
   cmake -S "$root" -B "$build_dir" -G Ninja ${ORV_CMAKE_ARGS:-}
 fi
-cmake --build "$build_dir" --parallel "$(nproc)"
+cmake --build "$build_dir" --parallel "$(nproc)" ${ORV_BUILD_TARGET:+--target "$ORV_BUILD_TARGET"}
