@@ -59,9 +59,14 @@ void DesignerWidgetInterface::initialize(QDesignerFormEditorInterface *)
     m_initialized = true;
 }
 
+QString DesignerWidgetInterface::unqualifiedName() const
+{
+    return m_description.className.section(QStringLiteral("::"), -1);
+}
+
 QString DesignerWidgetInterface::defaultObjectName() const
 {
-    QString objectName = m_description.className.section(QStringLiteral("::"), -1);
+    QString objectName = unqualifiedName();
     if (!objectName.isEmpty())
         objectName[0] = objectName.at(0).toLower();
     return objectName;
@@ -87,6 +92,5 @@ QString DesignerWidgetInterface::domXml() const
 )")
         .arg(m_description.className, defaultObjectName(), QString::number(m_description.defaultSize.width()),
             QString::number(m_description.defaultSize.height()), m_description.defaultProperties,
-            m_description.extends, m_description.includeFile,
-            m_description.className.section(QStringLiteral("::"), -1));
+            m_description.extends, m_description.includeFile, unqualifiedName());
 }

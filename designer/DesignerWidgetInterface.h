@@ -47,11 +47,12 @@ public:
     void initialize(QDesignerFormEditorInterface *core) override;
     QString domXml() const override;
 
-    // The object name Designer gives a new widget: the class name without
-    // its namespace, starting in lower case ("knobController").
+private:
+    // The class name without its namespace ("KnobController").
+    QString unqualifiedName() const;
+    // The object name Designer gives a new widget ("knobController").
     QString defaultObjectName() const;
 
-private:
     DesignerWidgetDescription m_description;
     mutable QIcon m_icon; // drawn on first use, once a GUI application runs
     bool m_initialized = false;
