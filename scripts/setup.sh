@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs (only the missing ones),
-# then configures and builds incrementally into build/.
+# then configures and builds incrementally into build/: everything, or only
+# the target named by ORV_BUILD_TARGET.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -8,7 +9,8 @@ build_dir=${ORV_BUILD_DIR:-$root/build}
 
 packages=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-qpa-plugins
           libgl-dev libxkbcommon-dev libsndfile1-dev fonts-mplus xvfb xauth
-          dbus at-spi2-core python3-pyatspi xdotool)
+          dbus at-spi2-core python3-pyatspi xdotool
+          qt6-tools-dev designer-qt6)
 
 missing=()
 for p in "${packages[@]}"; do
@@ -25,4 +27,4 @@ fi
 if [ ! -f "$build_dir/CMakeCache.txt" ]; then
   cmake -S "$root" -B "$build_dir" -G Ninja ${ORV_CMAKE_ARGS:-}
 fi
-cmake --build "$build_dir" --parallel "$(nproc)"
+cmake --build "$build_dir" --parallel "$(nproc)" ${ORV_BUILD_TARGET:+--target "$ORV_BUILD_TARGET"}
