@@ -7,7 +7,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build_dir=${ORV_BUILD_DIR:-$root/build}
 
 packages=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-qpa-plugins
-          libgl-dev libxkbcommon-dev libsndfile1-dev fonts-mplus xvfb xauth)
+          libgl-dev libxkbcommon-dev libsndfile1-dev fonts-mplus xvfb xauth xdotool)
 
 missing=()
 for p in "${packages[@]}"; do
