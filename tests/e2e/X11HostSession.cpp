@@ -164,6 +164,7 @@ bool X11HostSession::start(const Options &options)
 
 bool X11HostSession::quit()
 {
+    QFile::remove(m_dir.filePath(QStringLiteral("state.orvstate")));
     QFile::remove(m_dir.filePath(QStringLiteral("parameters.txt")));
     if (!key(QStringLiteral("ctrl+q")))
         return false;
@@ -174,13 +175,19 @@ bool X11HostSession::quit()
     return true;
 }
 
+bool X11HostSession::hostEnded()
+{
+    // Without an event loop QProcess learns of the end only when asked to wait.
+    return m_host.state() == QProcess::NotRunning || m_host.waitForFinished(0);
+}
+
 bool X11HostSession::findWindow()
 {
     // The window counts as there once it is mapped under its title.
     QByteArray found;
     const bool mapped = waitUntil(
         [&] {
-            if (m_host.state() == QProcess::NotRunning)
+            if (hostEnded())
                 return true;
             found.clear();
             return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"),
@@ -189,7 +196,7 @@ bool X11HostSession::findWindow()
                 && !found.trimmed().isEmpty();
         },
         QStringLiteral("the host's window to be mapped"), HostStartTimeoutMs);
-    if (m_host.state() == QProcess::NotRunning)
+    if (hostEnded())
         return fail(QStringLiteral("the host ended before showing its window"));
     if (!mapped)
         return false;
@@ -329,7 +336,7 @@ bool X11HostSession::type(const QString &text)
 
 bool X11HostSession::saveNow()
 {
-    if (m_host.state() != QProcess::Running)
+    if (hostEnded())
         return fail(QStringLiteral("the host is not running"));
     const QString statePath = m_dir.filePath(QStringLiteral("state.orvstate"));
     const QString parametersPath = m_dir.filePath(QStringLiteral("parameters.txt"));

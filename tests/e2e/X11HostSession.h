@@ -89,6 +89,7 @@ public:
 private:
     bool xdotool(const QStringList &arguments, QByteArray *output = nullptr);
     bool fail(const QString &message);
+    bool hostEnded();
     bool findWindow();
     bool findPanel();
     QString hostLog() const;

@@ -1,4 +1,3 @@
-#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -9,7 +8,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "ChannelStripModel.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "ValueText.h"
@@ -220,14 +218,14 @@ void TestRealWindow::typedValueReachesTheHost()
     X11HostSession host;
     VERIFY_SESSION(host, start(scaledOptions()));
     const QString key = QLatin1String(Keys::EqualizerMiddleFrequency);
-    QVERIFY(host.parameters().value(key) != QLatin1String("1.2k"));
+    // The host keeps the step of its frequency table nearest to what is typed.
+    const QString stored = textOf(key, "1.2k");
+    QVERIFY(!stored.isEmpty());
+    QVERIFY(host.parameters().value(key) != stored);
 
     VERIFY_SESSION(host, doubleClick(host.toScreen(MiddleFrequencyText).center()));
     VERIFY_SESSION(host, type("1.2k"));
     VERIFY_SESSION(host, key("Return"));
-    // The host keeps the step of its frequency table nearest to what was typed.
-    const QString stored = textOf(key, "1.2k");
-    QVERIFY(!stored.isEmpty());
     VERIFY_SESSION(host,
         waitForParameter(
             key, [&](const QString &text) { return text == stored; }, stored));
