@@ -204,6 +204,10 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     error = missingFolderError(QStringLiteral("--save-state-on-exit"), saveStateOnExitPath);
     if (error.isEmpty())
         error = missingFolderError(QStringLiteral("--dump-parameters-on-exit"), dumpParametersOnExitPath);
+    if (error.isEmpty() && gallery && !(saveStateOnExitPath.isEmpty() && dumpParametersOnExitPath.isEmpty()))
+        error = QStringLiteral(
+            "--save-state-on-exit and --dump-parameters-on-exit save the editor's strip, and "
+            "--gallery shows no editor");
     if (!error.isEmpty())
         return Result::Error;
     keepEditorSettings = !parser.isSet(noSettingsOption);

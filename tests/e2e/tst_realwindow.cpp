@@ -206,6 +206,18 @@ void TestRealWindow::knobDragWritesItsParameter()
             key, [&](const QString &text) { return valueOf(key, text) < valueOf(key, "-10 dB"); },
             "the gain to fall below -10 dB"));
 
+    // The wheel steps up and back down by as many notches.
+    const QString dragged = host.parameters().value(key);
+    VERIFY_SESSION(host, wheel(knob.center(), 3));
+    VERIFY_SESSION(host,
+        waitForParameter(
+            key, [&](const QString &text) { return valueOf(key, text) > valueOf(key, dragged); },
+            "the wheel to raise the gain"));
+    VERIFY_SESSION(host, wheel(knob.center(), -3));
+    VERIFY_SESSION(host,
+        waitForParameter(
+            key, [&](const QString &text) { return text == dragged; }, "the wheel to lower the gain back"));
+
     // What the window shows is what the host saves when the window closes.
     const QString shown = host.parameters().value(key);
     VERIFY_SESSION(host, quit());
