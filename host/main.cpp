@@ -295,6 +295,9 @@ int main(int argc, char *argv[])
     if (!snapshot.isEmpty()) {
         snapshotRequest = std::make_unique<UnixSignalNotifier>(SIGUSR1);
         QObject::connect(snapshotRequest.get(), &UnixSignalNotifier::activated, writeSnapshot);
+        if (!snapshotRequest->isValid())
+            err << "orvchstrip-host: cannot listen for SIGUSR1; the files are written when the editor "
+                   "closes\n";
     }
     model->start();
     window.show();

@@ -28,6 +28,10 @@ constexpr int PollIntervalMs = 20;
 constexpr QSize PanelDesignSize(1015, 572);
 constexpr int SeparatorDesignY = 38;
 const QColor SeparatorColor(90, 94, 102);
+// The compressor's title, drawn in the palette's active text colour once the
+// window is active (and a lighter grey until then).
+constexpr QRect TitleDesignRect(188, 54, 62, 20);
+const QColor ActiveTitleColor(0xf2, 0xf3, 0xf5);
 // Generous for a sanitizer build on a busy machine; a healthy run is far below.
 constexpr int HostStartTimeoutMs = 30000;
 constexpr int XdotoolTimeoutMs = 10000;
@@ -256,7 +260,23 @@ bool X11HostSession::findPanel()
                         .arg(m_panel.y())
                         .arg(m_panel.width())
                         .arg(m_panel.height()));
-    return true;
+    // The focus given to the window reaches the widgets after the first
+    // paint; a picture taken before they repaint as active would not match
+    // one taken later.
+    const QRect title = toScreen(QRectF(TitleDesignRect));
+    return waitUntil(
+        [&] {
+            const QImage image = grab(title);
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    if (image.pixel(x, y) == ActiveTitleColor.rgb())
+                        return true;
+                }
+            }
+            return false;
+        },
+        QStringLiteral("the window to show itself active (its title in %1)").arg(ActiveTitleColor.name()),
+        HostStartTimeoutMs);
 }
 
 QPoint X11HostSession::toScreen(const QPointF &design) const

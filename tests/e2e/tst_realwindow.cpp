@@ -26,7 +26,7 @@ constexpr int SkipExitCode = 77;
 const QRectF MiddleGainKnob(714, 318, 36, 36);
 const QRectF MiddleFrequencyText(643, 354, 60, 14);
 const QRectF MiddleBandSwitch(578, 377, 22, 22);
-const QRectF MiddleBandKnobs(584, 316, 178, 40); // the quality, frequency and gain knobs
+const QRectF MiddleBandKnobs(596, 318, 154, 36); // the quality, frequency and gain knobs
 const QRectF MorphingKnob(408, 431, 128, 128);
 const QRectF MorphingPresetButton(569, 479, 292, 33);
 // The morphing list slides over the equaliser: its first row and its OK button.
