@@ -27,6 +27,21 @@ QByteArray pictureFormat(const QString &path)
     return supportedFormats().contains(suffix) ? suffix.toLatin1() : QByteArray();
 }
 
+// A file to write when the editor closes must have its folder already: a
+// typing error found at start-up costs nothing, found at the end it costs the
+// session's state.
+QString missingFolderError(const QString &option, const QString &path)
+{
+    if (path.isEmpty())
+        return QString();
+    const QFileInfo file(path);
+    if (file.isDir())
+        return QStringLiteral("%1 takes a file, and '%2' is a folder").arg(option, path);
+    if (!QFileInfo(file.absolutePath()).isDir())
+        return QStringLiteral("%1 %2: the folder '%3' does not exist").arg(option, path, file.absolutePath());
+    return QString();
+}
+
 bool toNumber(const QString &text, double *number)
 {
     bool ok = false;
@@ -81,8 +96,15 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
         QStringLiteral("Save the effect's state to a file once the editor is set up (after --load-state "
                        "and --set)."),
         QStringLiteral("file"));
-    parser.addOption(loadStateOption);
-    parser.addOption(saveStateOption);
+    const QCommandLineOption saveStateOnExitOption(QStringLiteral("save-state-on-exit"),
+        QStringLiteral("Save the effect's state to a file when the editor closes, and again whenever the "
+                       "host receives SIGUSR1."),
+        QStringLiteral("file"));
+    const QCommandLineOption dumpParametersOption(QStringLiteral("dump-parameters-on-exit"),
+        QStringLiteral("Write every parameter of the strip as a 'key=value text' line to a file when the "
+                       "editor closes, and again whenever the host receives SIGUSR1 (after the state)."),
+        QStringLiteral("file"));
+    parser.addOptions({ loadStateOption, saveStateOption, saveStateOnExitOption, dumpParametersOption });
     const QCommandLineOption galleryOption(QStringLiteral("gallery"),
         QStringLiteral("Show the gallery of the plug-in's controls, bound to the simulated memory, instead "
                        "of the editor (with --screenshot: render it to a file)."));
@@ -177,6 +199,17 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     gallery = parser.isSet(galleryOption);
     loadStatePath = parser.value(loadStateOption);
     saveStatePath = parser.value(saveStateOption);
+    saveStateOnExitPath = parser.value(saveStateOnExitOption);
+    dumpParametersOnExitPath = parser.value(dumpParametersOption);
+    error = missingFolderError(QStringLiteral("--save-state-on-exit"), saveStateOnExitPath);
+    if (error.isEmpty())
+        error = missingFolderError(QStringLiteral("--dump-parameters-on-exit"), dumpParametersOnExitPath);
+    if (error.isEmpty() && gallery && !(saveStateOnExitPath.isEmpty() && dumpParametersOnExitPath.isEmpty()))
+        error = QStringLiteral(
+            "--save-state-on-exit and --dump-parameters-on-exit save the editor's strip, and "
+            "--gallery shows no editor");
+    if (!error.isEmpty())
+        return Result::Error;
     keepEditorSettings = !parser.isSet(noSettingsOption);
     GeneratedSignal::Programme programme {};
     if (!GeneratedSignal::programmeFromName(parser.value(signalOption), &programme)) {

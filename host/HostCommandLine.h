@@ -23,7 +23,10 @@ struct HostCommandLine
     bool gallery = false;        // --gallery: the controls gallery instead of the editor
     QString loadStatePath;       // --load-state FILE: restored before the editor is shown
     QString saveStatePath;       // --save-state FILE: written once the editor is set up
-    bool keepEditorSettings = true; // false with --no-settings: start clean, keep nothing
+    // Written when the editor closes, and whenever the host receives SIGUSR1.
+    QString saveStateOnExitPath;      // --save-state-on-exit FILE
+    QString dumpParametersOnExitPath; // --dump-parameters-on-exit FILE: "key=value text" lines
+    bool keepEditorSettings = true;   // false with --no-settings: start clean, keep nothing
     // The processing model's programme: a generated --signal, or --input FILE
     // (looped); --output FILE receives the processed audio.
     QString signalName = QStringLiteral("drums");

@@ -4,6 +4,7 @@
 #include <QTextStream>
 
 #include "HostModel.h"
+#include "ParameterMemory.h"
 #include "ValueText.h"
 
 void printParameterListing(const HostModel &model, QTextStream &out)
@@ -39,4 +40,19 @@ void printParameterListing(const HostModel &model, QTextStream &out)
             << qSetFieldWidth(0) << meter.description << '\n';
     }
     out << "\nMeter values are tenths of a dB (-1270 = silence); entry base + 2 * channel + side.\n";
+}
+
+void printParameterValues(const ParameterMemory &memory, int channel, QTextStream &out)
+{
+    for (const ParameterDefinition &parameter : memory.model()->parameters()) {
+        const char *key = parameter.key.constData();
+        QString text = parameter.isText() ? QString::fromUtf8(memory.text(key, channel))
+                                          : ValueText::format(parameter, memory.value(key, channel));
+        // A name may hold anything; one line per parameter whatever it holds.
+        for (QChar &c : text) {
+            if (c.category() == QChar::Other_Control)
+                c = QLatin1Char(' ');
+        }
+        out << parameter.key << '=' << text << '\n';
+    }
 }

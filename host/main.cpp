@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QTextStream>
+#include <csignal>
 #include <memory>
 
 #include "EditorSettingsStore.h"
@@ -14,7 +15,9 @@
 #include "Processing/AudioFileWriter.h"
 #include "Processing/GeneratedSignal.h"
 #include "Processing/StripModelRunner.h"
+#include "SnapshotWriter.h"
 #include "StateFile.h"
+#include "UnixSignalNotifier.h"
 #include "ValueRangeCheck.h"
 
 namespace {
@@ -175,7 +178,8 @@ void choosePlatform()
 bool applySetting(PluginHost &host, const QString &key, const QString &text, int channel, QTextStream &err)
 {
     const QByteArray latinKey = key.toLatin1();
-    const ParameterDefinition *parameter = host.model().parameter(host.model().parameterId(latinKey.constData()));
+    const ParameterDefinition *parameter
+        = host.model().parameter(host.model().parameterId(latinKey.constData()));
     QString problem;
     if (!parameter)
         problem = QStringLiteral("no such parameter");
@@ -262,18 +266,38 @@ int main(int argc, char *argv[])
     if (!model)
         return 1;
 
+    SnapshotWriter snapshot(editor->getPlxComponent(), host.memory(), options.plugin.channel);
+    snapshot.setStatePath(options.saveStateOnExitPath);
+    snapshot.setParametersPath(options.dumpParametersOnExitPath);
+    const auto writeSnapshot = [&snapshot, &err] {
+        QString error;
+        if (!snapshot.isEmpty() && !snapshot.write(&error))
+            err << "orvchstrip-host: " << error << '\n' << Qt::flush;
+        return error.isEmpty();
+    };
+
     // Without a display the editor is rendered to a picture, unless the run
     // only saves a state.
     const bool screenshotOnly = !options.screenshotPath.isEmpty() || !hasDisplay();
     if (screenshotOnly && options.screenshotPath.isEmpty() && !options.saveStatePath.isEmpty())
-        return 0;
+        return writeSnapshot() ? 0 : 1;
     if (screenshotOnly) {
         // Two seconds into the programme, so the meters show a level.
         model->runFor(2.0);
         const QString path
             = options.screenshotPath.isEmpty() ? QStringLiteral("editor.png") : options.screenshotPath;
-        return writeScreenshot(
+        const int status = writeScreenshot(
             editor, QStringLiteral("editor panel"), path, options.screenshotFormat, 1.0, err);
+        return writeSnapshot() ? status : 1;
+    }
+    // A script asks the running host for the files with SIGUSR1.
+    std::unique_ptr<UnixSignalNotifier> snapshotRequest;
+    if (!snapshot.isEmpty()) {
+        snapshotRequest = std::make_unique<UnixSignalNotifier>(SIGUSR1);
+        QObject::connect(snapshotRequest.get(), &UnixSignalNotifier::activated, writeSnapshot);
+        if (!snapshotRequest->isValid())
+            err << "orvchstrip-host: cannot listen for SIGUSR1; the files are written when the editor "
+                   "closes\n";
     }
     model->start();
     window.show();
@@ -283,5 +307,5 @@ int main(int argc, char *argv[])
     }
     const int status = app.exec();
     model->stop();
-    return status;
+    return writeSnapshot() ? status : 1;
 }

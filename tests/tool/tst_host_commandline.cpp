@@ -43,6 +43,7 @@ private slots:
     void galleryHonoursScale();
     void unreachableDisplay();
     void saveStateWithoutDisplayRendersNothing();
+    void exitFilesHoldTheEditedStrip();
 
 private:
     QTemporaryDir m_dir;
@@ -75,6 +76,10 @@ void TestHostCommandLine::refusedOptions_data()
     QTest::newRow("unknown key") << QStringList { "--set", "fx_nothing=1" } << "no such parameter";
     QTest::newRow("picture suffix") << QStringList { "--screenshot", "editor.xyz" }
                                     << "cannot write 'xyz' pictures; the suffix names one of ";
+    QTest::newRow("state on exit, no folder") << QStringList { "--save-state-on-exit",
+        "missing/saved.orvstate" } << "--save-state-on-exit missing/saved.orvstate: the folder '";
+    QTest::newRow("values on exit, a folder") << QStringList { "--dump-parameters-on-exit",
+        "." } << "--dump-parameters-on-exit takes a file, and '.' is a folder";
 }
 
 void TestHostCommandLine::refusedOptions()
@@ -186,6 +191,30 @@ void TestHostCommandLine::saveStateWithoutDisplayRendersNothing()
     QVERIFY2(run.exitCode == 0, run.err.constData());
     QCOMPARE(QDir(work.path()).entryList(QDir::Files), QStringList { "saved.state" });
     QCOMPARE(QFileInfo(work.filePath(QStringLiteral("saved.state"))).size(), 1664);
+}
+
+void TestHostCommandLine::exitFilesHoldTheEditedStrip()
+{
+    // A run that ends after its picture writes the files as a closed window does.
+    QTemporaryDir work;
+    QVERIFY(work.isValid());
+    const CommandRun run
+        = runHost({ "--set", "fx_eq_midfrq=1.25k", "--set", "fx_cmp_kne=hard", "--screenshot", "panel.png",
+                      "--save-state-on-exit", "exit.orvstate", "--dump-parameters-on-exit", "exit.txt" },
+            offscreen(), work.path());
+    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QCOMPARE(QFileInfo(work.filePath(QStringLiteral("exit.orvstate"))).size(), 1664);
+
+    QFile values(work.filePath(QStringLiteral("exit.txt")));
+    QVERIFY(values.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = values.readAll().split('\n');
+    QVERIFY(lines.contains("fx_eq_midfrq=1.25k"));
+    QVERIFY(lines.contains("fx_cmp_kne=HARD"));
+    QVERIFY(lines.contains("fx_mrp_systmname="));
+    // One line per parameter of the listing, and nothing else.
+    const CommandRun listing = runHost({ "--list-parameters" });
+    QCOMPARE(lines.count(QByteArray()), 1);
+    QCOMPARE(lines.size() - 1, int(listing.out.split('\n').indexOf(QByteArray())) - 1);
 }
 
 QTEST_GUILESS_MAIN(TestHostCommandLine)
