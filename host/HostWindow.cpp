@@ -23,6 +23,9 @@ HostWindow::HostWindow(PluginHost *host, IQXEffectEditor *editor, QWidget *paren
     m_pScrollArea->setFrameShape(QFrame::NoFrame);
     m_pScrollArea->setWidgetResizable(false);
     m_pScrollArea->setAlignment(Qt::AlignCenter);
+    // Tab goes round the editor's controls only; the area still scrolls to
+    // the control that takes the focus.
+    m_pScrollArea->setFocusPolicy(Qt::NoFocus);
     QPalette surround = m_pScrollArea->palette();
     surround.setColor(QPalette::Window, QColor(0x0b, 0x0d, 0x10));
     m_pScrollArea->setPalette(surround);
@@ -59,8 +62,8 @@ void HostWindow::setEditorScale(double scale)
 void HostWindow::fitToEditor()
 {
     // The window takes the panel's size, as far as the screen allows.
-    QSize wanted = m_pEditor->size()
-        + QSize(0, menuBar()->sizeHint().height() + statusBar()->sizeHint().height());
+    QSize wanted
+        = m_pEditor->size() + QSize(0, menuBar()->sizeHint().height() + statusBar()->sizeHint().height());
     if (const QScreen *screen = this->screen())
         wanted = wanted.boundedTo(screen->availableGeometry().size() - QSize(40, 80));
     resize(wanted);

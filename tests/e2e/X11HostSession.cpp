@@ -346,7 +346,7 @@ bool X11HostSession::wheel(const QPoint &position, int notches)
 
 bool X11HostSession::key(const QString &keys)
 {
-    return xdotool({ QStringLiteral("key"), keys });
+    return xdotool(QStringList { QStringLiteral("key") } + keys.split(QLatin1Char(' '), Qt::SkipEmptyParts));
 }
 
 bool X11HostSession::type(const QString &text)

@@ -61,7 +61,7 @@ public:
     bool drag(const QList<QPoint> &path);
     // Positive notches turn the wheel up (away from the user).
     bool wheel(const QPoint &position, int notches);
-    // Key names as xdotool takes them: "Tab", "Return", "ctrl+a", "Escape".
+    // Key names as xdotool takes them, separated by spaces: "Tab Tab", "Return", "ctrl+a".
     bool key(const QString &keys);
     bool type(const QString &text);
 

@@ -156,6 +156,7 @@ private slots:
     void bandSwitchDisablesItsKnobs();
     void morphKnobSweepsTheChosenSet();
     void aboutPanelFadesInAndOut();
+    void keyboardAloneDrivesThePanel();
 
 private:
     static void addScaleRows();
@@ -372,6 +373,94 @@ void TestRealWindow::aboutPanelFadesInAndOut()
     VERIFY_SESSION(host,
         waitUntil(
             [&] { return largestDifference(host.grab(quiet), closed) <= 2; }, "the about panel to fade out"));
+}
+
+// One pass over the panel without touching the pointer. The window starts
+// with the focus on its first control, the maker logo; the counts of Tab
+// presses follow the reading order with the side chain off at first.
+void TestRealWindow::keyboardAloneDrivesThePanel()
+{
+    QTemporaryDir morphFolder;
+    QVERIFY(morphFolder.isValid());
+    QVERIFY(QFile::copy(
+        QStringLiteral(ORV_MORPH_PRESET_DIR "/Mix Bus/Glue.ord"), morphFolder.filePath("Glue.ord")));
+    const QString table = QStringLiteral(ORV_MORPH_PRESET_DIR "/Mix Bus/Glue.json");
+    X11HostSession::Options options;
+    options.environment.insert(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"), morphFolder.path());
+    X11HostSession host;
+    VERIFY_SESSION(host, start(options));
+    const auto waitFor = [&host](const char *key, const QString &text) {
+        return host.waitForParameter(
+            QLatin1String(key), [&](const QString &seen) { return seen == text; },
+            QStringLiteral("%1 to read %2").arg(QLatin1String(key), text));
+    };
+
+    // Return on the maker logo opens the about panel, Escape closes it.
+    const QRect quiet = host.toScreen(CompressorKnobs);
+    const double openLuminance = meanLuminance(host.grab(quiet));
+    VERIFY_SESSION(host, key("Return"));
+    VERIFY_SESSION(host,
+        waitUntil([&] { return meanLuminance(host.grab(quiet)) < 0.2 * openLuminance; },
+            "the about panel to fade in"));
+    VERIFY_SESSION(host, key("Escape"));
+    VERIFY_SESSION(host,
+        waitUntil([&] { return meanLuminance(host.grab(quiet)) > 0.9 * openLuminance; },
+            "the about panel to fade out"));
+
+    // Converter button, compressor switch, then the attack knob and its field.
+    const QString attack = QLatin1String(Keys::CompressorAttack);
+    VERIFY_SESSION(host, key("Tab Tab Tab Up Up"));
+    QVERIFY2(waitFor(Keys::CompressorAttack, textOf(attack, "12")), qPrintable(host.errorString()));
+    VERIFY_SESSION(host, key("Tab Return"));
+    VERIFY_SESSION(host, type("50"));
+    VERIFY_SESSION(host, key("Return"));
+    QVERIFY2(waitFor(Keys::CompressorAttack, textOf(attack, "50")), qPrintable(host.errorString()));
+
+    // Release, ratio, then the knee (one stop; arrows choose) and the side chain switch.
+    VERIFY_SESSION(host, key("Tab Tab Tab Tab Tab Right"));
+    QVERIFY2(waitFor(Keys::CompressorKnee, textOf(QLatin1String(Keys::CompressorKnee), "MEDIUM")),
+        qPrintable(host.errorString()));
+    VERIFY_SESSION(host, key("Tab space"));
+    QVERIFY2(waitFor(Keys::SideChainOn, textOf(QLatin1String(Keys::SideChainOn), "ON")),
+        qPrintable(host.errorString()));
+
+    // Drive, the equaliser's switches and the low band's knobs, to the low band switch.
+    VERIFY_SESSION(host, key("Tab Tab Tab Tab Tab Tab Tab Tab Tab space"));
+    QVERIFY2(waitFor(Keys::EqualizerLowOn, textOf(QLatin1String(Keys::EqualizerLowOn), "OFF")),
+        qPrintable(host.errorString()));
+
+    // On to the morph preset button: Return opens the list, Down and Return pick the set.
+    VERIFY_SESSION(host, key("Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Return"));
+    const QRect listTop = host.toScreen(MorphingListTopEdge);
+    VERIFY_SESSION(host,
+        waitUntil([&] { return isFilledWith(host.grab(listTop), ListOutlineColor); },
+            "the morphing list to slide in"));
+    VERIFY_SESSION(host, key("Down Return"));
+    QVERIFY2(waitFor(Keys::MorphSystemName, QStringLiteral("Glue")), qPrintable(host.errorString()));
+
+    // The focus is back on the button: Shift+Tab to the morph knob, End and Home sweep it.
+    struct Sweep
+    {
+        const char *key;
+        int point;
+    };
+    for (const Sweep &sweep : { Sweep { "shift+Tab End", 8 }, Sweep { "Home", 0 } }) {
+        VERIFY_SESSION(host, key(QLatin1String(sweep.key)));
+        const QMap<QString, QString> expected = morphPointTexts(table, sweep.point);
+        QCOMPARE(expected.size(), 17);
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+            QVERIFY2(waitFor(it.key().toLatin1().constData(), it.value()), qPrintable(host.errorString()));
+    }
+
+    // Past the preset button to the output knob.
+    const QString output = QLatin1String(Keys::OutputLevel);
+    const QString before = host.parameters().value(output);
+    VERIFY_SESSION(host, key("Tab Tab Page_Down"));
+    VERIFY_SESSION(host,
+        waitForParameter(
+            output, [&](const QString &text) { return valueOf(output, text) < valueOf(output, before); },
+            "the output level to go down"));
+    VERIFY_SESSION(host, quit());
 }
 
 int main(int argc, char *argv[])
