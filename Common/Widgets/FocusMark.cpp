@@ -35,17 +35,22 @@ void FocusMark::paint(QPainter &painter, const QRectF &area, Shape shape, double
 {
     if (!isShown())
         return;
+    // A bright line on a dark one: it stands out from light and coloured
+    // artwork alike, the knobs' own rings included.
     const double width = LineWidth * scale;
-    const QRectF ring = area.adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    const QRectF ring = area.adjusted(width, width, -width, -width);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(1.0);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color(m_pWidget->palette()), width));
-    if (shape == Round)
-        painter.drawEllipse(ring);
-    else
-        painter.drawRoundedRect(ring, CornerRadius * scale, CornerRadius * scale);
+    for (const QPen &pen : { QPen(m_pWidget->palette().color(QPalette::Active, QPalette::Shadow), 2 * width),
+             QPen(color(m_pWidget->palette()), width) }) {
+        painter.setPen(pen);
+        if (shape == Round)
+            painter.drawEllipse(ring);
+        else
+            painter.drawRoundedRect(ring, CornerRadius * scale, CornerRadius * scale);
+    }
     painter.restore();
 }
 
