@@ -28,14 +28,14 @@ public slots:
     // Hides QWidget::close() on purpose: closing an overlay is a fade.
     void close();
     virtual void setOpacity(double opacity) = 0;
+    // What Escape does; a panel that is busy may refuse.
+    virtual void escape() { close(); }
 
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool focusNextPrevChild(bool next) override;
-    // What Escape does; a panel that is busy may refuse.
-    virtual void escape() { close(); }
 
     // A black veil and white text whose alpha follows the opacity, which is
     // kept within 0 and 1 so that a stray value never gives an invalid colour.

@@ -406,15 +406,13 @@ void ORVChStripEditor::notifyMeterDbUpdated(unsigned int *values, unsigned int c
 void ORVChStripEditor::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
-        if (m_pAbout->isVisible() && m_pAbout->visibleFraction() > 0.0) {
-            m_pAbout->close();
-            event->accept();
-            return;
-        }
-        if (m_pPresetConverter->isVisible() && !m_pPresetConverter->isConverting()) {
-            m_pPresetConverter->close();
-            event->accept();
-            return;
+        for (FadingOverlay *panel :
+            { static_cast<FadingOverlay *>(m_pAbout), static_cast<FadingOverlay *>(m_pPresetConverter) }) {
+            if (panel->isVisible()) {
+                panel->escape();
+                event->accept();
+                return;
+            }
         }
         if (m_morphingPresetOpen) {
             closeMorphingPreset();

@@ -134,7 +134,6 @@ void ORVChStripPresetConverter::loadChoice()
 
 void ORVChStripPresetConverter::escape()
 {
-    // Escape answers "no"; a conversion under way runs to its end.
     if (!isConverting())
         close();
 }

@@ -36,12 +36,14 @@ public slots:
     void execute();
     void setOpacity(double opacity) override;
 
+    // Escape answers "no"; a conversion under way runs to its end.
+    void escape() override;
+
 signals:
     void conversionFinished();
 
 protected:
     void showEvent(QShowEvent *event) override;
-    void escape() override;
     void hideEvent(QHideEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -47,13 +47,9 @@ int32_t FileBStream::write(const void *buffer, int32_t numBytes, int32_t *numByt
 
 int32_t FileBStream::seek(int64_t pos, int32_t mode, int64_t *result)
 {
-    qint64 target;
-    switch (mode) {
-    case kIBSeekSet: target = pos; break;
-    case kIBSeekCur: target = m_file.pos() + pos; break;
-    case kIBSeekEnd: target = m_file.size() + pos; break;
-    default: return kResultFalse;
-    }
+    int64_t target = 0;
+    if (!seekTarget(pos, mode, m_file.pos(), m_file.size(), &target))
+        return kResultFalse;
     if (target < 0 || !m_file.isOpen() || !m_file.seek(target))
         return kResultFalse;
     if (result)

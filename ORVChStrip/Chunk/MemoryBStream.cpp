@@ -48,13 +48,9 @@ int32_t MemoryBStream::write(const void *buffer, int32_t numBytes, int32_t *numB
 
 int32_t MemoryBStream::seek(int64_t pos, int32_t mode, int64_t *result)
 {
-    int64_t target;
-    switch (mode) {
-    case kIBSeekSet: target = pos; break;
-    case kIBSeekCur: target = m_position + pos; break;
-    case kIBSeekEnd: target = m_bytes.size() + pos; break;
-    default: return kResultFalse;
-    }
+    int64_t target = 0;
+    if (!seekTarget(pos, mode, m_position, m_bytes.size(), &target))
+        return kResultFalse;
     if (target < 0)
         return kResultFalse;
     m_position = target;

@@ -49,13 +49,9 @@ int32_t ReadOnlyBStream::write(const void *, int32_t, int32_t *numBytesWritten)
 
 int32_t ReadOnlyBStream::seek(int64_t pos, int32_t mode, int64_t *result)
 {
-    int64_t target;
-    switch (mode) {
-    case kIBSeekSet: target = pos; break;
-    case kIBSeekCur: target = m_position + pos; break;
-    case kIBSeekEnd: target = m_size + pos; break;
-    default: return kResultFalse;
-    }
+    int64_t target = 0;
+    if (!seekTarget(pos, mode, m_position, m_size, &target))
+        return kResultFalse;
     m_position = std::clamp<int64_t>(target, 0, m_size);
     if (result)
         *result = m_position;

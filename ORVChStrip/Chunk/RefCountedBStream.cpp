@@ -20,3 +20,14 @@ uint32_t RefCountedBStream::release()
     }
     return m_refCount;
 }
+
+bool RefCountedBStream::seekTarget(
+    int64_t pos, int32_t mode, int64_t position, int64_t length, int64_t *target)
+{
+    switch (mode) {
+    case kIBSeekSet: *target = pos; return true;
+    case kIBSeekCur: *target = position + pos; return true;
+    case kIBSeekEnd: *target = length + pos; return true;
+    default: return false;
+    }
+}

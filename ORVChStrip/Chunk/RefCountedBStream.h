@@ -18,6 +18,11 @@ public:
     uint32_t addRef() override;
     uint32_t release() override;
 
+protected:
+    // Where a seek of `pos` from `mode` lands, given the current position and
+    // the length; false for an origin the stream does not know.
+    static bool seekTarget(int64_t pos, int32_t mode, int64_t position, int64_t length, int64_t *target);
+
 private:
     uint32_t m_refCount = 1;
 };
