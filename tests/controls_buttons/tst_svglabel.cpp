@@ -79,7 +79,6 @@ void TestSvgLabel::svgLabelArtwork_data()
     QTest::newRow("disabled shows its own") << true << true << false << 1.0 << "blue";
     QTest::newRow("disabled without own shows normal") << true << false << false << 1.0 << "red";
     QTest::newRow("only disabled, enabled") << false << true << true << 1.0 << "none";
-    QTest::newRow("only disabled, disabled") << false << true << false << 1.0 << "none";
     QTest::newRow("opacity 0") << true << true << true << 0.0 << "none";
 }
 

@@ -69,10 +69,7 @@ void tst_FaderController::thumbGeometry_data()
     const int v = Qt::Vertical;
     const int h = Qt::Horizontal;
     QTest::newRow("vertical minimum at the bottom") << v << false << 0 << QRectF(0, 116, 28, 44);
-    QTest::newRow("vertical maximum at the top") << v << false << 100 << QRectF(0, 0, 28, 44);
-    QTest::newRow("vertical middle") << v << false << 50 << QRectF(0, 58, 28, 44);
     QTest::newRow("vertical reversed") << v << true << 0 << QRectF(0, 0, 28, 44);
-    QTest::newRow("horizontal minimum at the left") << h << false << 0 << QRectF(0, 0, 28, 44);
     QTest::newRow("horizontal quarter") << h << false << 25 << QRectF(33, 0, 28, 44);
     QTest::newRow("horizontal reversed") << h << true << 25 << QRectF(99, 0, 28, 44);
 }
@@ -111,7 +108,6 @@ void tst_FaderController::pressOffTheThumb_data()
     QTest::addColumn<bool>("drags");
     // Start at 100 (thumb at the top, y 0..44), or 0 when reversed.
     QTest::newRow("touch ignores it") << int(FaderController::Touch) << false << 138 << 100 << false;
-    QTest::newRow("jump to the bottom") << int(FaderController::Jump) << false << 138 << 0 << true;
     QTest::newRow("jump to the middle") << int(FaderController::Jump) << false << 80 << 50 << true;
     QTest::newRow("jump reversed") << int(FaderController::Jump) << true << 138 << 100 << true;
     QTest::newRow("relative only drags") << int(FaderController::Relative) << false << 138 << 100 << true;
@@ -162,7 +158,6 @@ void tst_FaderController::ramp_data()
     QTest::addColumn<int>("step");
     QTest::newRow("5 units") << int(Qt::NoModifier) << false << -5;
     QTest::newRow("1 unit with Shift") << int(Qt::ShiftModifier) << false << -1;
-    QTest::newRow("reversed") << int(Qt::NoModifier) << true << 5;
 }
 
 void tst_FaderController::ramp()
@@ -240,12 +235,9 @@ void tst_FaderController::wheelAndKeys_data()
     const int h = Qt::Horizontal;
     QTest::newRow("up") << v << false << int(Qt::Key_Up) << 0 << 51;
     QTest::newRow("down reversed") << v << true << int(Qt::Key_Down) << 0 << 51;
-    QTest::newRow("left on a vertical fader") << v << false << int(Qt::Key_Left) << 0 << 50;
     QTest::newRow("right on a horizontal fader") << h << false << int(Qt::Key_Right) << 0 << 51;
     QTest::newRow("up on a horizontal fader") << h << false << int(Qt::Key_Up) << 0 << 50;
-    QTest::newRow("page up") << v << false << int(Qt::Key_PageUp) << 0 << 60;
     QTest::newRow("page up reversed") << v << true << int(Qt::Key_PageUp) << 0 << 40;
-    QTest::newRow("wheel") << v << false << 0 << 240 << 52;
     QTest::newRow("wheel reversed") << v << true << 0 << 240 << 48;
 }
 

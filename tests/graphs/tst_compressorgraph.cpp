@@ -52,10 +52,8 @@ void TestCompressorGraph::effectiveThreshold_data()
     QTest::addColumn<int>("drive");
     QTest::addColumn<double>("expected");
     QTest::newRow("T 0, no drive") << 100 << 0 << 0.0;
-    QTest::newRow("T -20, no drive") << 0 << 0 << 0.0;
     QTest::newRow("T -20, drive 6.2") << 0 << 31 << -26.2;
     QTest::newRow("T -20, drive 3 blends") << 0 << 15 << 3.0 * (-23.0) / 6.2;
-    QTest::newRow("T -20, drive 20") << 0 << 100 << -40.0;
     QTest::newRow("T +10 held at 0") << 150 << 10 << 0.0;
     QTest::newRow("T +10, drive 16") << 150 << 80 << -6.0;
 }
@@ -106,7 +104,6 @@ void TestCompressorGraph::identityCases_data()
     QTest::addColumn<int>("knee");
     // T = 0 dB without drive forces the hard knee: nothing below 0 dB moves.
     QTest::newRow("T 0 soft 20:1") << 100 << 0 << 96 << int(CompressorCurve::Soft);
-    QTest::newRow("T 0 medium limit") << 100 << 0 << 120 << int(CompressorCurve::Medium);
     for (int knee = 0; knee < 3; ++knee)
         QTest::addRow("ratio 1:1 knee %d", knee) << 0 << 60 << 0 << knee;
 }
@@ -124,8 +121,6 @@ void TestCompressorGraph::identityCases()
 
 void TestCompressorGraph::outline()
 {
-    QCOMPARE(CompressorCurve::ratio(0), 1.0);
-    QCOMPARE(CompressorCurve::ratio(120), 3000.0);
     QCOMPARE(CompressorCurve::ratio(121), 0.0);
 
     const QSizeF size(191, 191);
@@ -184,7 +179,6 @@ void TestCompressorGraph::painterDrawsTheArea_data()
     QTest::addColumn<double>("scale");
     QTest::addColumn<double>("ratio");
     QTest::newRow("scale 1") << 1.0 << 1.0;
-    QTest::newRow("scale 2") << 2.0 << 1.0;
     QTest::newRow("scale 1, dpr 2") << 1.0 << 2.0;
     QTest::newRow("scale 1.5") << 1.5 << 1.0;
 }
@@ -234,7 +228,6 @@ void TestCompressorGraph::widgetShowsThePainterImage_data()
 {
     QTest::addColumn<double>("ratio");
     QTest::addColumn<bool>("enabled");
-    QTest::newRow("dpr 1") << 1.0 << true;
     QTest::newRow("dpr 2") << 2.0 << true;
     QTest::newRow("disabled") << 1.0 << false;
 }

@@ -84,43 +84,19 @@ class TestFilter2Peq : public QObject
     Q_OBJECT
 
 private slots:
-    void constructionAndOrder();
     void response_data();
     void response();
     void peakingQCorrection_data();
     void peakingQCorrection();
     void boostAndCutCancel_data();
     void boostAndCutCancel();
-    void shelfLimits_data();
-    void shelfLimits();
     void nyquistGuard_data();
     void nyquistGuard();
     void vanishingNumerator();
     void runningFilterMatchesPower_data();
     void runningFilterMatchesPower();
-    void crossfadeTakesOverAfterEnd();
     void crossfadeBlendsOldAndNew();
-    void copyLeavesPendingFlag();
 };
-
-void TestFilter2Peq::constructionAndOrder()
-{
-    FILTER2PEQ filter;
-    QCOMPARE(filter.order(), 2L);
-    QCOMPARE(filter.crossfadeLength(), 441.0);
-    QCOMPARE(filter.crossfadeCounter(), 442L);
-    QVERIFY(filter.isPending());
-    filter.setCoefPEQ_C(48000, 1000, 6, 1, 0.7, 18);
-    filter._setOrder(4);
-    QCOMPARE(filter.order(), 2L);
-    // A fresh order starts from silence.
-    QCOMPARE(filter.power(1000, 48000), -100.0);
-
-    filter.initializeFilterProc(96000);
-    QCOMPARE(filter.crossfadeLength(), 960.0);
-    QCOMPARE(filter.crossfadeCounter(), 961L);
-    QVERIFY(!filter.isPending());
-}
 
 void TestFilter2Peq::response_data()
 {
@@ -131,9 +107,7 @@ void TestFilter2Peq::response_data()
     QTest::addColumn<double>("q");
 
     QTest::newRow("peak boost 1k") << int(Peaking) << 48000.0 << 1000.0 << 12.0 << 1.0;
-    QTest::newRow("peak cut 250") << int(Peaking) << 44100.0 << 250.0 << -9.5 << 4.0;
     QTest::newRow("peak narrow 8k 48k") << int(Peaking) << 48000.0 << 8000.0 << 18.0 << 16.0;
-    QTest::newRow("peak 10k 32k") << int(Peaking) << 32000.0 << 10000.0 << -18.0 << 0.5;
     QTest::newRow("low shelf boost") << int(LowShelf) << 48000.0 << 100.0 << 6.0 << 1.0;
     QTest::newRow("high shelf cut") << int(HighShelf) << 88200.0 << 3000.0 << -15.0 << 1.0;
 }
@@ -167,7 +141,6 @@ void TestFilter2Peq::peakingQCorrection_data()
 
     // 1.25686 - 0.02143 * log2(16) - 4.103e-5 * 8000 = 0.84290
     QTest::newRow("48k 8k Q16") << 48000.0 << 8000.0 << 16.0 << 16.0 * 0.842900;
-    QTest::newRow("48k at the threshold") << 48000.0 << 2000.0 << 16.0 << 16.0;
     // 1.25513 - 0.0301 * 1 - 4.817e-5 * 10000 = 0.74333
     QTest::newRow("44.1k 10k Q2") << 44100.0 << 10000.0 << 2.0 << 2.0 * 0.74333;
     // k > 1: the correction never raises Q.
@@ -177,7 +150,6 @@ void TestFilter2Peq::peakingQCorrection_data()
     QTest::newRow("384k row") << 384000.0 << 100000.0 << 4.0
                               << 4.0
             * (1.00041829825 + 0.000395429657653 * 2.0 - 6.56655493056e-7 * 100000.0);
-    QTest::newRow("above 384k") << 400000.0 << 100000.0 << 4.0 << 4.0;
 }
 
 void TestFilter2Peq::peakingQCorrection()
@@ -194,19 +166,21 @@ void TestFilter2Peq::boostAndCutCancel_data()
 {
     QTest::addColumn<int>("shape");
     QTest::addColumn<double>("gain");
-    for (double gain : { 0.5, 6.0, 18.0 }) {
-        QTest::addRow("peak %g", gain) << int(Peaking) << gain;
-        QTest::addRow("low shelf %g", gain) << int(LowShelf) << gain;
-        QTest::addRow("high shelf %g", gain) << int(HighShelf) << gain;
-        QTest::addRow("low shelf 2nd %g", gain) << int(LowShelf2) << gain;
-        QTest::addRow("high shelf 2nd %g", gain) << int(HighShelf2) << gain;
-    }
+    QTest::addColumn<double>("dcDb"); // of the boost
+    QTest::addColumn<double>("nyquistDb");
+    QTest::newRow("peak") << int(Peaking) << 6.0 << 0.0 << 0.0;
+    QTest::newRow("low shelf") << int(LowShelf) << 9.0 << 9.0 << 0.0;
+    QTest::newRow("high shelf") << int(HighShelf) << 0.5 << 0.0 << 0.5;
+    QTest::newRow("low shelf 2nd") << int(LowShelf2) << 12.0 << 12.0 << 0.0;
+    QTest::newRow("high shelf 2nd") << int(HighShelf2) << 18.0 << 0.0 << 18.0;
 }
 
 void TestFilter2Peq::boostAndCutCancel()
 {
     QFETCH(int, shape);
     QFETCH(double, gain);
+    QFETCH(double, dcDb);
+    QFETCH(double, nyquistDb);
     FILTER2PEQ boost;
     FILTER2PEQ cut;
     setShape(boost, Shape(shape), 48000, 1500, gain, 2.0);
@@ -214,36 +188,17 @@ void TestFilter2Peq::boostAndCutCancel()
     for (double f = 20.0; f < 24000.0; f *= 1.17)
         QVERIFY2(
             std::abs(boost.power(f, 48000) + cut.power(f, 48000)) < 1e-9, qPrintable(QString::number(f)));
+    // The shelves reach their gain at one end and 0 dB at the other.
+    if (shape != Peaking) {
+        QVERIFY(std::abs(boost.power(0.0, 48000) - dcDb) < 1e-9);
+        QVERIFY(std::abs(boost.power(24000.0, 48000) - nyquistDb) < 1e-6);
+        QCOMPARE(boost.newCoefficients()[2] == 0.0, shape == LowShelf || shape == HighShelf);
+    }
 
     FILTER2PEQ flat;
     setShape(flat, Shape(shape), 48000, 1500, 0.0, 2.0);
     for (double f : { 20.0, 1500.0, 20000.0 })
         QVERIFY(std::abs(flat.power(f, 48000)) < 1e-9);
-}
-
-void TestFilter2Peq::shelfLimits_data()
-{
-    QTest::addColumn<int>("shape");
-    QTest::addColumn<double>("gain");
-    QTest::addColumn<double>("dcDb");
-    QTest::addColumn<double>("nyquistDb");
-    QTest::newRow("low boost") << int(LowShelf) << 9.0 << 9.0 << 0.0;
-    QTest::newRow("high cut") << int(HighShelf) << -9.0 << 0.0 << -9.0;
-    QTest::newRow("low 2nd boost") << int(LowShelf2) << 12.0 << 12.0 << 0.0;
-    QTest::newRow("high 2nd cut") << int(HighShelf2) << -12.0 << 0.0 << -12.0;
-}
-
-void TestFilter2Peq::shelfLimits()
-{
-    QFETCH(int, shape);
-    QFETCH(double, gain);
-    QFETCH(double, dcDb);
-    QFETCH(double, nyquistDb);
-    FILTER2PEQ filter;
-    setShape(filter, Shape(shape), 48000, 2000, gain);
-    QVERIFY(std::abs(filter.power(0.0, 48000) - dcDb) < 1e-9);
-    QVERIFY(std::abs(filter.power(24000.0, 48000) - nyquistDb) < 1e-6);
-    QCOMPARE(filter.newCoefficients()[2] == 0.0, shape == LowShelf || shape == HighShelf);
 }
 
 void TestFilter2Peq::nyquistGuard_data()
@@ -253,7 +208,6 @@ void TestFilter2Peq::nyquistGuard_data()
     QTest::addColumn<bool>("guarded");
     QTest::newRow("32k 15995") << 32000.0 << 15995.0 << true;
     QTest::newRow("32k 15990") << 32000.0 << 15990.0 << false;
-    QTest::newRow("44.1k 22045") << 44100.0 << 22045.0 << false;
 }
 
 void TestFilter2Peq::nyquistGuard()
@@ -314,31 +268,6 @@ void TestFilter2Peq::runningFilterMatchesPower()
     }
 }
 
-void TestFilter2Peq::crossfadeTakesOverAfterEnd()
-{
-    FILTER2PEQ filter;
-    filter.initializeFilterProc(48000); // 480 samples
-    filter.setCoefLowShelf_C(48000, 100, 6, 0.32, 18);
-    const FILTER2PEQ::Coefficients first = filter.newCoefficients();
-    filter.cal(0.5);
-    QCOMPARE(filter.currentCoefficients(), first);
-    QCOMPARE(filter.crossfadeCounter(), 1L);
-
-    filter.setCoefLowShelf_C(48000, 400, -6, 0.32, 18);
-    const FILTER2PEQ::Coefficients second = filter.newCoefficients();
-    for (int n = 1; n < 480; ++n)
-        filter.cal(0.5);
-    QCOMPARE(filter.crossfadeCounter(), 480L);
-    QVERIFY(filter.isPending());
-    QCOMPARE(filter.currentCoefficients(), first);
-
-    filter.cal(0.5);
-    QVERIFY(!filter.isPending());
-    QCOMPARE(filter.currentCoefficients(), second);
-    QCOMPARE(filter.previousCoefficients(), first);
-    QCOMPARE(filter.crossfadeCounter(), 1L);
-}
-
 void TestFilter2Peq::crossfadeBlendsOldAndNew()
 {
     // Old set: pass-through; new set: a shelf started from silence. The output
@@ -365,18 +294,6 @@ void TestFilter2Peq::crossfadeBlendsOldAndNew()
         if (n >= 480)
             QCOMPARE(y, yNew);
     }
-}
-
-void TestFilter2Peq::copyLeavesPendingFlag()
-{
-    FILTER2PEQ source;
-    source.setCoefPEQ_C(48000, 3000, 6, 2, 0.7, 18);
-    FILTER2PEQ copy;
-    copy.initializeFilterProc(48000);
-    copy.setCoefByCopy(&source);
-    QVERIFY(!copy.isPending());
-    QCOMPARE(copy.newCoefficients(), source.newCoefficients());
-    QCOMPARE(copy.power(3000, 48000), source.power(3000, 48000));
 }
 
 QTEST_APPLESS_MAIN(TestFilter2Peq)

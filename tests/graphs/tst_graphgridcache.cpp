@@ -17,12 +17,8 @@ void TestGraphGridCache::paintsOncePerSizeAndRatio_data()
     QTest::addColumn<QList<QSize>>("sizes");
     QTest::addColumn<QList<double>>("ratios");
     QTest::addColumn<int>("paints");
-    QTest::newRow("same key") << QList<QSize> { { 40, 20 }, { 40, 20 }, { 40, 20 } }
-                              << QList<double> { 1.0, 1.0, 1.0 } << 1;
     QTest::newRow("new size") << QList<QSize> { { 40, 20 }, { 80, 40 }, { 80, 40 } }
                               << QList<double> { 1.0, 1.0, 1.0 } << 2;
-    QTest::newRow("new ratio") << QList<QSize> { { 40, 20 }, { 40, 20 }, { 40, 20 } }
-                               << QList<double> { 1.0, 2.0, 2.0 } << 2;
     QTest::newRow("back and forth") << QList<QSize> { { 40, 20 }, { 80, 40 }, { 40, 20 } }
                                     << QList<double> { 1.0, 1.0, 1.0 } << 3;
     QTest::newRow("no ratio reads as 1")
