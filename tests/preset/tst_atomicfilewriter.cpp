@@ -36,7 +36,6 @@ void TestAtomicFileWriter::fullDiskKeepsOldFile_data()
     QTest::addColumn<bool>("written");
 
     // Small writes stay in the device's buffer until the flush at the end.
-    QTest::newRow("buffered write over a file") << 1000 << 512 << true << false;
     QTest::newRow("buffered write, new file") << 1000 << 512 << false << false;
     QTest::newRow("large write over a file") << 200000 << 65536 << true << false;
     QTest::newRow("limit one byte short") << 3000 << 2999 << true << false;

@@ -38,7 +38,6 @@ private slots:
     void convertTree_data();
     void convertTree();
     void existingDestinationReplacedWhole();
-    void fullDiskKeepsOldFile_data();
     void fullDiskKeepsOldFile();
     void sourceChangedWhileReadIsSkipped_data();
     void sourceChangedWhileReadIsSkipped();
@@ -47,7 +46,6 @@ private slots:
     void overlappingFoldersRefused_data();
     void overlappingFoldersRefused();
     void createDirectory();
-    void askAgainSetting();
 
 private:
     QString m_root;
@@ -101,7 +99,7 @@ void TestPresetConversion::folders()
 void TestPresetConversion::convertTree_data()
 {
     QTest::addColumn<QString>("file"); // relative to the source folder
-    // mono, stereo, third, broken, emptystate, nostate, link, folderlink
+    // mono, stereo, third, emptystate, nostate, link, folderlink
     QTest::addColumn<QString>("content");
     QTest::addColumn<int>("outcome");
     QTest::addColumn<QString>("reason");
@@ -110,17 +108,12 @@ void TestPresetConversion::convertTree_data()
                           << "mono" << int(PresetConversionItem::Converted) << "mono preset";
     QTest::newRow("stereo") << "Lead.plxpreset"
                             << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
-    QTest::newRow("nested") << "Vocals/Warm/Soft.plxpreset"
-                            << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
     QTest::newRow("odd name") << "Vocals/Bright [s] (2) – é 声.plxpreset"
                               << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
     QTest::newRow("upper-case suffix") << "Loud.PLXPRESET"
                                        << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
     QTest::newRow("third class") << "Other.plxpreset"
                                  << "third" << int(PresetConversionItem::Skipped) << "class id 112233445566";
-    QTest::newRow("not a preset") << "Broken.plxpreset"
-                                  << "broken" << int(PresetConversionItem::Skipped)
-                                  << "not a preset: bad magic";
     // The rule that preset info applies: a 'Comp' chunk with at least one byte.
     QTest::newRow("empty component state") << "Empty.plxpreset"
                                            << "emptystate" << int(PresetConversionItem::Skipped)
@@ -160,8 +153,6 @@ void TestPresetConversion::convertTree()
         QVERIFY(writePreset(path, StereoID, state));
     else if (content == QLatin1String("third"))
         QVERIFY(writePreset(path, ThirdID, state));
-    else if (content == QLatin1String("broken"))
-        QVERIFY(writeFile(path, "XXXX" + presetBytes(StereoID, state).mid(4)));
     else if (content == QLatin1String("emptystate"))
         QVERIFY(writeFile(path, presetBytes(StereoID, state).replace(48 + 700 + 20, 8, littleEndian64(0))));
     else if (content == QLatin1String("nostate"))
@@ -186,10 +177,8 @@ void TestPresetConversion::convertTree()
     const QString target = destination + QLatin1Char('/') + file;
     if (outcome == PresetConversionItem::Converted) {
         QCOMPARE(item->destination, target);
-        const QByteArray written = readFile(target);
-        QCOMPARE(written.mid(8, 32), QByteArray("504C5863737453757220636820737472"));
-        QCOMPARE(loadState(target, StereoID), state);
-        QCOMPARE(written, presetBytes(StereoID, state));
+        QCOMPARE(readFile(target).mid(8, 32), QByteArray("504C5863737453757220636820737472"));
+        QCOMPARE(readFile(target), presetBytes(StereoID, state));
     } else {
         QVERIFY(!QFileInfo::exists(target));
         QVERIFY(!QFileInfo::exists(destination + QStringLiteral("/Target.plxpreset")));
@@ -219,20 +208,13 @@ void TestPresetConversion::existingDestinationReplacedWhole()
     QCOMPARE(filesIn(destination), QStringList { QStringLiteral("Keep.plxpreset") });
 }
 
-void TestPresetConversion::fullDiskKeepsOldFile_data()
-{
-    QTest::addColumn<int>("stateSize");
-    // A preset this small stays in the write buffer until the file is closed.
-    QTest::newRow("buffered") << 1000;
-    QTest::newRow("larger than the buffer") << 200000;
-}
-
 void TestPresetConversion::fullDiskKeepsOldFile()
 {
 #ifndef ORV_HAVE_FILE_SIZE_LIMIT
     QSKIP("needs a file size limit to simulate a full disk");
 #endif
-    QFETCH(int, stateSize);
+    // Larger than the write buffer, so the failure comes while writing.
+    constexpr int stateSize = 200000;
     const QString source = m_root + QStringLiteral("/src");
     const QString destination = m_root + QStringLiteral("/dst");
     const QString target = destination + QStringLiteral("/Big.plxpreset");
@@ -266,7 +248,6 @@ void TestPresetConversion::sourceChangedWhileReadIsSkipped_data()
     QTest::addColumn<bool>("converted");
     QTest::newRow("untouched") << QString() << true;
     QTest::newRow("cut short") << QStringLiteral("truncate") << false;
-    QTest::newRow("grown") << QStringLiteral("append") << false;
     QTest::newRow("rewritten at the same size") << QStringLiteral("rewrite") << false;
 }
 
@@ -288,9 +269,6 @@ void TestPresetConversion::sourceChangedWhileReadIsSkipped()
         QFile file(path);
         if (change == QLatin1String("truncate")) {
             file.resize(1000);
-        } else if (change == QLatin1String("append")) {
-            QVERIFY(file.open(QIODevice::Append));
-            file.write("more");
         } else if (change == QLatin1String("rewrite")) {
             const QDateTime modified = QFileInfo(path).lastModified();
             QVERIFY(file.open(QIODevice::ReadWrite));
@@ -401,18 +379,6 @@ void TestPresetConversion::createDirectory()
     QVERIFY(!Conversion::createDirectory(m_root + QStringLiteral("/file")));
     QVERIFY(!Conversion::createDirectory(m_root + QStringLiteral("/file/below")));
     QCOMPARE(readFile(m_root + QStringLiteral("/file")), QByteArray("x"));
-}
-
-void TestPresetConversion::askAgainSetting()
-{
-    QVERIFY(Conversion::askAgain());
-    Conversion::setAskAgain(false);
-    QVERIFY(!Conversion::askAgain());
-#if defined(Q_OS_LINUX)
-    QVERIFY(QFileInfo::exists(m_home.filePath(QStringLiteral(".config/Quenmark/Orvane Channel Strip.conf"))));
-#endif
-    Conversion::setAskAgain(true);
-    QVERIFY(Conversion::askAgain());
 }
 
 QTEST_GUILESS_MAIN(TestPresetConversion)

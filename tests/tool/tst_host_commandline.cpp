@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include "CommandRun.h"
+#include "TestFiles.h"
 
 namespace {
 
@@ -18,12 +19,6 @@ CommandRun runHost(const QStringList &arguments, const QProcessEnvironment &envi
     const QString &workingDirectory = QString())
 {
     return CommandRun::start(QStringLiteral(ORV_HOST_PATH), arguments, environment, workingDirectory);
-}
-
-QByteArray head(const QString &path, int size)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(size) : QByteArray();
 }
 
 } // namespace
@@ -66,12 +61,8 @@ void TestHostCommandLine::refusedOptions_data()
                                    << "--slider-mode takes 0, 1, 2 or 3";
     QTest::newRow("attack above") << QStringList { "--set", "fx_cmp_atck=201" }
                                   << "fx_cmp_atck=201: outside the range 1 ms to 200 ms";
-    QTest::newRow("frequency above") << QStringList { "--set", "fx_eq_midfrq=30k" }
-                                     << "outside the range 16 Hz to 20 kHz";
     QTest::newRow("gain below") << QStringList { "--set", "fx_eq_lsvgain=-19" }
                                 << "outside the range -18.0 dB to +18.0 dB";
-    QTest::newRow("ratio below one") << QStringList { "--set", "fx_cmp_rto=0.5" }
-                                     << "outside the range 1.00:1";
     QTest::newRow("knee word") << QStringList { "--set", "fx_cmp_kne=loud" } << "SOFT, MEDIUM or HARD";
     QTest::newRow("unknown key") << QStringList { "--set", "fx_nothing=1" } << "no such parameter";
     QTest::newRow("picture suffix") << QStringList { "--screenshot", "editor.xyz" }
@@ -102,12 +93,9 @@ void TestHostCommandLine::acceptedEdges_data()
     QTest::addColumn<QStringList>("arguments");
 
     QTest::newRow("attack maximum") << QStringList { "--set", "fx_cmp_atck=200" };
-    QTest::newRow("attack with unit") << QStringList { "--set", "fx_cmp_atck=1 ms" };
     QTest::newRow("frequency minimum") << QStringList { "--set", "fx_eq_midfrq=16 Hz" };
     QTest::newRow("limiting ratio") << QStringList { "--set", "fx_cmp_rto=inf" };
-    QTest::newRow("ratio between steps") << QStringList { "--set", "fx_cmp_rto=4.01" };
     QTest::newRow("knee medium") << QStringList { "--set", "fx_cmp_kne=medium" };
-    QTest::newRow("output maximum") << QStringList { "--set", "fx_eq_peqgain=+6" };
     QTest::newRow("edit modes at the top") << QStringList { "--dial-mode", "2", "--slider-mode", "3" };
     QTest::newRow("largest scale") << QStringList { "--scale", "4" };
 }
@@ -118,7 +106,7 @@ void TestHostCommandLine::acceptedEdges()
     const QString picture = m_dir.filePath(QStringLiteral("accepted %1.png").arg(QTest::currentDataTag()));
     const CommandRun run = runHost(arguments << QStringLiteral("--screenshot") << picture);
     QVERIFY2(run.exitCode == 0, run.err.constData());
-    QCOMPARE(head(picture, 4), QByteArray("\x89PNG"));
+    QCOMPARE(readFile(picture).left(4), QByteArray("\x89PNG"));
 }
 
 void TestHostCommandLine::screenshotFormat_data()
@@ -128,7 +116,6 @@ void TestHostCommandLine::screenshotFormat_data()
 
     QTest::newRow("png") << "panel.png" << QByteArray("\x89PNG");
     QTest::newRow("jpeg") << "panel.JPG" << QByteArray("\xff\xd8\xff");
-    QTest::newRow("bmp") << "panel.bmp" << QByteArray("BM");
     QTest::newRow("no suffix") << "panel" << QByteArray("\x89PNG");
 }
 
@@ -141,7 +128,7 @@ void TestHostCommandLine::screenshotFormat()
         QFile::remove(picture);
         const CommandRun run = runHost(mode + QStringList { "--screenshot", picture });
         QVERIFY2(run.exitCode == 0, run.err.constData());
-        QCOMPARE(head(picture, magic.size()), magic);
+        QCOMPARE(readFile(picture).left(magic.size()), magic);
     }
 }
 
@@ -162,18 +149,10 @@ void TestHostCommandLine::unreachableDisplay()
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
     environment.insert(QStringLiteral("DISPLAY"), QStringLiteral("unreachable.invalid:99"));
 
-    CommandRun run = runHost({ "--help" }, environment);
-    QCOMPARE(run.exitCode, 0);
-    QVERIFY(run.out.contains("--list-parameters"));
-
-    run = runHost({ "--list-parameters" }, environment);
-    QCOMPARE(run.exitCode, 0);
-    QVERIFY2(run.out.contains("SOFT, MEDIUM, HARD"), run.out.constData());
-
     const QString picture = m_dir.filePath(QStringLiteral("no display.png"));
-    run = runHost({ "--screenshot", picture }, environment);
+    const CommandRun run = runHost({ "--screenshot", picture }, environment);
     QCOMPARE(run.exitCode, 0);
-    QCOMPARE(head(picture, 4), QByteArray("\x89PNG"));
+    QCOMPARE(readFile(picture).left(4), QByteArray("\x89PNG"));
 #else
     QSKIP("display servers are an X11 and Wayland matter");
 #endif

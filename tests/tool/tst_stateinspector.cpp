@@ -60,7 +60,6 @@ void TestStateInspector::describesState()
     QCOMPARE(textOf(inspector.chunkValues(), "fx_cmp_rls"), QStringLiteral("1234 ms"));
     QCOMPARE(textOf(inspector.chunkValues(), "fx_cmp_kne"), QStringLiteral("MEDIUM"));
     QCOMPARE(textOf(inspector.chunkValues(), "fx_eq_peqgain"), QStringLiteral("-16.3 dB"));
-    QCOMPARE(textOf(inspector.chunkValues(), "fx_cmp_scfrq"), QStringLiteral("1 kHz"));
     QCOMPARE(textOf(inspector.genericValues(), "fx_cmp_atck"), QStringLiteral("200 ms"));
     QCOMPARE(inspector.chunkValues().at(1).value, 1.0f);
     QCOMPARE(inspector.morphSystemName(), QByteArray("Warm"));

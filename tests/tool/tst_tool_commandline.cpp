@@ -14,6 +14,7 @@
 #include "CommandRun.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "SavedState.h"
+#include "TestFiles.h"
 #include "tools/PrintableName.h"
 
 namespace {
@@ -22,13 +23,6 @@ CommandRun runTool(const QStringList &arguments,
     const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
     return CommandRun::start(QStringLiteral(ORV_TOOL_PATH), arguments, environment);
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 // A morph record the morphing list would send, with another magic or cut to
@@ -85,8 +79,6 @@ void TestToolCommandLine::initTestCase()
     QCOMPARE(state.size(), 1664);
     QVERIFY(writeFile(path("good.state"), state));
     QVERIFY(writeFile(path("cut1600.state"), state.left(1600)));
-    QVERIFY(writeFile(path("cut941.state"), state.left(941)));
-    QVERIFY(writeFile(path("cut.chst"), state.mid(928, 100)));
     QVERIFY(writeFile(path("a file"), "text"));
 }
 
@@ -100,10 +92,6 @@ void TestToolCommandLine::badInputIsReported_data()
         << QStringList { "state", "dump", "@/cut1600.state" } << 1
         << "^orvchstrip-tool: state dump: .*/cut1600.state: offset 1600: not a "
            "valid state: the data end 64 bytes before .* \\(offset 1664\\)";
-    QTest::newRow("state cut at 941") << QStringList { "state", "dump", "--json", "@/cut941.state" } << 1
-                                      << "^orvchstrip-tool: state dump: .*: offset 941: .* 723 bytes before";
-    QTest::newRow("chunk cut") << QStringList { "chunk", "dump", "@/cut.chst" } << 1
-                               << "^orvchstrip-tool: chunk dump: .*/cut.chst: offset 100: .*636 bytes before";
     QTest::newRow("a state is no chunk file")
         << QStringList { "chunk", "dump", "@/good.state" } << 1
         << "^orvchstrip-tool: chunk dump: .*: offset 0: not a valid chunk file: expected \"CHST\"";
@@ -149,18 +137,9 @@ void TestToolCommandLine::badInputIsReported()
 
 void TestToolCommandLine::stateDumpShowsValueTexts()
 {
-    const CommandRun text = runTool({ "state", "dump", path("good.state") });
-    QCOMPARE(text.exitCode, 0);
-    QVERIFY(text.err.isEmpty());
-    QVERIFY(QRegularExpression(QStringLiteral("\n  fx_cmp_atck +200 ms +1\n"))
-                .match(QString::fromUtf8(text.out))
-                .hasMatch());
-    QVERIFY(QRegularExpression(QStringLiteral("\n  fx_mrpcmp_kne +HARD +SOFT"))
-                .match(QString::fromUtf8(text.out))
-                .hasMatch());
-
     const CommandRun json = runTool({ "state", "dump", "--json", path("good.state") });
     QCOMPARE(json.exitCode, 0);
+    QVERIFY(json.err.isEmpty());
     const QJsonObject object = QJsonDocument::fromJson(json.out).object();
     QStringList keys;
     collectKeys(object, &keys);
