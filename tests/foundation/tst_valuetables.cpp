@@ -48,17 +48,12 @@ void TestValueTables::entriesMatchTheDefinition_data()
 
     // Frequencies: forty steps per decade from 16 Hz to 20 kHz.
     QTest::newRow("freq first") << QByteArray("freq") << 0 << 16.0;
-    QTest::newRow("freq 20 Hz") << QByteArray("freq") << 4 << 20.0;
     QTest::newRow("freq 21.2 Hz") << QByteArray("freq") << 5 << 21.2;
-    QTest::newRow("freq 31.5 Hz") << QByteArray("freq") << 12 << 31.5;
-    QTest::newRow("freq 1 kHz") << QByteArray("freq") << 72 << 1000.0;
     QTest::newRow("freq 1.06 kHz") << QByteArray("freq") << 73 << 1060.0;
-    QTest::newRow("freq 10 kHz") << QByteArray("freq") << 112 << 10000.0;
     QTest::newRow("freq last") << QByteArray("freq") << 124 << 20000.0;
 
     // Gains: -18.0 dB to +18.0 dB in 0.1 dB.
     QTest::newRow("gain first") << QByteArray("gain") << 0 << -18.0;
-    QTest::newRow("gain -6.5 dB") << QByteArray("gain") << 115 << -6.5;
     QTest::newRow("gain 0 dB") << QByteArray("gain") << 180 << 0.0;
     QTest::newRow("gain +6.1 dB") << QByteArray("gain") << 241 << 6.1;
     QTest::newRow("gain last") << QByteArray("gain") << 360 << 18.0;
@@ -66,23 +61,15 @@ void TestValueTables::entriesMatchTheDefinition_data()
     // Q: twelve steps per doubling from 0.5 to 16.
     QTest::newRow("q first") << QByteArray("q") << 0 << 0.5;
     QTest::newRow("q second") << QByteArray("q") << 1 << 0.53;
-    QTest::newRow("q 1") << QByteArray("q") << 12 << 1.0;
-    QTest::newRow("q 1.5") << QByteArray("q") << 19 << 1.5;
-    QTest::newRow("q 2") << QByteArray("q") << 24 << 2.0;
     QTest::newRow("q 10.68") << QByteArray("q") << 53 << 10.68;
     QTest::newRow("q last") << QByteArray("q") << 60 << 16.0;
 
     // Ratios: 0.05 steps to 4, then ever coarser, the last entry limiting.
     QTest::newRow("ratio first") << QByteArray("ratio") << 0 << 1.0;
-    QTest::newRow("ratio 2:1") << QByteArray("ratio") << 20 << 2.0;
-    QTest::newRow("ratio 4:1") << QByteArray("ratio") << 60 << 4.0;
     QTest::newRow("ratio 4.1:1") << QByteArray("ratio") << 61 << 4.1;
-    QTest::newRow("ratio 5:1") << QByteArray("ratio") << 70 << 5.0;
     QTest::newRow("ratio 5.2:1") << QByteArray("ratio") << 71 << 5.2;
     QTest::newRow("ratio 7.5:1") << QByteArray("ratio") << 81 << 7.5;
     QTest::newRow("ratio 10:1") << QByteArray("ratio") << 86 << 10.0;
-    QTest::newRow("ratio 20:1") << QByteArray("ratio") << 96 << 20.0;
-    QTest::newRow("ratio 40:1") << QByteArray("ratio") << 106 << 40.0;
     QTest::newRow("ratio 80:1") << QByteArray("ratio") << 113 << 80.0;
     QTest::newRow("ratio 500:1") << QByteArray("ratio") << 119 << 500.0;
     QTest::newRow("ratio last") << QByteArray("ratio") << 120 << 3000.0;

@@ -23,8 +23,7 @@ OrvdMorphRecord sampleRecord()
     return record;
 }
 
-// A lookup that knows every key except `missing` and numbers them by
-// their first characters, so different keys get different ids.
+// A lookup that knows every key except `missing`.
 OrvdMorphBatch::ParameterLookup lookupWithout(const QByteArray &missing)
 {
     return [missing](const char *key, unsigned short *prmId) {
@@ -33,13 +32,6 @@ OrvdMorphBatch::ParameterLookup lookupWithout(const QByteArray &missing)
         *prmId = static_cast<unsigned short>(qHash(QByteArray(key)) % 60000 + 1);
         return true;
     };
-}
-
-unsigned short idOf(const char *key)
-{
-    unsigned short id = 0;
-    lookupWithout(QByteArray())(key, &id);
-    return id;
 }
 
 } // namespace
@@ -53,7 +45,6 @@ private slots:
     void rejects_data();
     void rejects();
     void longNameIsCutAtCharacterBoundary();
-    void batchForRecord();
     void batchAbandonedWhenKeyMissing_data();
     void batchAbandonedWhenKeyMissing();
 };
@@ -124,52 +115,6 @@ void TestMorphRecord::longNameIsCutAtCharacterBoundary()
 
     record.name.chop(1);
     QVERIFY(record.fitProblem().isEmpty());
-}
-
-void TestMorphRecord::batchForRecord()
-{
-    constexpr int ch = 5;
-    using namespace ORVChStripParameters;
-    const OrvdMorphRecord record = sampleRecord();
-    OrvdMorphBatch batch(lookupWithout(QByteArray()));
-    QVERIFY(batch.appendMorphSet("Entry Name", record, ch));
-
-    const std::vector<OrvdMorphBatch::Record> &records = batch.records();
-    constexpr int NameRecords = MorphSystemNameLength;
-    constexpr int IdRecords = OrvdMorphRecord::SystemIdCapacity;
-    constexpr int ValueRecords = OrvdMorphRecord::PointCount * OrvdMorphRecord::ColumnCount;
-    QCOMPARE(int(records.size()), NameRecords + IdRecords + ValueRecords + 1);
-
-    // The entry's name, one character per index, zeros after it.
-    const QByteArray name("Entry Name");
-    for (int i = 0; i < NameRecords; ++i) {
-        const auto &r = records[size_t(i)];
-        QCOMPARE(r.prmId, idOf(ChannelStripKeys::MorphSystemName));
-        QCOMPARE(int(r.index), i);
-        QCOMPARE(r.value, i < name.size() ? int(name.at(i)) : 0);
-        QCOMPARE(r.channel, uint32_t(ch));
-    }
-    for (int i = 0; i < IdRecords; ++i) {
-        const auto &r = records[size_t(NameRecords + i)];
-        QCOMPARE(r.prmId, idOf(ChannelStripKeys::MorphSystemId));
-        QCOMPARE(r.value, i < record.systemId.size() ? int(record.systemId.at(i)) : 0);
-    }
-    // Point after point, the seventeen columns in order, on the point's channel.
-    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
-        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
-            const auto &r
-                = records[size_t(NameRecords + IdRecords + point * OrvdMorphRecord::ColumnCount + column)];
-            QCOMPARE(r.prmId, idOf(OrvaneDataParameterList[column]));
-            QCOMPARE(int(r.index), 0);
-            QCOMPARE(r.value, int(record.points[point][column]));
-            QCOMPARE(r.channel, uint32_t(ch * 9 + point));
-        }
-    }
-    const auto &end = records.back();
-    QCOMPARE(end.prmId, IORVDMorphHandler::kEndOfBatch);
-    QCOMPARE(end.index, 0);
-    QCOMPARE(end.value, 0);
-    QCOMPARE(end.channel, 0u);
 }
 
 void TestMorphRecord::batchAbandonedWhenKeyMissing_data()

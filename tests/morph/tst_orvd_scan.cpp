@@ -7,7 +7,6 @@
 
 #include "ORVChStrip/ORVD/ORVD_Data.h"
 #include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
-#include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "TestFiles.h"
 
 namespace {
@@ -35,17 +34,10 @@ QByteArray describe(const std::vector<ORVD_Data *> &list)
     return parts.join(',');
 }
 
-void deleteAll(std::vector<ORVD_Data *> &list)
-{
-    for (ORVD_Data *data : list)
-        delete data;
-    list.clear();
-}
-
 struct Scan
 {
     explicit Scan(const QString &folder) { ORVD_FolderCollectionImp(folder).Collection(list); }
-    ~Scan() { deleteAll(list); }
+    ~Scan() { qDeleteAll(list); }
     std::vector<ORVD_Data *> list;
 };
 
@@ -65,7 +57,6 @@ private slots:
     void unreadableFile();
     void missingFolder();
     void morphFolder();
-    void managerScan();
 };
 
 void TestOrvdScan::rules_data()
@@ -94,7 +85,6 @@ void TestOrvdScan::rules()
     QFETCH(QByteArray, expected);
 
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     for (const QString &entry : entries) {
         const qsizetype colon = entry.lastIndexOf(QLatin1Char(':'));
         const int size = colon < 0 ? 0 : entry.mid(colon + 1).toInt();
@@ -108,7 +98,6 @@ void TestOrvdScan::rules()
 void TestOrvdScan::contents()
 {
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     QByteArray bytes(70000, '\0');
     for (int i = 0; i < bytes.size(); ++i)
         bytes[i] = char((i * 131) ^ (i >> 8));
@@ -149,7 +138,6 @@ void TestOrvdScan::names()
     QFETCH(int, graphemeBytes);
 
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     QVERIFY(createEntry(dir.path(), fileName, 8));
 
     Scan scan(dir.path());
@@ -180,7 +168,6 @@ void TestOrvdScan::symbolicLinks()
 void TestOrvdScan::unreadableFile()
 {
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     QVERIFY(createEntry(dir.path(), "Locked.ord", 4));
     QVERIFY(createEntry(dir.path(), "Open.ord", 4));
     QFile::setPermissions(dir.filePath("Locked.ord"), QFileDevice::Permissions());
@@ -195,7 +182,6 @@ void TestOrvdScan::unreadableFile()
 void TestOrvdScan::missingFolder()
 {
     QTemporaryDir dir;
-    QVERIFY(dir.isValid());
     QVERIFY(createEntry(dir.path(), "file.ord", 4));
 
     for (const QString &folder : { dir.filePath("absent"), dir.filePath("file.ord") }) {
@@ -227,26 +213,6 @@ void TestOrvdScan::morphFolder()
     savedOverride.isNull() ? qunsetenv("ORVCHSTRIP_MORPH_FOLDER")
                            : qputenv("ORVCHSTRIP_MORPH_FOLDER", savedOverride);
     savedDataDirs.isNull() ? qunsetenv("XDG_DATA_DIRS") : qputenv("XDG_DATA_DIRS", savedDataDirs);
-}
-
-void TestOrvdScan::managerScan()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    for (const char *entry : { "b.ord", "A.ord", "Z/z2.ord", "Z/z1.ord" })
-        QVERIFY(createEntry(dir.path(), entry, 2));
-
-    // A default manager scans the folder named in the environment.
-    const QByteArray saved = qgetenv("ORVCHSTRIP_MORPH_FOLDER");
-    qputenv("ORVCHSTRIP_MORPH_FOLDER", QFile::encodeName(dir.path()));
-    ORVD_Manager manager;
-    manager.Collection();
-    saved.isNull() ? qunsetenv("ORVCHSTRIP_MORPH_FOLDER") : qputenv("ORVCHSTRIP_MORPH_FOLDER", saved);
-
-    QCOMPARE(describe(manager.GetDataList()), QByteArray("A,Z/{z1,z2},b"));
-    QCOMPARE(manager.GetSelectList().size(), size_t(3));
-    QCOMPARE(manager.GetDataList().front()->GetName(), "Z");
-    QCOMPARE(manager.GetDataList().back()->GetName(), "b");
 }
 
 QTEST_GUILESS_MAIN(TestOrvdScan)
