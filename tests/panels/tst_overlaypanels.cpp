@@ -88,8 +88,6 @@ private slots:
     void initTestCase();
     void fadeInAndOut_data() { addKinds(); }
     void fadeInAndOut();
-    void reversalContinuesWhereItStands_data();
-    void reversalContinuesWhereItStands();
     void clickClosesAbout_data();
     void clickClosesAbout();
     void opacityFadesVeilAndTexts_data();
@@ -140,49 +138,6 @@ void TestOverlayPanels::fadeInAndOut()
     }
 }
 
-void TestOverlayPanels::reversalContinuesWhereItStands_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("opening"); // the fade that gets reversed
-    QTest::addColumn<int>("reverseAfter");
-
-    for (const char *kind : { "about", "converter" }) {
-        QTest::addRow("%s opening at 0.3", kind) << kind << true << 3;
-        QTest::addRow("%s opening at 0.1", kind) << kind << true << 1;
-        QTest::addRow("%s closing at 0.6", kind) << kind << false << 4;
-    }
-}
-
-void TestOverlayPanels::reversalContinuesWhereItStands()
-{
-    QFETCH(QString, kind);
-    QFETCH(bool, opening);
-    QFETCH(int, reverseAfter);
-    Scene scene(kind);
-    FadingOverlay *panel = scene.panel;
-    if (!opening) {
-        panel->open();
-        QTRY_VERIFY(!panel->isFading());
-        scene.trace.clear();
-    }
-    scene.onStep = [&](int step) {
-        if (step == reverseAfter)
-            QMetaObject::invokeMethod(
-                panel, opening ? &FadingOverlay::close : &FadingOverlay::open, Qt::QueuedConnection);
-    };
-    opening ? panel->open() : panel->close();
-    QTRY_VERIFY(!panel->isFading());
-
-    // The reversal repeats the opacity it stood at, then steps back from there.
-    const QList<double> back = scene.trace.mid(reverseAfter - 1);
-    const double stood = opening ? reverseAfter * 0.1 : 1.0 - reverseAfter * 0.1;
-    QVERIFY2(isRamp(back.mid(1), stood, opening ? -0.1 : 0.1, int(back.size()) - 1)
-            && std::abs(back.first() - stood) < 1e-9,
-        qPrintable(traceText(scene.trace)));
-    QCOMPARE(back.last(), opening ? 0.0 : 1.0);
-    QCOMPARE(panel->isHidden(), opening);
-}
-
 void TestOverlayPanels::clickClosesAbout_data()
 {
     QTest::addColumn<QString>("kind");
@@ -192,7 +147,6 @@ void TestOverlayPanels::clickClosesAbout_data()
 
     QTest::newRow("background") << "about" << QString() << 0 << true;
     QTest::newRow("background while fading in") << "about" << QString() << 3 << true;
-    QTest::newRow("product logo") << "about" << QStringLiteral("m_pORVChSTripLogo") << 0 << true;
     QTest::newRow("version line") << "about" << QStringLiteral("m_pVersionLabel") << 0 << true;
     // The converter asks a question: only its buttons end it.
     QTest::newRow("converter background") << "converter" << QString() << 0 << false;
