@@ -309,6 +309,16 @@ bool X11HostSession::doubleClick(const QPoint &position)
         QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1") });
 }
 
+bool X11HostSession::drag(const QPoint &from, const QPoint &to)
+{
+    // Small steps, as a hand moves, so that every widget on the way sees motion.
+    constexpr int Steps = 16;
+    QList<QPoint> path;
+    for (int step = 0; step <= Steps; ++step)
+        path << from + (to - from) * step / Steps;
+    return drag(path);
+}
+
 bool X11HostSession::drag(const QList<QPoint> &path)
 {
     if (path.isEmpty())

@@ -44,13 +44,19 @@ public:
     // Closes the window as a user does (Ctrl+Q) and waits for the host to end.
     bool quit();
 
-    // Design coordinates, those of the editor's form, on the screen.
+    // Pixels per design unit of the panel: the editor scale times Qt's.
+    double scale() const { return m_scale; }
+    QRect windowGeometry() const { return m_window; }
+    // The panel on screen; design coordinates are those of the editor's form.
+    QRect panelGeometry() const { return m_panel; }
     QPoint toScreen(const QPointF &design) const;
     QRect toScreen(const QRectF &design) const;
 
     bool move(const QPoint &position);
     bool click(const QPoint &position);
     bool doubleClick(const QPoint &position);
+    // Presses at `from`, moves in small steps to `to` and releases there.
+    bool drag(const QPoint &from, const QPoint &to);
     // Presses at the first point, moves through the others and releases at the last.
     bool drag(const QList<QPoint> &path);
     // Positive notches turn the wheel up (away from the user).

@@ -27,10 +27,19 @@ const QRectF MiddleGainKnob(714, 318, 36, 36);
 const QRectF MiddleFrequencyText(643, 354, 60, 14);
 const QRectF MiddleBandSwitch(578, 377, 22, 22);
 const QRectF MiddleBandKnobs(596, 318, 154, 36); // the quality, frequency and gain knobs
-// The morphing list slides over the equaliser from below.
+const QRectF MorphingKnob(408, 431, 128, 128);
+const QRectF MorphingPresetButton(569, 479, 292, 33);
+// The morphing list slides over the equaliser: its first row and its OK button.
 const QRectF MorphingListTopEdge(408, 40, 505, 1);
+const QRectF MorphingListBottomLeft(408, 571, 1, 1);
+const QRectF MorphingListFirstRow(420, 74, 451, 27);
+const QRectF MorphingListOk(797, 530, 104, 28);
+const QRectF MakerLogo(11, 7, 93, 23);
+const QRectF EmptyTopBar(200, 10, 300, 20);
 const QRectF CompressorKnobs(22, 302, 178, 66); // nothing moves here on its own
+const QRectF AboutVersionLabel(585, 516, 400, 18);
 
+const QColor SelectedRowColor(242, 242, 242);
 const QColor ListOutlineColor(128, 128, 128);
 
 const ParameterDefinition *parameterOf(const QString &key)
@@ -145,6 +154,8 @@ private slots:
     void typedValueReachesTheHost();
     void bandSwitchDisablesItsKnobs_data() { addScaleRows(); }
     void bandSwitchDisablesItsKnobs();
+    void morphKnobSweepsTheChosenSet();
+    void aboutPanelFadesInAndOut();
     void keyboardAloneDrivesThePanel();
 
 private:
@@ -258,6 +269,110 @@ void TestRealWindow::bandSwitchDisablesItsKnobs()
     VERIFY_SESSION(host,
         waitUntil([&] { return largestDifference(host.grab(knobs), enabled) <= 2; },
             "the band's knobs to look as before"));
+}
+
+void TestRealWindow::morphKnobSweepsTheChosenSet()
+{
+    // One set in the morph folder: the list's first row.
+    const QString table = QStringLiteral(ORV_MORPH_PRESET_DIR "/Mix Bus/Glue.json");
+    QTemporaryDir morphFolder;
+    QVERIFY(morphFolder.isValid());
+    QVERIFY(QFile::copy(
+        QStringLiteral(ORV_MORPH_PRESET_DIR "/Mix Bus/Glue.ord"), morphFolder.filePath("Glue.ord")));
+    const QMap<QString, QString> first = morphPointTexts(table, 0);
+    const QMap<QString, QString> last = morphPointTexts(table, 8);
+    QCOMPARE(first.size(), 17);
+
+    X11HostSession::Options options;
+    options.environment.insert(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"), morphFolder.path());
+    options.arguments = QStringList { QStringLiteral("--dial-mode"), QStringLiteral("2") };
+    X11HostSession host;
+    VERIFY_SESSION(host, start(options));
+
+    // The list grows upwards from the bottom; its grey outline reaches the
+    // top of the equaliser only when it is fully open.
+    VERIFY_SESSION(host, click(host.toScreen(MorphingPresetButton).center()));
+    const QRect listTop = host.toScreen(MorphingListTopEdge);
+    VERIFY_SESSION(host,
+        waitUntil([&] { return isFilledWith(host.grab(listTop), ListOutlineColor); },
+            "the morphing list to slide in"));
+    const QRect firstRow = host.toScreen(MorphingListFirstRow);
+    const QPoint rowPixel = firstRow.topLeft() + QPoint(firstRow.width() / 2, 2);
+    VERIFY_SESSION(host, click(firstRow.center()));
+    VERIFY_SESSION(host,
+        waitUntil(
+            [&] { return host.grab(QRect(rowPixel, QSize(1, 1))).pixelColor(0, 0) == SelectedRowColor; },
+            "the first row to show selected"));
+    VERIFY_SESSION(host, click(host.toScreen(MorphingListOk).center()));
+    const QString name = QLatin1String(Keys::MorphSystemName);
+    VERIFY_SESSION(host,
+        waitForParameter(
+            name, [](const QString &text) { return text == "Glue"; }, "the set chosen"));
+    // The list covers the morph knob until it has slid away; its outline's
+    // bottom left corner stays in place until then.
+    const QRect listCorner = host.toScreen(MorphingListBottomLeft);
+    VERIFY_SESSION(host,
+        waitUntil([&] { return !isFilledWith(host.grab(listCorner), ListOutlineColor); },
+            "the morphing list to close"));
+
+    // In the linear edit mode (--dial-mode 2) a knob follows how far the
+    // pointer is from where it was pressed, right and up, so the X server
+    // may merge the motion events of a sweep as it likes.
+    const QPoint knob = host.toScreen(MorphingKnob).center();
+    const QString position = QLatin1String(Keys::MorphValue);
+    const ParameterDefinition *range = parameterOf(position);
+    QVERIFY(range);
+    struct Sweep
+    {
+        QPoint by;
+        int position;
+        QMap<QString, QString> values;
+    };
+    for (const Sweep &sweep : { Sweep { QPoint(560, -460), range->maximum, last },
+             Sweep { QPoint(-450, 560), range->minimum, first } }) {
+        VERIFY_SESSION(host, drag(knob, knob + sweep.by));
+        VERIFY_SESSION(host,
+            waitForParameter(
+                position, [&](const QString &text) { return valueOf(position, text) == sweep.position; },
+                QStringLiteral("the morph position to reach %1").arg(sweep.position)));
+        const QMap<QString, QString> values = host.parameters();
+        for (auto it = sweep.values.cbegin(); it != sweep.values.cend(); ++it)
+            QCOMPARE(values.value(it.key()), it.value());
+    }
+}
+
+void TestRealWindow::aboutPanelFadesInAndOut()
+{
+    X11HostSession host;
+    VERIFY_SESSION(host, start({}));
+    const QRect quiet = host.toScreen(CompressorKnobs);
+    const QRect version = host.toScreen(AboutVersionLabel);
+    const QImage closed = host.grab(quiet);
+    const double closedLuminance = meanLuminance(closed);
+    QVERIFY(closedLuminance > 10);
+
+    // Open, the panel lays black at 224 of 255 over the editor and shows the version in white.
+    VERIFY_SESSION(host, click(host.toScreen(MakerLogo).center()));
+    VERIFY_SESSION(host,
+        waitUntil([&] { return meanLuminance(host.grab(quiet)) < 0.2 * closedLuminance; },
+            "the about panel to fade in"));
+    VERIFY_SESSION(host,
+        waitUntil(
+            [&] {
+                const QImage label = host.grab(version);
+                int brightest = 0;
+                for (int y = 0; y < label.height(); ++y)
+                    for (int x = 0; x < label.width(); ++x)
+                        brightest = std::max(brightest, qGray(label.pixel(x, y)));
+                return brightest > 200;
+            },
+            "the version text"));
+
+    // A click anywhere on it fades it out and leaves the editor as it was.
+    VERIFY_SESSION(host, click(host.toScreen(EmptyTopBar).center()));
+    VERIFY_SESSION(host,
+        waitUntil(
+            [&] { return largestDifference(host.grab(quiet), closed) <= 2; }, "the about panel to fade out"));
 }
 
 // One pass over the panel without touching the pointer. The window starts
