@@ -37,7 +37,7 @@ void TestPullDownButtonController::pullDownReleaseGuard()
 
     QPointer<Menu> menu;
     bool stillOpenAfterEarlyRelease = false;
-    qint64 earlyAge = 0;
+    qint64 releaseAge = 0;
     double menuScale = 0;
     QTimer::singleShot(0, this, [&] {
         menu = pullDown->findChild<Menu *>();
@@ -46,8 +46,8 @@ void TestPullDownButtonController::pullDownReleaseGuard()
         menuScale = getWidgetScale(menu);
         const QPoint hard = menu->actionGeometry(menu->actions().at(2)).center();
         QTest::mousePress(menu, Qt::LeftButton, {}, hard);
-        earlyAge = menu->age();
         QTest::mouseRelease(menu, Qt::LeftButton, {}, hard);
+        releaseAge = menu->age();
         stillOpenAfterEarlyRelease = menu->isVisible();
         QTimer::singleShot(Menu::ReleaseGuardMs + 50, menu, [&, hard] {
             QTest::mousePress(menu, Qt::LeftButton, {}, hard);
@@ -56,9 +56,10 @@ void TestPullDownButtonController::pullDownReleaseGuard()
     });
     pullDown->openPullDown();
     QVERIFY(menu);
-    if (earlyAge >= Menu::ReleaseGuardMs)
-        QSKIP("the machine was too slow to release within the guard");
-    QVERIFY(stillOpenAfterEarlyRelease);
+    // A release that a slow machine delivers after the guard picks at once;
+    // the rest of the gesture ends the same either way.
+    if (releaseAge < Menu::ReleaseGuardMs)
+        QVERIFY(stillOpenAfterEarlyRelease);
     QCOMPARE(menuScale, 1.5);
     QCOMPARE(pullDown->value(), 2);
     QCOMPARE(changed.count(), 1);
