@@ -161,7 +161,7 @@ void ORVChStripMorphingPresetList::showOkFor(int row)
     const bool canDecide = data && !data->IsFolder() && problem.isEmpty();
     m_pUi->m_pOkButton->setVisible(canDecide);
     m_pUi->m_pOkDisableButton->setVisible(!canDecide);
-    const QString reason = problem.isEmpty() ? QString() : tr("Cannot be used: %1.").arg(problem);
+    const QString reason = problem.isEmpty() ? QString() : tr("Cannot be used: %1").arg(problem);
     m_pUi->m_pOkDisableButton->setToolTip(reason);
     // The list holds the focus: a screen reader reads why OK does nothing.
     setAccessibleDescription(reason);
@@ -367,7 +367,7 @@ bool ORVChStripMorphingPresetList::showRowToolTip(QHelpEvent *event)
     if (problem.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(event->globalPos(), tr("Cannot be used: %1.").arg(problem), m_pUi->m_pListView);
+        QToolTip::showText(event->globalPos(), tr("Cannot be used: %1").arg(problem), m_pUi->m_pListView);
     return true;
 }
 
