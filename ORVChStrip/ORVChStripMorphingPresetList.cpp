@@ -107,6 +107,12 @@ QString ORVChStripMorphingPresetList::rowProblem(int row) const
     return check().problem(rowData(row));
 }
 
+QString ORVChStripMorphingPresetList::rowRefusal(int row) const
+{
+    const QString problem = rowProblem(row);
+    return problem.isEmpty() ? QString() : tr("Cannot be used: %1").arg(problem);
+}
+
 QScrollBar *ORVChStripMorphingPresetList::verticalScrollBar() const
 {
     return m_pUi->m_pListArea->verticalScrollBar();
@@ -157,11 +163,10 @@ void ORVChStripMorphingPresetList::clearSelection()
 void ORVChStripMorphingPresetList::showOkFor(int row)
 {
     const ORVD_Data *data = rowData(row);
-    const QString problem = rowProblem(row);
-    const bool canDecide = data && !data->IsFolder() && problem.isEmpty();
+    const QString reason = rowRefusal(row);
+    const bool canDecide = data && !data->IsFolder() && reason.isEmpty();
     m_pUi->m_pOkButton->setVisible(canDecide);
     m_pUi->m_pOkDisableButton->setVisible(!canDecide);
-    const QString reason = problem.isEmpty() ? QString() : tr("Cannot be used: %1").arg(problem);
     m_pUi->m_pOkDisableButton->setToolTip(reason);
     // The list holds the focus: a screen reader reads why OK does nothing.
     setAccessibleDescription(reason);
@@ -362,12 +367,11 @@ void ORVChStripMorphingPresetList::paintScrollBar(QWidget *bar)
 
 bool ORVChStripMorphingPresetList::showRowToolTip(QHelpEvent *event)
 {
-    const int row = m_painter.rowAt(event->pos(), rowCount());
-    const QString problem = rowProblem(row);
-    if (problem.isEmpty())
+    const QString reason = rowRefusal(m_painter.rowAt(event->pos(), rowCount()));
+    if (reason.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(event->globalPos(), tr("Cannot be used: %1").arg(problem), m_pUi->m_pListView);
+        QToolTip::showText(event->globalPos(), reason, m_pUi->m_pListView);
     return true;
 }
 

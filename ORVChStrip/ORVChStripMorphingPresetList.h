@@ -121,6 +121,8 @@ private:
     // Asks the host for the column ranges the first time it is needed after
     // the host, the channel or the key lookup changed.
     const MorphSetCheck &check() const;
+    // The sentence shown for a row that cannot be sent, else empty.
+    QString rowRefusal(int row) const;
 
     void paintList(QWidget *view, const QRect &exposed);
     void paintScrollBar(QWidget *bar);

@@ -52,6 +52,8 @@ private slots:
     void rangeSetters();
     void checkTrigger_data();
     void checkTrigger();
+    void artworkPlacement_data();
+    void artworkPlacement();
     void toggles_data();
     void toggles();
     void momentaryReleasedOnFocusLoss();
@@ -182,6 +184,31 @@ void TestPushButtonController::checkTrigger()
     rule.setFlags(old);
     rule.setFlags(requested);
     QCOMPARE(rule.flags(), expected);
+}
+
+void TestPushButtonController::artworkPlacement_data()
+{
+    // A 22 x 22 artwork in a 60 x 40 button.
+    QTest::addColumn<int>("alignment");
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QRectF>("expected");
+    QTest::newRow("centre") << int(Qt::AlignCenter) << 1.0 << QRectF(19, 9, 22, 22);
+    QTest::newRow("top left") << int(Qt::AlignLeft | Qt::AlignTop) << 1.0 << QRectF(0, 0, 22, 22);
+    QTest::newRow("bottom right at 1.5")
+        << int(Qt::AlignRight | Qt::AlignBottom) << 1.5 << QRectF(27, 7, 33, 33);
+    QTest::newRow("right, centred vertically")
+        << int(Qt::AlignRight | Qt::AlignVCenter) << 1.0 << QRectF(38, 9, 22, 22);
+    QTest::newRow("justify fills the button") << int(Qt::AlignJustify) << 2.0 << QRectF(0, 0, 60, 40);
+}
+
+void TestPushButtonController::artworkPlacement()
+{
+    QFETCH(int, alignment);
+    QFETCH(double, scale);
+    QFETCH(QRectF, expected);
+    SvgLayer layer;
+    QVERIFY(layer.load(QStringLiteral(":/image/orvchstrip/btn_on.svg")));
+    QCOMPARE(ButtonArtwork::place(layer, QSize(60, 40), scale, Qt::Alignment(alignment)), expected);
 }
 
 void TestPushButtonController::toggles_data()

@@ -3,6 +3,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 
 #include "ChannelStripModel.h"
 #include "HostModel.h"
@@ -227,8 +228,12 @@ void TestMorphingPresetList::brokenFilesShownAndRefused()
     QVERIFY(!f.okShown());
     QVERIFY(f.list.accessibleDescription().contains(problem));
     QVERIFY(f.child("m_pOkDisableButton")->toolTip().contains(problem));
+    QWidget *view = f.child("m_pListView");
+    QHelpEvent help(QEvent::ToolTip, rowPoint(0, 200, 1.0), view->mapToGlobal(rowPoint(0, 200, 1.0)));
+    QApplication::sendEvent(view, &help);
+    QTRY_VERIFY(QToolTip::text().contains(problem));
     QTest::keyClick(&f.list, Qt::Key_Return);
-    QTest::mouseDClick(f.child("m_pListView"), Qt::LeftButton, {}, rowPoint(0, 200, 1.0));
+    QTest::mouseDClick(view, Qt::LeftButton, {}, rowPoint(0, 200, 1.0));
     QVERIFY(!f.list.decide());
     QCOMPARE(f.memory.morphBatchCount(), 0);
     QCOMPARE(closed.count(), 0);
@@ -255,10 +260,11 @@ void TestMorphingPresetList::settingsRestoreSelectionByEntry_data()
     QTest::newRow("entry moved down") << QStringList { "A/x.ord", "A/y.ord" } << "y"
                                       << QStringList { "A/w.ord", "A/x.ord", "A/y.ord" } << true << "y";
     QTest::newRow("entry gone, another folder's broken file on its row")
-        << QStringList { "A/x.ord", "A/y.ord" } << "y" << QStringList { "!0/bad.ord", "!0/bae.ord", "A/x.ord" } << true
-        << "";
-    QTest::newRow("row only, a broken file on it") << QStringList { "A/x.ord", "A/y.ord" } << "y"
-                                                   << QStringList { "!0/bad.ord", "!0/bae.ord", "A/x.ord" } << false << "";
+        << QStringList { "A/x.ord", "A/y.ord" } << "y"
+        << QStringList { "!0/bad.ord", "!0/bae.ord", "A/x.ord" } << true << "";
+    QTest::newRow("row only, a broken file on it")
+        << QStringList { "A/x.ord", "A/y.ord" } << "y"
+        << QStringList { "!0/bad.ord", "!0/bae.ord", "A/x.ord" } << false << "";
     QTest::newRow("row only, a good file on it") << QStringList { "A/x.ord", "A/y.ord" } << "y"
                                                  << QStringList { "A/x.ord", "A/z.ord" } << false << "z";
 }
