@@ -2,14 +2,18 @@
 
 #include <QList>
 #include <QWidget>
+#include <memory>
 
 #include "Interfaces/IMeterObserver.h"
 
 class EffectStyle;
 class IMemAPI;
 class IModelInfo;
-class QLabel;
 class SvgLabel;
+
+namespace Ui {
+class ControlsGallery;
+}
 
 namespace CommonController_MemAPI {
 class AbstractController;
@@ -21,15 +25,14 @@ class PushButtonController;
 // A page that shows every control of the library on the editor's palette
 // and style, each bound to a parameter of the host's memory, with the meters
 // fed from the host's meter notifier. It is a review bench for the artwork
-// and the controls' behaviour, outside the editor's fixed form.
+// and the controls' behaviour, outside the editor's fixed form. The page is
+// the Designer form ControlsGallery.ui; each control names its parameter in
+// the form.
 class ControlsGallery : public QWidget, public IMeterObserver
 {
     Q_OBJECT
 
 public:
-    static constexpr int DesignWidth = 1000;
-    static constexpr int DesignHeight = 740;
-
     ControlsGallery(IModelInfo *modelInfo, IMemAPI *memAPI, QWidget *parent = nullptr);
     ~ControlsGallery() override;
 
@@ -43,11 +46,12 @@ private:
         unsigned short index;
     };
 
-    void buildHeader();
-    void buildButtons();
-    void buildKnobs();
-    void buildFaderAndTextFields();
-    void buildMeters();
+    void applyPaletteRoles();
+    void showCaptionKeys();
+    void bindControls();
+    void connectKneeSelector();
+    void addMeterScales();
+    void routeMeters();
     void updateKnee();
 
     // Binds to the key on channel 0; an unknown key leaves the control unbound.
@@ -57,11 +61,7 @@ private:
     void route(
         CommonController_MemAPI::MeterController *meter, const char *key, unsigned short ch, bool right);
 
-    QLabel *sectionTitle(const QString &title, int x, int y, int width);
-    // Two lines under a control: what it is, and the key it is bound to.
-    QLabel *caption(const QString &name, const char *key, const QRect &control, int width = 110);
-    QLabel *scaleLabel(QWidget *parent, const QString &text, int y);
-
+    std::unique_ptr<Ui::ControlsGallery> m_pUi;
     IModelInfo *m_pModelInfo;
     IMemAPI *m_pMemAPI;
     IMeterNotifier *m_pMeterNotifier = nullptr;

@@ -3,36 +3,26 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
 #include "Common/EffectEditor.h"
 #include "Interfaces/IMemAPI.h"
-#include "Interfaces/IORVDMorphHandler.h"
+#include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVD/ORVD_Data.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
 #include "ORVChStrip/ORVD/ORVD_Select.h"
-#include "ORVChStrip/OrvdMorphBatch.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
+#include "ORVChStrip/OrvdMorphBatch.h"
 #include "ORVChStrip/resources/OrvResources.h"
 #include "ui_ORVChStripMorphingPresetList.h"
 
+using ORVChStripParameters::MorphPointCount;
+
 namespace {
 
-// Row painting measures in design pixels.
-constexpr int LayerIndent = 22;
-constexpr int IconLeft = 6;
-constexpr int IconSize = 20;
-constexpr int TextLeft = 34;
-constexpr int TextRightMargin = 8;
-constexpr int TextPixelSize = 14;
-constexpr int ScrollThumbMinimum = 16;
 constexpr int DragScrollInterval = 100; // ms
-
-int scaled(double design, double scale)
-{
-    return int(std::floor(design * scale + 0.5));
-}
 
 } // namespace
 
@@ -42,10 +32,6 @@ ORVChStripMorphingPresetList::ORVChStripMorphingPresetList(QWidget *parent)
 {
     initializeOrvChStripResources();
     m_pUi->setupUi(this);
-    m_folderOpenIcon.load(QStringLiteral(":/image/orvchstrip/btn_folder_open.svg"));
-    m_folderCloseIcon.load(QStringLiteral(":/image/orvchstrip/btn_folder_close.svg"));
-    m_folderOpenSelectIcon.load(QStringLiteral(":/image/orvchstrip/btn_folder_open_select.svg"));
-    m_folderCloseSelectIcon.load(QStringLiteral(":/image/orvchstrip/btn_folder_close_select.svg"));
 
     m_pUi->m_pListView->installEventFilter(this);
     // The editor rescales the area from its design size: the rows follow.
@@ -67,39 +53,20 @@ ORVChStripMorphingPresetList::ORVChStripMorphingPresetList(QWidget *parent)
             m_viewScroll = double(value - bar->minimum()) / (bar->maximum() - bar->minimum());
         m_pUi->m_pScrollBar->update();
     });
-    bar->setSingleStep(rowHeight() + rowGap());
+    bar->setSingleStep(m_painter.rowPitch());
 }
 
 ORVChStripMorphingPresetList::~ORVChStripMorphingPresetList() = default;
-
-void ORVChStripMorphingPresetList::setEditor(const EffectEditor *editor)
-{
-    m_pEditor = editor;
-}
-
-void ORVChStripMorphingPresetList::setMemAPI(IMemAPI *memAPI)
-{
-    m_pMemAPI = memAPI;
-}
-
-void ORVChStripMorphingPresetList::setCh(int ch1)
-{
-    m_ch = ch1;
-}
-
-void ORVChStripMorphingPresetList::setORVDManager(ORVD_Manager *manager)
-{
-    m_pManager = manager;
-}
 
 void ORVChStripMorphingPresetList::setScale(double scale)
 {
     if (scale == m_scale)
         return;
     m_scale = scale;
+    m_painter.setScale(scale);
     updateList();
     QScrollBar *bar = verticalScrollBar();
-    bar->setSingleStep(rowHeight() + rowGap());
+    bar->setSingleStep(m_painter.rowPitch());
     bar->setPageStep(viewportHeight());
 }
 
@@ -122,31 +89,28 @@ int ORVChStripMorphingPresetList::rowLayer(int row) const
     return select ? std::max(0, select->GetLayerNo()) : 0;
 }
 
-int ORVChStripMorphingPresetList::rowHeight() const
+const MorphSetCheck &ORVChStripMorphingPresetList::check() const
 {
-    return scaled(RowHeight, m_scale);
+    if (!m_check.hasRanges() && m_pEditor && m_pMemAPI) {
+        const auto ch = static_cast<unsigned short>(std::max(0, m_ch) * MorphPointCount);
+        m_check.setRanges([this, ch](const char *key, MorphSetCheck::Range *range) {
+            unsigned short prmId = 0;
+            return m_pEditor->getParameter(key, &prmId)
+                && m_pMemAPI->getRange(prmId, ch, &range->minimum, &range->maximum) >= 0;
+        });
+    }
+    return m_check;
 }
 
-int ORVChStripMorphingPresetList::rowGap() const
+QString ORVChStripMorphingPresetList::rowProblem(int row) const
 {
-    return scaled(RowGap, m_scale);
+    return check().problem(rowData(row));
 }
 
-int ORVChStripMorphingPresetList::rowAt(const QPoint &position) const
+QString ORVChStripMorphingPresetList::rowRefusal(int row) const
 {
-    const int pitch = rowHeight() + rowGap();
-    if (position.y() < 0 || pitch <= 0)
-        return -1;
-    const int row = position.y() / pitch;
-    if (position.y() - row * pitch >= rowHeight() || row >= rowCount())
-        return -1;
-    return row;
-}
-
-bool ORVChStripMorphingPresetList::isInFolderIcon(int row, const QPoint &position) const
-{
-    const int iconAreaRight = scaled(LayerIndent * rowLayer(row) + TextLeft, m_scale);
-    return position.x() < iconAreaRight;
+    const QString problem = rowProblem(row);
+    return problem.isEmpty() ? QString() : tr("Cannot be used: %1").arg(problem);
 }
 
 QScrollBar *ORVChStripMorphingPresetList::verticalScrollBar() const
@@ -165,8 +129,7 @@ void ORVChStripMorphingPresetList::updateList()
         return;
     QWidget *viewport = m_pUi->m_pListArea->viewport();
     if (m_pManager) {
-        const int n = rowCount();
-        const int content = std::max(0, (n - 1) * rowGap() + n * rowHeight());
+        const int content = m_painter.contentHeight(rowCount());
         m_pUi->m_pListView->resize(viewport->width(), std::max(viewport->height(), content));
     } else {
         m_pUi->m_pListView->resize(viewport->width(), 0);
@@ -185,16 +148,28 @@ void ORVChStripMorphingPresetList::selectItem(int row)
     m_pUi->m_pListView->update();
 
     QScrollBar *bar = verticalScrollBar();
-    const int top = row * (rowHeight() + rowGap());
-    bar->setValue(std::max(std::min(bar->value(), top), top + rowHeight() - viewportHeight()));
-    showOkFor(data);
+    const int top = row * m_painter.rowPitch();
+    bar->setValue(std::max(std::min(bar->value(), top), top + m_painter.rowHeight() - viewportHeight()));
+    showOkFor(row);
 }
 
-void ORVChStripMorphingPresetList::showOkFor(const ORVD_Data *data)
+void ORVChStripMorphingPresetList::clearSelection()
 {
-    const bool canDecide = data && !data->IsFolder();
+    m_selected = -1;
+    m_pUi->m_pListView->update();
+    showOkFor(-1);
+}
+
+void ORVChStripMorphingPresetList::showOkFor(int row)
+{
+    const ORVD_Data *data = rowData(row);
+    const QString reason = rowRefusal(row);
+    const bool canDecide = data && !data->IsFolder() && reason.isEmpty();
     m_pUi->m_pOkButton->setVisible(canDecide);
     m_pUi->m_pOkDisableButton->setVisible(!canDecide);
+    m_pUi->m_pOkDisableButton->setToolTip(reason);
+    // The list holds the focus: a screen reader reads why OK does nothing.
+    setAccessibleDescription(reason);
 }
 
 void ORVChStripMorphingPresetList::setViewScroll(double position)
@@ -205,34 +180,9 @@ void ORVChStripMorphingPresetList::setViewScroll(double position)
         bar->setValue(bar->minimum() + int(std::lround((bar->maximum() - bar->minimum()) * position)));
 }
 
-void ORVChStripMorphingPresetList::scrollUp()
+void ORVChStripMorphingPresetList::scroll(QAbstractSlider::SliderAction action)
 {
-    verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
-}
-
-void ORVChStripMorphingPresetList::scrollDown()
-{
-    verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
-}
-
-void ORVChStripMorphingPresetList::scrollPageUp()
-{
-    verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepSub);
-}
-
-void ORVChStripMorphingPresetList::scrollPageDown()
-{
-    verticalScrollBar()->triggerAction(QAbstractSlider::SliderPageStepAdd);
-}
-
-void ORVChStripMorphingPresetList::scrollTop()
-{
-    verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMinimum);
-}
-
-void ORVChStripMorphingPresetList::scrollBottom()
-{
-    verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
+    verticalScrollBar()->triggerAction(action);
 }
 
 void ORVChStripMorphingPresetList::setFolderOpen(bool open)
@@ -243,16 +193,6 @@ void ORVChStripMorphingPresetList::setFolderOpen(bool open)
     data->SetFolderOpen(open);
     m_pManager->MakeSelectList();
     updateList();
-}
-
-void ORVChStripMorphingPresetList::folderOpen()
-{
-    setFolderOpen(true);
-}
-
-void ORVChStripMorphingPresetList::folderClose()
-{
-    setFolderOpen(false);
 }
 
 void ORVChStripMorphingPresetList::folderOpenClose()
@@ -267,24 +207,19 @@ bool ORVChStripMorphingPresetList::decide()
     const ORVD_Data *data = rowData(m_selected);
     if (!data || data->IsFolder() || !m_pMemAPI || !m_pEditor)
         return false;
+    // Fresh ranges: the host may have changed since the list was drawn.
+    m_check.clearRanges();
+    if (!rowProblem(m_selected).isEmpty())
+        return false;
     OrvdMorphRecord record;
     if (OrvdMorphRecord::read(data->GetDataBuffer(), data->GetDataSize(), &record)
         != OrvdMorphRecord::ReadResult::Ok)
         return false;
-
-    char iid[16];
-    ORVDMorphHandlerIID.toBytes(iid);
-    void *handler = nullptr;
-    if (m_pMemAPI->queryInterface(iid, &handler) != kResultOk || !handler)
-        return false;
-
     const EffectEditor *editor = m_pEditor;
     OrvdMorphBatch batch(
         [editor](const char *key, unsigned short *prmId) { return editor->getParameter(key, prmId); });
     const QByteArray name(data->GetName());
-    if (!batch.appendMorphSet(name, record, m_ch))
-        return false;
-    if (static_cast<IORVDMorphHandler *>(handler)->setMorphData(batch.records().data()) != kResultOk)
+    if (!batch.appendMorphSet(name, record, m_ch) || batch.send(m_pMemAPI) != kResultOk)
         return false;
 
     m_pManager->SetSelectData(data);
@@ -301,12 +236,13 @@ void ORVChStripMorphingPresetList::cancel()
 void ORVChStripMorphingPresetList::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    m_check.clearRanges();
     updateList();
     setViewScroll(m_viewScroll);
     if (rowData(m_selected))
         selectItem(m_selected);
     else
-        showOkFor(nullptr);
+        showOkFor(-1);
 }
 
 void ORVChStripMorphingPresetList::applyKeySelection(int row)
@@ -342,24 +278,12 @@ void ORVChStripMorphingPresetList::keyPressEvent(QKeyEvent *event)
 
 void ORVChStripMorphingPresetList::keyReleaseEvent(QKeyEvent *event)
 {
-    switch (event->key()) {
-    case Qt::Key_Escape:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-    case Qt::Key_PageUp:
-    case Qt::Key_PageDown:
-        if (m_pManager) {
-            event->accept();
-            return;
-        }
-        break;
-    default: break;
-    }
-    QWidget::keyReleaseEvent(event);
+    static const QList<int> listKeys { Qt::Key_Escape, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Left,
+        Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown };
+    if (m_pManager && listKeys.contains(event->key()))
+        event->accept();
+    else
+        QWidget::keyReleaseEvent(event);
 }
 
 void ORVChStripMorphingPresetList::timerEvent(QTimerEvent *event)
@@ -397,6 +321,7 @@ bool ORVChStripMorphingPresetList::eventFilter(QObject *watched, QEvent *event)
             m_dragTimer.stop();
             m_dragDirection = 0;
             return true;
+        case QEvent::ToolTip: return showRowToolTip(static_cast<QHelpEvent *>(event));
         default: break;
         }
     } else if (watched == m_pUi->m_pListArea->viewport()) {
@@ -416,68 +341,38 @@ bool ORVChStripMorphingPresetList::eventFilter(QObject *watched, QEvent *event)
 void ORVChStripMorphingPresetList::paintList(QWidget *view, const QRect &exposed)
 {
     QPainter painter(view);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-    painter.fillRect(exposed, QColor::fromRgb(ItemBackgroundColor));
-    const int n = rowCount();
-    if (n == 0)
-        return;
-
-    const qreal dpr = view->devicePixelRatioF();
-    const int h = rowHeight();
-    const int pitch = h + rowGap();
-    QFont font = this->font();
-    font.setPixelSize(std::max(1, scaled(TextPixelSize, m_scale)));
-    painter.setFont(font);
-    const int iconSize = scaled(IconSize, m_scale);
-
-    const int first = std::max(0, exposed.top() / std::max(1, pitch));
-    const int last = std::min(n - 1, exposed.bottom() / std::max(1, pitch));
-    for (int row = first; row <= last; ++row) {
-        const ORVD_Data *data = rowData(row);
+    const auto rows = [this](int index) {
+        MorphingListPainter::Row row;
+        const ORVD_Data *data = rowData(index);
         if (!data)
-            continue;
-        const bool selected = row == m_selected;
-        const QRect rowRect(0, row * pitch, view->width(), h);
-        painter.fillRect(
-            rowRect, QColor::fromRgb(selected ? SelectedItemBackgroundColor : ItemBackgroundColor));
-
-        const int indent = LayerIndent * rowLayer(row);
-        if (data->IsFolder()) {
-            CommonController_MemAPI::SvgLayer &icon = data->IsFolderOpen()
-                ? (selected ? m_folderOpenSelectIcon : m_folderOpenIcon)
-                : (selected ? m_folderCloseSelectIcon : m_folderCloseIcon);
-            const QRectF iconRect(
-                scaled(IconLeft + indent, m_scale), rowRect.top() + (h - iconSize) / 2, iconSize, iconSize);
-            icon.paint(&painter, iconRect, dpr);
-        }
-
-        const int textLeft = scaled(TextLeft + indent, m_scale);
-        const QRect textRect(textLeft, rowRect.top(),
-            std::max(0, rowRect.width() - textLeft - scaled(TextRightMargin, m_scale)), h);
-        painter.setPen(QColor::fromRgb(selected ? SelectedItemFontColor : ItemFontColor));
-        const QString name = painter.fontMetrics().elidedText(
-            QString::fromUtf8(data->GetName()), Qt::ElideRight, textRect.width());
-        painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter, name);
-    }
+            return row;
+        row.name = QString::fromUtf8(data->GetName());
+        row.layer = rowLayer(index);
+        row.folder = data->IsFolder();
+        row.open = data->IsFolderOpen();
+        row.selected = index == m_selected;
+        row.broken = !rowProblem(index).isEmpty();
+        return row;
+    };
+    m_painter.paintRows(painter, exposed, view->width(), rowCount(), rows, font(), view->devicePixelRatioF());
 }
 
 void ORVChStripMorphingPresetList::paintScrollBar(QWidget *bar)
 {
     QPainter painter(bar);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QScrollBar *scroll = verticalScrollBar();
-    const int range = scroll->maximum() - scroll->minimum();
-    const QRectF track = QRectF(bar->rect()).adjusted(bar->width() * 0.3, 0, -bar->width() * 0.3, 0);
-    if (range <= 0 || track.height() <= 0)
-        return;
-    const double visible = double(scroll->pageStep()) / (range + scroll->pageStep());
-    const double thumbHeight = std::max(ScrollThumbMinimum * m_scale, track.height() * visible);
-    const double top
-        = track.top() + (track.height() - thumbHeight) * double(scroll->value() - scroll->minimum()) / range;
-    const double radius = track.width() / 2;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor::fromRgb(ScrollBarColor));
-    painter.drawRoundedRect(QRectF(track.left(), top, track.width(), thumbHeight), radius, radius);
+    m_painter.paintScrollBar(painter, QRectF(bar->rect()),
+        { scroll->minimum(), scroll->maximum(), scroll->value(), scroll->pageStep() });
+}
+
+bool ORVChStripMorphingPresetList::showRowToolTip(QHelpEvent *event)
+{
+    const QString reason = rowRefusal(m_painter.rowAt(event->pos(), rowCount()));
+    if (reason.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(event->globalPos(), reason, m_pUi->m_pListView);
+    return true;
 }
 
 void ORVChStripMorphingPresetList::scrollBarMouse(QMouseEvent *event)
@@ -500,12 +395,12 @@ void ORVChStripMorphingPresetList::listMousePress(QMouseEvent *event)
         return;
     setFocus(Qt::MouseFocusReason);
     const QPoint position = event->position().toPoint();
-    const int row = rowAt(position);
+    const int row = m_painter.rowAt(position, rowCount());
     if (row < 0)
         return;
     selectItem(row);
     const ORVD_Data *data = rowData(row);
-    if (data && data->IsFolder() && isInFolderIcon(row, position))
+    if (data && data->IsFolder() && m_painter.isInFolderIcon(rowLayer(row), position))
         folderOpenClose();
 }
 
@@ -513,7 +408,7 @@ void ORVChStripMorphingPresetList::listMouseDoubleClick(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    const int row = rowAt(event->position().toPoint());
+    const int row = m_painter.rowAt(event->position().toPoint(), rowCount());
     const ORVD_Data *data = rowData(row);
     if (!data)
         return;
@@ -538,7 +433,7 @@ void ORVChStripMorphingPresetList::listMouseMove(QMouseEvent *event)
         return;
     }
     m_dragTimer.stop();
-    const int row = rowAt(event->position().toPoint());
+    const int row = m_painter.rowAt(event->position().toPoint(), rowCount());
     if (row >= 0 && row != m_selected)
         selectItem(row);
 }

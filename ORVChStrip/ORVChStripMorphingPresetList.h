@@ -1,16 +1,19 @@
 #pragma once
 
+#include <QAbstractSlider>
 #include <QBasicTimer>
 #include <QRgb>
 #include <QWidget>
 #include <memory>
 
-#include "Common/Widgets/SvgLayer.h"
+#include "ORVChStrip/MorphSetCheck.h"
+#include "ORVChStrip/MorphingListPainter.h"
 
 class EffectEditor;
 class IMemAPI;
 class ORVD_Data;
 class ORVD_Manager;
+class QHelpEvent;
 class QScrollBar;
 namespace Ui {
 class ORVChStripMorphingPresetList;
@@ -19,53 +22,69 @@ class ORVChStripMorphingPresetList;
 // The panel in which the user picks a morph set for the morphing knob: the
 // visible rows of the morph catalogue as a list of folders and entries, with
 // scroll buttons, a scroll bar, keys and mouse. Confirming an entry sends its
-// record to the host's morph handler as one batch.
+// record to the host's morph handler as one batch; a file that cannot be sent
+// is shown dimmed, with the reason as its tooltip, and cannot be confirmed.
 class ORVChStripMorphingPresetList : public QWidget
 {
     Q_OBJECT
 
 public:
     // Row metrics in design pixels; multiplied by the scale.
-    static constexpr int RowHeight = 27;
-    static constexpr int RowGap = 2;
+    static constexpr int RowHeight = MorphingListPainter::RowHeight;
+    static constexpr int RowGap = MorphingListPainter::RowGap;
     // Page Up and Page Down move the selection by this many rows.
     static constexpr int PageRows = 5;
-    static constexpr QRgb ItemBackgroundColor = 0xff01111c;
-    static constexpr QRgb SelectedItemBackgroundColor = 0xfff2f2f2;
-    static constexpr QRgb ItemFontColor = 0xffb3b3b3;
-    static constexpr QRgb SelectedItemFontColor = 0xff01111c;
-    static constexpr QRgb ScrollBarColor = 0xff808080;
+    static constexpr QRgb ItemBackgroundColor = MorphingListPainter::ItemBackgroundColor;
+    static constexpr QRgb SelectedItemBackgroundColor = MorphingListPainter::SelectedItemBackgroundColor;
+    static constexpr QRgb ItemFontColor = MorphingListPainter::ItemFontColor;
+    static constexpr QRgb SelectedItemFontColor = MorphingListPainter::SelectedItemFontColor;
+    static constexpr QRgb ScrollBarColor = MorphingListPainter::ScrollBarColor;
 
     explicit ORVChStripMorphingPresetList(QWidget *parent = nullptr);
     ~ORVChStripMorphingPresetList() override;
 
     // Key lookups (getParameter) only; not owned.
-    void setEditor(const EffectEditor *editor);
+    void setEditor(const EffectEditor *editor)
+    {
+        m_pEditor = editor;
+        m_check.clearRanges();
+    }
     // The morph handler is queried from it when a set is confirmed.
-    void setMemAPI(IMemAPI *memAPI);
+    void setMemAPI(IMemAPI *memAPI)
+    {
+        m_pMemAPI = memAPI;
+        m_check.clearRanges();
+    }
     // Rows of the morph table are tagged for this channel.
-    void setCh(int ch1);
+    void setCh(int ch1)
+    {
+        m_ch = ch1;
+        m_check.clearRanges();
+    }
     // Not owned; the editor owns the catalogue.
-    void setORVDManager(ORVD_Manager *manager);
+    void setORVDManager(ORVD_Manager *manager) { m_pManager = manager; }
     void setScale(double scale);
     double scale() const { return m_scale; }
 
     int selectedRow() const { return m_selected; }
+    // Why the entry of a row cannot be sent; empty for folders and good files.
+    QString rowProblem(int row) const;
     // 0 at the top, 1 at the bottom.
     double viewScroll() const { return m_viewScroll; }
 
 public slots:
     void updateList();
     void selectItem(int row);
+    void clearSelection();
     void setViewScroll(double position);
-    void scrollUp();
-    void scrollDown();
-    void scrollPageUp();
-    void scrollPageDown();
-    void scrollTop();
-    void scrollBottom();
-    void folderOpen();
-    void folderClose();
+    void scrollUp() { scroll(QAbstractSlider::SliderSingleStepSub); }
+    void scrollDown() { scroll(QAbstractSlider::SliderSingleStepAdd); }
+    void scrollPageUp() { scroll(QAbstractSlider::SliderPageStepSub); }
+    void scrollPageDown() { scroll(QAbstractSlider::SliderPageStepAdd); }
+    void scrollTop() { scroll(QAbstractSlider::SliderToMinimum); }
+    void scrollBottom() { scroll(QAbstractSlider::SliderToMaximum); }
+    void folderOpen() { setFolderOpen(true); }
+    void folderClose() { setFolderOpen(false); }
     void folderOpenClose();
     // Sends the selected entry to the host; true when the host took it.
     bool decide();
@@ -91,19 +110,23 @@ private:
     int rowCount() const;
     ORVD_Data *rowData(int row) const;
     int rowLayer(int row) const;
-    int rowHeight() const;
-    int rowGap() const;
-    // The row under a point of the list view, -1 between rows or below them.
-    int rowAt(const QPoint &position) const;
-    bool isInFolderIcon(int row, const QPoint &position) const;
     QScrollBar *verticalScrollBar() const;
     int viewportHeight() const;
-    void showOkFor(const ORVD_Data *data);
+    // OK for a file that can be sent; the disabled look, with the reason as
+    // its tooltip, for a folder, a broken file or no selection.
+    void showOkFor(int row);
     void applyKeySelection(int row);
     void setFolderOpen(bool open);
+    void scroll(QAbstractSlider::SliderAction action);
+    // Asks the host for the column ranges the first time it is needed after
+    // the host, the channel or the key lookup changed.
+    const MorphSetCheck &check() const;
+    // The sentence shown for a row that cannot be sent, else empty.
+    QString rowRefusal(int row) const;
 
     void paintList(QWidget *view, const QRect &exposed);
     void paintScrollBar(QWidget *bar);
+    bool showRowToolTip(QHelpEvent *event);
     void listMousePress(QMouseEvent *event);
     void listMouseDoubleClick(QMouseEvent *event);
     void listMouseMove(QMouseEvent *event);
@@ -121,8 +144,7 @@ private:
     // or bottom (+1) edge the timer keeps moving the selection.
     QBasicTimer m_dragTimer;
     int m_dragDirection = 0;
-    CommonController_MemAPI::SvgLayer m_folderOpenIcon;
-    CommonController_MemAPI::SvgLayer m_folderCloseIcon;
-    CommonController_MemAPI::SvgLayer m_folderOpenSelectIcon;
-    CommonController_MemAPI::SvgLayer m_folderCloseSelectIcon;
+    MorphingListPainter m_painter;
+    // Ranges are asked lazily, so the check is refreshed from const paths.
+    mutable MorphSetCheck m_check;
 };

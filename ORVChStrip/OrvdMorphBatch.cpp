@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Interfaces/ChannelStripKeys.h"
+#include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 
@@ -47,9 +48,10 @@ bool OrvdMorphBatch::appendMorphSet(const QByteArray &name, const OrvdMorphRecor
     if (ch < 0)
         return false;
     const auto channel = static_cast<uint32_t>(ch);
-    if (!appendPrmInfoChars(
-            ChannelStripKeys::MorphSystemName, name.left(MorphSystemNameLength), MorphSystemNameLength, channel)
-        || !appendPrmInfoChars(ChannelStripKeys::MorphSystemId, record.systemId, OrvdMorphRecord::SystemIdCapacity, channel))
+    if (!appendPrmInfoChars(ChannelStripKeys::MorphSystemName, name.left(MorphSystemNameLength),
+            MorphSystemNameLength, channel)
+        || !appendPrmInfoChars(
+            ChannelStripKeys::MorphSystemId, record.systemId, OrvdMorphRecord::SystemIdCapacity, channel))
         return false;
     for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
         const uint32_t pointChannel = channel * MorphPointCount + uint32_t(point);
@@ -66,4 +68,16 @@ bool OrvdMorphBatch::appendMorphSet(const QByteArray &name, const OrvdMorphRecor
 bool OrvdMorphBatch::isTerminated() const
 {
     return !m_records.empty() && m_records.back().prmId == IORVDMorphHandler::kEndOfBatch;
+}
+
+int OrvdMorphBatch::send(IMemAPI *memAPI) const
+{
+    if (!memAPI || !isTerminated())
+        return kResultFalse;
+    char iid[16];
+    ORVDMorphHandlerIID.toBytes(iid);
+    void *handler = nullptr;
+    if (memAPI->queryInterface(iid, &handler) != kResultOk || !handler)
+        return kResultFalse;
+    return static_cast<IORVDMorphHandler *>(handler)->setMorphData(m_records.data());
 }

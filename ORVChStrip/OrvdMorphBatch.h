@@ -6,6 +6,7 @@
 
 #include "Interfaces/IORVDMorphHandler.h"
 
+class IMemAPI;
 class OrvdMorphRecord;
 
 // One batch of records for the host's morph handler. Every append looks its
@@ -31,6 +32,10 @@ public:
     // `name`: name, system id, then every point's seventeen values on the
     // point's channel (ch * 9 + point), then the end record.
     bool appendMorphSet(const QByteArray &name, const OrvdMorphRecord &record, int ch);
+
+    // Hands a terminated batch to the morph handler that `memAPI` offers;
+    // the handler's result, or false when there is no batch or no handler.
+    int send(IMemAPI *memAPI) const;
 
     const std::vector<Record> &records() const { return m_records; }
     bool isTerminated() const;

@@ -1,7 +1,11 @@
 #include "designer/ChannelStripDesignerCollection.h"
 
 #include "Common/Widgets/ButtonGroupController.h"
+#include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
+#include "Common/Widgets/MeterController.h"
+#include "Common/Widgets/PeakMeterController.h"
+#include "Common/Widgets/PullDownButtonController.h"
 #include "Common/Widgets/PushButtonController.h"
 #include "Common/Widgets/RoundGainReductionMeterController.h"
 #include "Common/Widgets/RoundMeterController.h"
@@ -62,12 +66,29 @@ QList<DesignerWidgetDescription> descriptions()
                 + svgProperty("onPushButtonSvg", "btn_on_dw.svg") + svgProperty("shadowSvg", "btn_shadow.svg")
                 + svgProperty("pushShadowSvg", "btn_shadow.svg"),
             false, &create<PushButtonController> },
+        { QStringLiteral("CommonController_MemAPI::PullDownButtonController"),
+            QStringLiteral("CommonController_MemAPI::PushButtonController"),
+            QStringLiteral("Common/Widgets/PullDownButtonController.h"),
+            QStringLiteral("A button that opens a menu of a host parameter's value texts"),
+            artwork("btn_morph_preset.svg"), QSize(120, 28),
+            svgProperty("buttonSvg", "btn_morph_preset.svg")
+                + svgProperty("pushButtonSvg", "btn_morph_preset_dw.svg")
+                + property("svgAlignment", "<set>Qt::AlignJustify</set>")
+                + property("textLeftMargin", "<number>12</number>")
+                + property("textRightMargin", "<number>12</number>"),
+            false, &create<PullDownButtonController> },
         { QStringLiteral("CommonController_MemAPI::ButtonGroupController"), QStringLiteral("QGroupBox"),
             QStringLiteral("Common/Widgets/ButtonGroupController.h"),
             QStringLiteral("Exclusive buttons that select one value of a host parameter"),
             artwork("btn_knee_frame.svg"), QSize(157, 29),
             property("flat", "<bool>true</bool>") + property("title", "<string notr=\"true\"/>"), true,
             &create<ButtonGroupController> },
+        { QStringLiteral("CommonController_MemAPI::FaderController"), QStringLiteral("QWidget"),
+            QStringLiteral("Common/Widgets/FaderController.h"),
+            QStringLiteral("A fader drawn from SVG artwork, bound to one host parameter"),
+            artwork("fader_knob.svg"), QSize(28, 160),
+            svgProperty("knobSvg", "fader_knob.svg") + svgProperty("backgroundSvg", "fader_back.svg"), false,
+            &create<FaderController> },
         { QStringLiteral("CommonController_MemAPI::TextEditController"), QStringLiteral("QWidget"),
             QStringLiteral("Common/Widgets/TextEditController.h"),
             QStringLiteral("A host parameter's value text, edited in place"), QString(), QSize(60, 14),
@@ -81,6 +102,14 @@ QList<DesignerWidgetDescription> descriptions()
                 + property("meterOverBackgroundHeight", "<number>6</number>")
                 + property("meterOverWidth", "<number>4</number>"),
             false, &create<RoundMeterController> },
+        { QStringLiteral("CommonController_MemAPI::MeterController"), QStringLiteral("QWidget"),
+            QStringLiteral("Common/Widgets/MeterController.h"), QStringLiteral("A plain level meter bar"),
+            QString(), QSize(8, 181), QString(), false, &create<MeterController> },
+        { QStringLiteral("CommonController_MemAPI::PeakMeterController"),
+            QStringLiteral("CommonController_MemAPI::MeterController"),
+            QStringLiteral("Common/Widgets/PeakMeterController.h"),
+            QStringLiteral("A level meter bar that holds its peak"), QString(), QSize(8, 181), QString(),
+            false, &create<PeakMeterController> },
         { QStringLiteral("CommonController_MemAPI::RoundGainReductionMeterController"),
             QStringLiteral("QWidget"), QStringLiteral("Common/Widgets/RoundGainReductionMeterController.h"),
             QStringLiteral("A gain reduction meter with rounded ends, filling downwards"), QString(),

@@ -13,15 +13,12 @@ namespace CommonController_MemAPI {
 
 PushButtonController::PushButtonController(QWidget *parent)
     : QPushButton(parent)
+    , m_artwork(this)
     , m_accessibleName(this)
     , m_pFocusMark(new FocusMark(this))
 {
     setFocusPolicy(Qt::NoFocus);
     setMaximumValue(1);
-
-    for (SvgLayer *layer : { &m_buttonSvg, &m_pushButtonSvg, &m_shadowSvg, &m_pushShadowSvg, &m_iconSvg,
-             &m_onIconSvg, &m_onButtonSvg, &m_onPushButtonSvg })
-        connect(layer->renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
 
     connect(this, &QAbstractButton::pressed, this, &PushButtonController::buttonPress);
     connect(this, &QAbstractButton::released, this, &PushButtonController::buttonRelease);
@@ -40,76 +37,20 @@ PushButtonController::~PushButtonController()
 
 void PushButtonController::setShadowBlur(double blur)
 {
-    blur = std::max(0.0, blur);
-    if (blur == m_shadowBlur)
-        return;
-    m_shadowBlur = blur;
-    if (m_shadowSvg.isValid() || m_pushShadowSvg.isValid())
+    if (m_artwork.setShadowBlur(blur))
         update();
 }
 
 void PushButtonController::setButtonDisableOpacity(double opacity)
 {
-    opacity = std::clamp(opacity, 0.0, 1.0);
-    if (opacity == m_buttonDisableOpacity)
-        return;
-    m_buttonDisableOpacity = opacity;
-    const bool bodyLoaded = m_buttonSvg.isValid() || m_pushButtonSvg.isValid() || m_onButtonSvg.isValid()
-        || m_onPushButtonSvg.isValid();
-    if (bodyLoaded && !isEnabled())
+    if (m_artwork.setDisableOpacity(opacity))
         update();
 }
 
-bool PushButtonController::loadSvg(SvgLayer &layer, const QString &path)
+void PushButtonController::loadSvg(ButtonArtwork::Layer layer, const QString &path)
 {
-    if (path == layer.path())
-        return false;
-    layer.load(path);
-    update();
-    return true;
-}
-
-void PushButtonController::setButtonSvg(const QString &path)
-{
-    loadSvg(m_buttonSvg, path);
-}
-void PushButtonController::setPushButtonSvg(const QString &path)
-{
-    loadSvg(m_pushButtonSvg, path);
-}
-void PushButtonController::setShadowSvg(const QString &path)
-{
-    loadSvg(m_shadowSvg, path);
-}
-void PushButtonController::setPushShadowSvg(const QString &path)
-{
-    loadSvg(m_pushShadowSvg, path);
-}
-void PushButtonController::setIconSvg(const QString &path)
-{
-    loadSvg(m_iconSvg, path);
-}
-void PushButtonController::setOnIconSvg(const QString &path)
-{
-    loadSvg(m_onIconSvg, path);
-}
-void PushButtonController::setOnButtonSvg(const QString &path)
-{
-    loadSvg(m_onButtonSvg, path);
-}
-void PushButtonController::setOnPushButtonSvg(const QString &path)
-{
-    loadSvg(m_onPushButtonSvg, path);
-}
-
-bool PushButtonController::anySvgLoaded() const
-{
-    for (const SvgLayer *layer : { &m_buttonSvg, &m_pushButtonSvg, &m_shadowSvg, &m_pushShadowSvg, &m_iconSvg,
-             &m_onIconSvg, &m_onButtonSvg, &m_onPushButtonSvg }) {
-        if (layer->isValid())
-            return true;
-    }
-    return false;
+    if (m_artwork.load(layer, path))
+        update();
 }
 
 bool PushButtonController::setMargin(int &member, int margin)
@@ -145,7 +86,7 @@ void PushButtonController::setSvgAlignment(Qt::Alignment alignment)
     if (alignment == m_svgAlignment)
         return;
     m_svgAlignment = alignment;
-    if (anySvgLoaded())
+    if (m_artwork.anyLoaded())
         update();
 }
 
@@ -168,19 +109,7 @@ void PushButtonController::setOpacity(double opacity)
 
 void PushButtonController::setCheckTrigger(CheckTrigger trigger)
 {
-    const CheckTrigger old = m_checkTrigger;
-    trigger &= CheckTrigger(Press | Release | On | Off);
-    // A newly added edge wins over the other one; clearing both edges (or
-    // both directions) flips to the one that was not set before.
-    if ((trigger & Press) && !(old & Press))
-        trigger &= ~CheckTrigger(Release);
-    if ((trigger & Release) && !(old & Release))
-        trigger &= ~CheckTrigger(Press);
-    if (!(trigger & (Press | Release)))
-        trigger |= (old & Press) ? Release : Press;
-    if (!(trigger & (On | Off)))
-        trigger |= (old & On) ? Off : On;
-    m_checkTrigger = trigger;
+    m_checkTrigger.setFlags(int(trigger));
 }
 
 void PushButtonController::setScale(double scale)
@@ -255,7 +184,7 @@ void PushButtonController::buttonRelease()
 void PushButtonController::buttonToggle(bool checked)
 {
     updateAccessibility();
-    if (m_selfChange || (m_checkTrigger & Press))
+    if (m_selfChange || m_checkTrigger.togglesOnPress())
         return;
     gestureSetValue(checked ? maximumValue() : minimumValue(), m_modifiers);
 }
@@ -294,10 +223,11 @@ void PushButtonController::mousePressEvent(QMouseEvent *event)
     QPushButton::mousePressEvent(event);
     if (!alive)
         return;
-    if (event->button() != Qt::LeftButton || !isEnabled() || !isCheckable() || !(m_checkTrigger & Press))
+    if (event->button() != Qt::LeftButton || !isEnabled() || !isCheckable()
+        || !m_checkTrigger.togglesOnPress())
         return;
     const bool checked = isChecked();
-    if ((!checked && (m_checkTrigger & On)) || (checked && (m_checkTrigger & Off))) {
+    if (m_checkTrigger.allowsToggleFrom(checked)) {
         setCheckedQuietly(!checked);
         gestureSetValue(!checked ? maximumValue() : minimumValue(), m_modifiers);
     }
@@ -311,8 +241,7 @@ void PushButtonController::mouseReleaseEvent(QMouseEvent *event)
         return;
     }
     if (event->button() == Qt::LeftButton && isEnabled() && isCheckable()) {
-        const bool allowed = isChecked() ? bool(m_checkTrigger & Off) : bool(m_checkTrigger & On);
-        if (!(m_checkTrigger & Press) && allowed) {
+        if (!m_checkTrigger.togglesOnPress() && m_checkTrigger.allowsToggleFrom(isChecked())) {
             QPushButton::mouseReleaseEvent(event);
             return;
         }
@@ -368,22 +297,7 @@ void PushButtonController::changeEvent(QEvent *event)
 
 QRectF PushButtonController::svgRect(const SvgLayer &layer) const
 {
-    if (m_svgAlignment & Qt::AlignJustify)
-        return QRectF(rect());
-    // Whole logical pixels keep the artwork on the device pixel grid.
-    const QSize size(
-        qRound(layer.defaultSize().width() * scale()), qRound(layer.defaultSize().height() * scale()));
-    int x = (width() - size.width()) / 2;
-    if (m_svgAlignment & Qt::AlignLeft)
-        x = 0;
-    else if (m_svgAlignment & Qt::AlignRight)
-        x = width() - size.width();
-    int y = (height() - size.height()) / 2;
-    if (m_svgAlignment & Qt::AlignTop)
-        y = 0;
-    else if (m_svgAlignment & Qt::AlignBottom)
-        y = height() - size.height();
-    return QRectF(QPointF(x, y), QSizeF(size));
+    return ButtonArtwork::place(layer, size(), scale(), m_svgAlignment);
 }
 
 void PushButtonController::keyPressEvent(QKeyEvent *event)
@@ -403,10 +317,9 @@ void PushButtonController::keyPressEvent(QKeyEvent *event)
 
 void PushButtonController::nextCheckState()
 {
-    const bool allowed = isChecked() ? bool(m_checkTrigger & Off) : bool(m_checkTrigger & On);
-    if (!allowed)
+    if (!m_checkTrigger.allowsToggleFrom(isChecked()))
         return;
-    if (m_checkTrigger & Press) {
+    if (m_checkTrigger.togglesOnPress()) {
         // The mouse toggles such a button on the press, outside this path, so
         // the toggled signal is ignored for it: write here.
         setCheckedQuietly(!isChecked());
@@ -437,31 +350,21 @@ void PushButtonController::paintButton(QPainter &painter)
     const bool pushed = isDown() && m_inside;
 
     // Shadow, blurred once per size, ratio and radius by its layer.
-    SvgLayer &shadow = pushed ? m_pushShadowSvg : m_shadowSvg;
+    SvgLayer &shadow = m_artwork.shadow(pushed);
     if (shadow.isValid()) {
         const QRectF target = svgRect(shadow);
         painter.drawPixmap(
-            target.topLeft(), shadow.blurred(target.size().toSize(), dpr, m_shadowBlur * scale()));
+            target.topLeft(), shadow.blurred(target.size().toSize(), dpr, m_artwork.shadowBlur() * scale()));
     }
 
-    // Body.
-    SvgLayer *body = &m_buttonSvg;
-    if (pushed)
-        body = (isCheckable() && isChecked() && m_onPushButtonSvg.isValid()) ? &m_onPushButtonSvg
-                                                                             : &m_pushButtonSvg;
-    else if (isCheckable() && isChecked() && m_onButtonSvg.isValid())
-        body = &m_onButtonSvg;
-    if (body->isValid()) {
-        if (isEnabled() || m_buttonDisableOpacity >= 1.0) {
-            body->paint(&painter, svgRect(*body), dpr);
-        } else {
-            // The cached body drawn at a lower opacity looks exactly as an
-            // opacity effect over it would.
-            painter.save();
-            painter.setOpacity(m_opacity * m_buttonDisableOpacity);
-            body->paint(&painter, svgRect(*body), dpr);
-            painter.restore();
-        }
+    SvgLayer &body = m_artwork.body(pushed, isCheckable() && isChecked());
+    if (body.isValid()) {
+        // The cached body drawn at a lower opacity looks exactly as an
+        // opacity effect over it would.
+        const double bodyOpacity = isEnabled() ? 1.0 : m_artwork.disableOpacity();
+        painter.setOpacity(m_opacity * bodyOpacity);
+        body.paint(&painter, svgRect(body), dpr);
+        painter.setOpacity(m_opacity);
     }
 
     // Icon and text share one palette colour.
@@ -469,10 +372,10 @@ void PushButtonController::paintButton(QPainter &painter)
         = !isEnabled() ? QPalette::Disabled : (m_hover ? QPalette::Active : QPalette::Inactive);
     QPalette::ColorRole role = QPalette::ButtonText;
     if (pushed)
-        role = m_onIconSvg.isValid() ? QPalette::BrightText : QPalette::HighlightedText;
+        role = m_artwork.isLoaded(ButtonArtwork::OnIcon) ? QPalette::BrightText : QPalette::HighlightedText;
     const QColor color = palette().color(group, role);
 
-    SvgLayer &icon = (isOn() && m_onIconSvg.isValid()) ? m_onIconSvg : m_iconSvg;
+    SvgLayer &icon = m_artwork.icon(isOn());
     if (icon.isValid()) {
         const QRectF target = svgRect(icon);
         painter.drawPixmap(target.topLeft(), icon.tinted(target.size().toSize(), dpr, color));

@@ -4,8 +4,9 @@
 
 #include "Common/Widgets/AbstractController.h"
 #include "Common/Widgets/AccessibleNameFallback.h"
+#include "Common/Widgets/ButtonArtwork.h"
+#include "Common/Widgets/CheckTriggerRule.h"
 #include "Common/Widgets/FocusMark.h"
-#include "Common/Widgets/SvgLayer.h"
 
 namespace CommonController_MemAPI {
 
@@ -36,10 +37,10 @@ class PushButtonController : public QPushButton, public AbstractController
 
 public:
     enum CheckTriggerFlag {
-        Press = 1,   // a checkable button changes state on the press
-        Release = 2, // ... or on the release
-        On = 16,     // a click may switch it on
-        Off = 32,    // a click may switch it off
+        Press = CheckTriggerRule::Press,     // a checkable button changes state on the press
+        Release = CheckTriggerRule::Release, // ... or on the release
+        On = CheckTriggerRule::On,           // a click may switch it on
+        Off = CheckTriggerRule::Off,         // a click may switch it off
     };
     Q_DECLARE_FLAGS(CheckTrigger, CheckTriggerFlag)
     Q_FLAG(CheckTrigger)
@@ -47,27 +48,27 @@ public:
     explicit PushButtonController(QWidget *parent = nullptr);
     ~PushButtonController() override;
 
-    double shadowBlur() const { return m_shadowBlur; }
+    double shadowBlur() const { return m_artwork.shadowBlur(); }
     void setShadowBlur(double blur);
-    double buttonDisableOpacity() const { return m_buttonDisableOpacity; }
+    double buttonDisableOpacity() const { return m_artwork.disableOpacity(); }
     void setButtonDisableOpacity(double opacity);
 
-    QString buttonSvg() const { return m_buttonSvg.path(); }
-    void setButtonSvg(const QString &path);
-    QString pushButtonSvg() const { return m_pushButtonSvg.path(); }
-    void setPushButtonSvg(const QString &path);
-    QString shadowSvg() const { return m_shadowSvg.path(); }
-    void setShadowSvg(const QString &path);
-    QString pushShadowSvg() const { return m_pushShadowSvg.path(); }
-    void setPushShadowSvg(const QString &path);
-    QString iconSvg() const { return m_iconSvg.path(); }
-    void setIconSvg(const QString &path);
-    QString onIconSvg() const { return m_onIconSvg.path(); }
-    void setOnIconSvg(const QString &path);
-    QString onButtonSvg() const { return m_onButtonSvg.path(); }
-    void setOnButtonSvg(const QString &path);
-    QString onPushButtonSvg() const { return m_onPushButtonSvg.path(); }
-    void setOnPushButtonSvg(const QString &path);
+    QString buttonSvg() const { return m_artwork.path(ButtonArtwork::Button); }
+    void setButtonSvg(const QString &path) { loadSvg(ButtonArtwork::Button, path); }
+    QString pushButtonSvg() const { return m_artwork.path(ButtonArtwork::PushButton); }
+    void setPushButtonSvg(const QString &path) { loadSvg(ButtonArtwork::PushButton, path); }
+    QString shadowSvg() const { return m_artwork.path(ButtonArtwork::Shadow); }
+    void setShadowSvg(const QString &path) { loadSvg(ButtonArtwork::Shadow, path); }
+    QString pushShadowSvg() const { return m_artwork.path(ButtonArtwork::PushShadow); }
+    void setPushShadowSvg(const QString &path) { loadSvg(ButtonArtwork::PushShadow, path); }
+    QString iconSvg() const { return m_artwork.path(ButtonArtwork::Icon); }
+    void setIconSvg(const QString &path) { loadSvg(ButtonArtwork::Icon, path); }
+    QString onIconSvg() const { return m_artwork.path(ButtonArtwork::OnIcon); }
+    void setOnIconSvg(const QString &path) { loadSvg(ButtonArtwork::OnIcon, path); }
+    QString onButtonSvg() const { return m_artwork.path(ButtonArtwork::OnButton); }
+    void setOnButtonSvg(const QString &path) { loadSvg(ButtonArtwork::OnButton, path); }
+    QString onPushButtonSvg() const { return m_artwork.path(ButtonArtwork::OnPushButton); }
+    void setOnPushButtonSvg(const QString &path) { loadSvg(ButtonArtwork::OnPushButton, path); }
 
     int textLeftMargin() const { return m_textLeftMargin; }
     void setTextLeftMargin(int margin);
@@ -84,7 +85,7 @@ public:
     void setTextAlignment(Qt::Alignment alignment);
     double opacity() const { return m_opacity; }
     void setOpacity(double opacity);
-    CheckTrigger checkTrigger() const { return m_checkTrigger; }
+    CheckTrigger checkTrigger() const { return CheckTrigger(m_checkTrigger.flags()); }
     void setCheckTrigger(CheckTrigger trigger);
 
     // Pointer state: inside the widget, and inside the button while moving.
@@ -95,9 +96,6 @@ public:
 
     void setOn();
     void setOff();
-
-    // A readable name for a control that has none: its text, else its
-    // object name without the member prefix, split into words.
 
 signals:
     void valueChanged(int value);
@@ -145,23 +143,12 @@ protected:
     void setCheckedQuietly(bool checked);
 
 private:
-    bool loadSvg(SvgLayer &layer, const QString &path);
-    bool anySvgLoaded() const;
+    void loadSvg(ButtonArtwork::Layer layer, const QString &path);
     QRectF svgRect(const SvgLayer &layer) const;
     void setInside(bool inside);
     bool setMargin(int &member, int margin);
 
-    SvgLayer m_buttonSvg;
-    SvgLayer m_pushButtonSvg;
-    SvgLayer m_shadowSvg;
-    SvgLayer m_pushShadowSvg;
-    SvgLayer m_iconSvg;
-    SvgLayer m_onIconSvg;
-    SvgLayer m_onButtonSvg;
-    SvgLayer m_onPushButtonSvg;
-
-    double m_shadowBlur = 2.0;
-    double m_buttonDisableOpacity = 1.0;
+    ButtonArtwork m_artwork;
     int m_textLeftMargin = 0;
     int m_textRightMargin = 0;
     int m_textTopMargin = 0;
@@ -169,7 +156,7 @@ private:
     Qt::Alignment m_svgAlignment = Qt::AlignCenter;
     Qt::Alignment m_textAlignment = Qt::AlignCenter;
     double m_opacity = 1.0;
-    CheckTrigger m_checkTrigger = CheckTrigger(Release | On | Off);
+    CheckTriggerRule m_checkTrigger;
 
     bool m_selfChange = false;
     bool m_hover = false;

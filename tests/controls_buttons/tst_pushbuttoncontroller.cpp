@@ -52,6 +52,8 @@ private slots:
     void rangeSetters();
     void checkTrigger_data();
     void checkTrigger();
+    void artworkPlacement_data();
+    void artworkPlacement();
     void toggles_data();
     void toggles();
     void momentaryReleasedOnFocusLoss();
@@ -161,16 +163,16 @@ void TestPushButtonController::checkTrigger_data()
     QTest::addColumn<int>("old");
     QTest::addColumn<int>("requested");
     QTest::addColumn<int>("expected");
-    using P = PushButtonController;
-    QTest::newRow("nothing on defaults") << int(P::Release | P::On | P::Off) << 0 << int(P::Press | P::Off);
-    QTest::newRow("new press wins") << int(P::Release | P::On) << int(P::Press | P::Release | P::On)
-                                    << int(P::Press | P::On);
+    using R = CheckTriggerRule;
+    QTest::newRow("nothing on defaults") << int(R::Release | R::On | R::Off) << 0 << int(R::Press | R::Off);
+    QTest::newRow("new press wins") << int(R::Release | R::On) << int(R::Press | R::Release | R::On)
+                                    << int(R::Press | R::On);
     QTest::newRow("edges cleared after press")
-        << int(P::Press | P::On | P::Off) << int(P::On) << int(P::Release | P::On);
+        << int(R::Press | R::On | R::Off) << int(R::On) << int(R::Release | R::On);
     QTest::newRow("directions cleared after on")
-        << int(P::Release | P::On) << int(P::Release) << int(P::Release | P::Off);
+        << int(R::Release | R::On) << int(R::Release) << int(R::Release | R::Off);
     QTest::newRow("unknown bits dropped")
-        << int(P::Release | P::On) << int(P::Release | P::On | 4 | 64) << int(P::Release | P::On);
+        << int(R::Release | R::On) << int(R::Release | R::On | 4 | 64) << int(R::Release | R::On);
 }
 
 void TestPushButtonController::checkTrigger()
@@ -178,10 +180,35 @@ void TestPushButtonController::checkTrigger()
     QFETCH(int, old);
     QFETCH(int, requested);
     QFETCH(int, expected);
-    PushButtonController button;
-    button.setCheckTrigger(Trigger(old));
-    button.setCheckTrigger(Trigger(requested));
-    QCOMPARE(int(button.checkTrigger()), expected);
+    CheckTriggerRule rule;
+    rule.setFlags(old);
+    rule.setFlags(requested);
+    QCOMPARE(rule.flags(), expected);
+}
+
+void TestPushButtonController::artworkPlacement_data()
+{
+    // A 22 x 22 artwork in a 60 x 40 button.
+    QTest::addColumn<int>("alignment");
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<QRectF>("expected");
+    QTest::newRow("centre") << int(Qt::AlignCenter) << 1.0 << QRectF(19, 9, 22, 22);
+    QTest::newRow("top left") << int(Qt::AlignLeft | Qt::AlignTop) << 1.0 << QRectF(0, 0, 22, 22);
+    QTest::newRow("bottom right at 1.5")
+        << int(Qt::AlignRight | Qt::AlignBottom) << 1.5 << QRectF(27, 7, 33, 33);
+    QTest::newRow("right, centred vertically")
+        << int(Qt::AlignRight | Qt::AlignVCenter) << 1.0 << QRectF(38, 9, 22, 22);
+    QTest::newRow("justify fills the button") << int(Qt::AlignJustify) << 2.0 << QRectF(0, 0, 60, 40);
+}
+
+void TestPushButtonController::artworkPlacement()
+{
+    QFETCH(int, alignment);
+    QFETCH(double, scale);
+    QFETCH(QRectF, expected);
+    SvgLayer layer;
+    QVERIFY(layer.load(QStringLiteral(":/image/orvchstrip/btn_on.svg")));
+    QCOMPARE(ButtonArtwork::place(layer, QSize(60, 40), scale, Qt::Alignment(alignment)), expected);
 }
 
 void TestPushButtonController::toggles_data()

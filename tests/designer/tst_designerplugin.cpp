@@ -81,10 +81,13 @@ FormClasses readFormClasses(const QString &path)
         } else if (xml.isStartElement() && element == QLatin1String("property") && !open.isEmpty()) {
             FormInstance &instance = open.last().second;
             const QString name = xml.attributes().value(QLatin1String("name")).toString();
-            instance.propertyNames << name;
+            // A dynamic property (stdset="0") is the form's own note, not the class's.
+            const bool dynamic = xml.attributes().value(QLatin1String("stdset")) == QLatin1String("0");
+            if (!dynamic)
+                instance.propertyNames << name;
             if (xml.readNextStartElement()) {
                 const QVariant value = readValue(xml, &instance.size);
-                if (value.isValid())
+                if (value.isValid() && !dynamic)
                     instance.values.insert(name, value);
                 if (value.toString().startsWith(QLatin1String(":/image/")))
                     instance.hasArtwork = true;
@@ -163,7 +166,7 @@ void tst_DesignerPlugin::shouldMakeEveryCustomClassOfTheForms_data()
 
     const QStringList forms { QStringLiteral("ORVChStripEditor"),
         QStringLiteral("ORVChStripMorphingPresetList"), QStringLiteral("ORVChStripPresetConverter"),
-        QStringLiteral("ORVChStripAbout") };
+        QStringLiteral("ORVChStripAbout"), QStringLiteral("ControlsGallery") };
     for (const QString &name : forms) {
         const FormClasses form = readFormClasses(QStringLiteral(ORV_FORMS_DIR "/%1.ui").arg(name));
         QVERIFY2(form.error.isEmpty(), qPrintable(name + QLatin1String(": ") + form.error));

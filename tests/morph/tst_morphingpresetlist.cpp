@@ -3,11 +3,13 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 
 #include "ChannelStripModel.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
+#include "ORVChStrip/MorphingListSettings.h"
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVD/ORVD_Data.h"
@@ -109,7 +111,10 @@ private slots:
     void keysMoveSelection_data();
     void keysMoveSelection();
     void folderRowsOpenAndClose();
-    void refusesBrokenRecords();
+    void brokenFilesShownAndRefused_data();
+    void brokenFilesShownAndRefused();
+    void settingsRestoreSelectionByEntry_data();
+    void settingsRestoreSelectionByEntry();
     void sendsRecordAndSweepReproducesPoints();
     void mouseSelectsTogglesAndDecides();
     void dragBeyondEdgeKeepsScrolling();
@@ -187,20 +192,127 @@ void TestMorphingPresetList::folderRowsOpenAndClose()
     QCOMPARE(f.rowName(1), QStringLiteral("e1"));
 }
 
-void TestMorphingPresetList::refusesBrokenRecords()
+void TestMorphingPresetList::brokenFilesShownAndRefused_data()
 {
-    // Any record that does not read: the list must neither send nor close.
-    ListFixture f({ { "broken.ord", QByteArray(knownRecord().write()).replace(0, 4, "DVRO") } });
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("reason");
+    const QByteArray good = knownRecord().write();
+    OrvdMorphRecord kneeTooHigh = knownRecord();
+    kneeTooHigh.points[4][3] = 3;
+    OrvdMorphRecord attackTooLow = knownRecord();
+    attackTooLow.points[0][0] = 0;
+    QTest::newRow("511 bytes") << good.left(511) << "511 bytes, not 512";
+    QTest::newRow("513 bytes") << good + '\0' << "513 bytes, not 512";
+    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "DVRO") << "\"ORVD\"";
+    QTest::newRow("version 2") << QByteArray(good).replace(4, 2, QByteArray("\x02\x00", 2)) << "version";
+    QTest::newRow("8 points") << QByteArray(good).replace(6, 2, QByteArray("\x08\x00", 2)) << "9 points";
+    QTest::newRow("knee above its range") << kneeTooHigh.write() << "point 5, fx_mrpcmp_kne: 3 is outside";
+    QTest::newRow("attack below its range")
+        << attackTooLow.write() << "point 1, fx_mrpcmp_atck: 0 is outside";
+}
+
+void TestMorphingPresetList::brokenFilesShownAndRefused()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, reason);
+    // The broken file sorts first, a good one after it.
+    ListFixture f({ { "a broken.ord", bytes }, { "b good.ord", knownRecord().write() } });
     QSignalSpy closed(&f.list, &ORVChStripMorphingPresetList::closeRequested);
-    QSignalSpy chosen(&f.list, &ORVChStripMorphingPresetList::morphSetChosen);
+    QVERIFY(f.list.rowProblem(1).isEmpty());
+    const QString problem = f.list.rowProblem(0);
+    QVERIFY2(problem.contains(reason), qPrintable(problem));
+
+    // Selected, it says why and offers no OK; neither Return, a double click
+    // nor decide() sends it, and nothing is clamped into the host.
     f.list.selectItem(0);
-    QVERIFY(!f.list.decide());
+    QVERIFY(!f.okShown());
+    QVERIFY(f.list.accessibleDescription().contains(problem));
+    QVERIFY(f.child("m_pOkDisableButton")->toolTip().contains(problem));
+    QWidget *view = f.child("m_pListView");
+    QHelpEvent help(QEvent::ToolTip, rowPoint(0, 200, 1.0), view->mapToGlobal(rowPoint(0, 200, 1.0)));
+    QApplication::sendEvent(view, &help);
+    QTRY_VERIFY(QToolTip::text().contains(problem));
     QTest::keyClick(&f.list, Qt::Key_Return);
+    QTest::mouseDClick(view, Qt::LeftButton, {}, rowPoint(0, 200, 1.0));
+    QVERIFY(!f.list.decide());
     QCOMPARE(f.memory.morphBatchCount(), 0);
-    QVERIFY(f.memory.text(ChannelStripKeys::MorphSystemName).isEmpty());
     QCOMPARE(closed.count(), 0);
-    QCOMPARE(chosen.count(), 0);
     QCOMPARE(f.manager.GetSelectData(), nullptr);
+
+    // The good file next to it is still taken.
+    QTest::keyClick(&f.list, Qt::Key_Down);
+    QVERIFY(f.okShown());
+    QVERIFY(f.list.accessibleDescription().isEmpty());
+    QVERIFY(f.list.decide());
+    QCOMPARE(f.memory.morphBatchCount(), 1);
+}
+
+void TestMorphingPresetList::settingsRestoreSelectionByEntry_data()
+{
+    QTest::addColumn<QStringList>("savedFiles");
+    QTest::addColumn<QString>("savedSelection");
+    QTest::addColumn<QStringList>("restoredFiles");
+    QTest::addColumn<bool>("keepEntry");
+    QTest::addColumn<QString>("expected");
+    // Files are "folder/name.ord"; a leading '!' marks a broken file.
+    QTest::newRow("same catalogue") << QStringList { "A/x.ord", "A/y.ord" } << "y"
+                                    << QStringList { "A/x.ord", "A/y.ord" } << true << "y";
+    QTest::newRow("entry moved down") << QStringList { "A/x.ord", "A/y.ord" } << "y"
+                                      << QStringList { "A/w.ord", "A/x.ord", "A/y.ord" } << true << "y";
+    QTest::newRow("entry gone, another folder's broken file on its row")
+        << QStringList { "A/x.ord", "A/y.ord" } << "y"
+        << QStringList { "!0/bad.ord", "!0/bae.ord", "A/x.ord" } << true << "";
+    QTest::newRow("row only, a broken file on it")
+        << QStringList { "A/x.ord", "A/y.ord" } << "y"
+        << QStringList { "!0/bad.ord", "!0/bae.ord", "A/x.ord" } << false << "";
+    QTest::newRow("row only, a good file on it") << QStringList { "A/x.ord", "A/y.ord" } << "y"
+                                                 << QStringList { "A/x.ord", "A/z.ord" } << false << "z";
+}
+
+void TestMorphingPresetList::settingsRestoreSelectionByEntry()
+{
+    QFETCH(QStringList, savedFiles);
+    QFETCH(QString, savedSelection);
+    QFETCH(QStringList, restoredFiles);
+    QFETCH(bool, keepEntry);
+    QFETCH(QString, expected);
+    const auto catalogue = [](const QStringList &names) {
+        QMap<QString, QByteArray> files;
+        for (QString name : names) {
+            const bool broken = name.startsWith(QLatin1Char('!'));
+            files.insert(
+                name.remove(0, broken ? 1 : 0), broken ? QByteArray(20, 'x') : knownRecord().write());
+        }
+        return files;
+    };
+    const auto openAll = [](ListFixture &f) {
+        for (int row = 0; row < f.rows(); ++row) {
+            if (f.manager.GetSelectList().at(size_t(row))->GetData()->IsFolder()) {
+                f.list.selectItem(row);
+                f.list.folderOpen();
+            }
+        }
+    };
+
+    QMap<QString, QVariant> settings;
+    {
+        ListFixture saved(catalogue(savedFiles));
+        openAll(saved);
+        for (int row = 0; row < saved.rows(); ++row) {
+            if (saved.rowName(row) == savedSelection)
+                saved.list.selectItem(row);
+        }
+        settings = MorphingListSettings::save(&saved.manager, &saved.list);
+    }
+    if (!keepEntry)
+        settings.remove(QStringLiteral("MorphingListSelectedEntry"));
+
+    ListFixture restored(catalogue(restoredFiles));
+    openAll(restored);
+    restored.list.clearSelection();
+    MorphingListSettings::restore(settings, &restored.manager, &restored.list);
+    const int row = restored.list.selectedRow();
+    QCOMPARE(row >= 0 ? restored.rowName(row) : QString(), expected);
 }
 
 void TestMorphingPresetList::sendsRecordAndSweepReproducesPoints()
@@ -306,19 +418,11 @@ void TestMorphingPresetList::scaledRowsPaintAndScroll()
     f.list.setScale(scale);
     f.list.selectItem(2);
 
-    // Rows, the selection and the folder icon are laid out at the scale.
+    // The list view draws through the painter at the list's scale.
     QWidget *view = f.child("m_pListView");
     const QImage image = view->grab().toImage();
-    const auto pixel = [&](const QPoint &p) { return image.pixel(p * image.devicePixelRatio()); };
-    const int right = view->width() - 3;
-    QCOMPARE(pixel(rowPoint(2, right, scale)), ORVChStripMorphingPresetList::SelectedItemBackgroundColor);
-    QCOMPARE(pixel(rowPoint(1, right, scale)), ORVChStripMorphingPresetList::ItemBackgroundColor);
-    int iconInk = 0;
-    for (int y = 0; y < qRound(27 * scale); ++y) {
-        for (int x = qRound(6 * scale); x < qRound(26 * scale); ++x)
-            iconInk += pixel(QPoint(x, y)) != ORVChStripMorphingPresetList::ItemBackgroundColor;
-    }
-    QVERIFY(iconInk > 10 * scale * scale);
+    const QPoint selected = rowPoint(2, view->width() - 3, scale) * image.devicePixelRatio();
+    QCOMPARE(image.pixel(selected), ORVChStripMorphingPresetList::SelectedItemBackgroundColor);
 
     // Selecting a row scrolls it fully into view.
     QScrollBar *bar = f.scrollBar();
