@@ -2,6 +2,7 @@
 #
 #   bin/orvchstrip-host, bin/orvchstrip-tool
 #   <libdir>/orvchstrip/orvchstrip.so         the plug-in, in a folder of its own
+#                                             (libdir: lib/<multiarch> on Debian)
 #   <Qt's plug-in folder>/designer/           the Designer plug-in, when built
 #   share/Halvorn/ORVD/                       the factory morph sets (the .ord records)
 #   share/man/man1/                           the two man pages, made with help2man
@@ -11,6 +12,15 @@
 # Nothing installed refers to the build tree: the host finds the plug-in by a
 # path relative to its own folder, and the morph sets are found through the
 # XDG data directories.
+# Debian keeps architecture-dependent files in the multiarch library folder
+# (lib/x86_64-linux-gnu) below any prefix; GNUInstallDirs chooses it only for
+# /usr. Plug-ins directly below lib/ would also make the package run ldconfig.
+# (Qt's packages have included GNUInstallDirs already, so its plain "lib" is
+# replaced; any other choice is kept.)
+if(CMAKE_LIBRARY_ARCHITECTURE AND EXISTS /etc/debian_version
+   AND (NOT DEFINED CMAKE_INSTALL_LIBDIR OR CMAKE_INSTALL_LIBDIR STREQUAL "lib"))
+  set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Object code libraries (LIBDIR)" FORCE)
+endif()
 include(GNUInstallDirs)
 
 set(ORV_PLUGIN_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/orvchstrip)

@@ -9,12 +9,14 @@ set(CPACK_PACKAGE_VERSION ${ORVCHSTRIP_PRODUCT_VERSION})
 set(CPACK_PACKAGE_VENDOR "Halvorn Corporation")
 set(CPACK_PACKAGE_CONTACT "Orvane Channel Strip developers <orvchstrip@halvorn.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Orvane Channel Strip editor plug-in with its reference host and tool")
-set(CPACK_PACKAGE_DESCRIPTION
-    "The editor plug-in of the Orvane Channel Strip: a compressor with a side-chain equaliser, a three-band "
-    "equaliser, a morphing knob that blends stored parameter sets, an output level and meters. It comes with "
-    "orvchstrip-host, a reference host that shows the editor with meters driven by a model of the strip, "
-    "orvchstrip-tool, which inspects and converts the plug-in's state, preset and morph data files, and the "
-    "factory morph sets.")
+# Lines of the control file's description, as apt shows them.
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+  "The editor plug-in of the Orvane Channel Strip: a compressor with a\n"
+  "side-chain equaliser, a three-band equaliser, a morphing knob that blends\n"
+  "stored parameter sets, an output level and meters. It comes with\n"
+  "orvchstrip-host, a reference host that shows the editor with meters driven\n"
+  "by a model of the strip; orvchstrip-tool, which inspects and converts the\n"
+  "plug-in's state, preset and morph data files; and the factory morph sets.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 
