@@ -33,6 +33,11 @@ for library in libc6 libstdc++6 libqt6core6 libqt6gui6 libqt6widgets6 libqt6svg6
     [[ ", $depends," == *", $library "* ]] || fail "Depends lacks $library: $depends"
 done
 
+# No maintainer scripts: with none, apt-get remove leaves nothing behind (not
+# even the package's record in the configuration-files state).
+scripts=$(dpkg-deb --ctrl-tarfile "$deb" | tar -t | grep -E 'postinst|postrm|preinst|prerm|conffiles' || true)
+[ -z "$scripts" ] || fail "the package has maintainer scripts or conffiles: $scripts"
+
 # The package holds the files an installation with prefix /usr holds.
 DESTDIR=$work/tree "$cmake" --install "$build" --prefix /usr >/dev/null
 (cd "$work/tree" && find . -type f -o -type l) | sed 's|^\./|/|' | sort >"$work/installed"
