@@ -12,6 +12,7 @@
 # Nothing installed refers to the build tree: the host finds the plug-in by a
 # path relative to its own folder, and the morph sets are found through the
 # XDG data directories.
+
 # Debian keeps architecture-dependent files in the multiarch library folder
 # (lib/x86_64-linux-gnu) below any prefix; GNUInstallDirs chooses it only for
 # /usr. Plug-ins directly below lib/ would also make the package run ldconfig.
@@ -24,8 +25,7 @@ endif()
 include(GNUInstallDirs)
 
 set(ORV_PLUGIN_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/orvchstrip)
-file(RELATIVE_PATH orv_plugin_dir_from_host ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}
-     ${CMAKE_INSTALL_PREFIX}/${ORV_PLUGIN_INSTALL_DIR})
+file(RELATIVE_PATH orv_plugin_dir_from_host ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/orvchstrip)
 set_source_files_properties(host/PluginHost.cpp DIRECTORY host
   PROPERTIES COMPILE_DEFINITIONS ORV_INSTALLED_PLUGIN_DIR="${orv_plugin_dir_from_host}")
 
