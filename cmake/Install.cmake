@@ -50,26 +50,30 @@ install(FILES packaging/orvchstrip-tool.bash-completion
 # The man pages are made from each program's --help at build time, so they
 # list the options the programs take; the sections --help lacks (files,
 # environment) come from packaging/*.h2m.in.
+# (The fuzzing build installs nothing and goes without.)
 find_program(HELP2MAN help2man)
-if(NOT HELP2MAN)
-  message(FATAL_ERROR "help2man not found: it makes the man pages (Debian package help2man)")
+if(NOT HELP2MAN AND NOT ORV_BUILD_FUZZERS)
+  message(FATAL_ERROR "help2man not found: it makes the man pages (Debian package help2man; scripts/setup.sh "
+                      "installs it)")
 endif()
-set(orv_man_pages)
-function(orv_add_man_page program summary)
-  set(page ${CMAKE_BINARY_DIR}/man/${program}.1)
-  configure_file(packaging/${program}.h2m.in ${CMAKE_BINARY_DIR}/man/${program}.h2m @ONLY)
-  add_custom_command(OUTPUT ${page}.gz
-    COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0
-            ${HELP2MAN} --no-info --section=1 --name=${summary}
-            --version-string=${ORVCHSTRIP_PRODUCT_VERSION} "--source=Orvane Channel Strip"
-            --include=${CMAKE_BINARY_DIR}/man/${program}.h2m --output=${page} $<TARGET_FILE:${program}>
-    COMMAND gzip -9nf ${page}
-    DEPENDS ${program} ${CMAKE_BINARY_DIR}/man/${program}.h2m
-    COMMENT "Writing the man page of ${program}"
-    VERBATIM)
-  set(orv_man_pages ${orv_man_pages} ${page}.gz PARENT_SCOPE)
-endfunction()
-orv_add_man_page(orvchstrip-host "reference host of the Orvane Channel Strip editor")
-orv_add_man_page(orvchstrip-tool "inspect and convert the files of the Orvane Channel Strip")
-add_custom_target(orv_man_pages ALL DEPENDS ${orv_man_pages})
-install(FILES ${orv_man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+if(HELP2MAN)
+  set(orv_man_pages)
+  function(orv_add_man_page program summary)
+    set(page ${CMAKE_BINARY_DIR}/man/${program}.1)
+    configure_file(packaging/${program}.h2m.in ${CMAKE_BINARY_DIR}/man/${program}.h2m @ONLY)
+    add_custom_command(OUTPUT ${page}.gz
+      COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0
+              ${HELP2MAN} --no-info --section=1 --name=${summary}
+              --version-string=${ORVCHSTRIP_PRODUCT_VERSION} "--source=Orvane Channel Strip"
+              --include=${CMAKE_BINARY_DIR}/man/${program}.h2m --output=${page} $<TARGET_FILE:${program}>
+      COMMAND gzip -9nf ${page}
+      DEPENDS ${program} ${CMAKE_BINARY_DIR}/man/${program}.h2m
+      COMMENT "Writing the man page of ${program}"
+      VERBATIM)
+    set(orv_man_pages ${orv_man_pages} ${page}.gz PARENT_SCOPE)
+  endfunction()
+  orv_add_man_page(orvchstrip-host "reference host of the Orvane Channel Strip editor")
+  orv_add_man_page(orvchstrip-tool "inspect and convert the files of the Orvane Channel Strip")
+  add_custom_target(orv_man_pages ALL DEPENDS ${orv_man_pages})
+  install(FILES ${orv_man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
