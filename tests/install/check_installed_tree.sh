@@ -46,9 +46,6 @@ done
 mkdir -p "$work/home" "$work/run" && chmod 700 "$work/run"
 installed_env=(env -i "HOME=$work/home" "XDG_RUNTIME_DIR=$work/run" "PATH=$root/usr/bin:/usr/bin:/bin"
     "XDG_DATA_DIRS=$root/usr/local/share:$root/usr/share" QT_QPA_PLATFORM=offscreen LANG=C.UTF-8)
-for variable in ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS; do
-    [ -z "${!variable:-}" ] || installed_env+=("$variable=${!variable}")
-done
 cd "$work"
 
 if "${installed_env[@]}" orvchstrip-host --no-settings --screenshot editor.png >host.log 2>&1; then
