@@ -9,8 +9,12 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 # Without a morph folder of their own, users see the factory morph sets.
 if [ -z "${ORVCHSTRIP_MORPH_FOLDER:-}" ]; then
-  data_dirs=${XDG_DATA_DIRS:-/usr/local/share}
-  [ -d "${data_dirs%%:*}/Halvorn/ORVD" ] || export ORVCHSTRIP_MORPH_FOLDER="$root/presets/morph"
+  morph_folder_found=false
+  IFS=: read -r -a data_dirs <<<"${XDG_DATA_DIRS:-/usr/local/share:/usr/share}"
+  for dir in "${data_dirs[@]}"; do
+    [[ $dir == /* && -d $dir/Halvorn/ORVD ]] && morph_folder_found=true
+  done
+  $morph_folder_found || export ORVCHSTRIP_MORPH_FOLDER="$root/presets/morph"
 fi
 
 args=("$@")

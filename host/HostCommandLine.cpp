@@ -60,8 +60,8 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     const QCommandLineOption helpOption(
         { QStringLiteral("h"), QStringLiteral("help") }, QStringLiteral("Show this help."));
     const QCommandLineOption pluginOption(QStringLiteral("plugin"),
-        QStringLiteral("The plug-in file to load (default: the one built "
-                       "beside the host)."),
+        QStringLiteral("The plug-in file to load (default: the one installed "
+                       "with the host, or built beside it)."),
         QStringLiteral("path"));
     const QCommandLineOption scaleOption(QStringLiteral("scale"),
         QStringLiteral("Editor scale, 0.5 to 4 (default 1)."), QStringLiteral("factor"), QStringLiteral("1"));

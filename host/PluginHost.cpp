@@ -1,6 +1,7 @@
 #include "PluginHost.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 #include "ChannelStripModel.h"
@@ -16,7 +17,14 @@ PluginHost::~PluginHost() = default;
 
 QString PluginHost::defaultPluginPath()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../plugins/orvchstrip");
+    // Installed, the plug-in has a folder of its own under the library
+    // directory, found from the host's own folder so that the installation
+    // can be moved as a whole; in the build tree it lies in plugins/.
+    const QDir hostFolder(QCoreApplication::applicationDirPath());
+    const QString installedFolder = hostFolder.filePath(QStringLiteral(ORV_INSTALLED_PLUGIN_DIR));
+    if (QFileInfo(installedFolder).isDir())
+        return QDir::cleanPath(installedFolder + QStringLiteral("/orvchstrip"));
+    return QDir::cleanPath(hostFolder.filePath(QStringLiteral("../plugins/orvchstrip")));
 }
 
 bool PluginHost::load(const QString &path, QString *error)

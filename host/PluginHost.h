@@ -33,7 +33,7 @@ public:
     PluginHost();
     ~PluginHost();
 
-    // The plug-in built beside the host executable.
+    // The plug-in installed with the host, or the one built beside it.
     static QString defaultPluginPath();
 
     bool load(const QString &path, QString *error);

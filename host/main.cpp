@@ -202,6 +202,8 @@ int main(int argc, char *argv[])
     choosePlatform();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orvchstrip-host"));
+    // Desktops match the window to the installed menu entry (and its icon).
+    QApplication::setDesktopFileName(QStringLiteral("orvchstrip-host"));
     QTextStream out(stdout);
     QTextStream err(stderr);
 

@@ -17,22 +17,28 @@ bool isMorphDataExtension(QStringView extension)
         && extension[0].unicode() < 0x80 && extension[1].unicode() < 0x80 && extension[2].unicode() < 0x80;
 }
 
-QString applicationSupportFolder()
+// The machine-wide data folders that may hold the maker's folder, in order of
+// preference.
+QStringList applicationSupportFolders()
 {
 #if defined(Q_OS_MACOS)
-    return QStringLiteral("/Library/Application Support");
+    return { QStringLiteral("/Library/Application Support") };
 #elif defined(Q_OS_WIN)
     const QString programData = qEnvironmentVariable("ProgramData");
-    return programData.isEmpty() ? QStringLiteral("C:/ProgramData") : QDir::fromNativeSeparators(programData);
+    return { programData.isEmpty() ? QStringLiteral("C:/ProgramData")
+                                   : QDir::fromNativeSeparators(programData) };
 #else
-    // The first machine-wide XDG data directory; relative entries are invalid.
-    const QStringList dataDirs
-        = qEnvironmentVariable("XDG_DATA_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    for (const QString &dir : dataDirs) {
+    // The XDG data directories; relative entries are invalid, and an empty
+    // list means the XDG default.
+    QStringList folders;
+    for (const QString &dir :
+        qEnvironmentVariable("XDG_DATA_DIRS").split(QLatin1Char(':'), Qt::SkipEmptyParts)) {
         if (QDir::isAbsolutePath(dir))
-            return dir;
+            folders << dir;
     }
-    return QStringLiteral("/usr/local/share");
+    if (folders.isEmpty())
+        folders = { QStringLiteral("/usr/local/share"), QStringLiteral("/usr/share") };
+    return folders;
 #endif
 }
 
@@ -47,7 +53,16 @@ QString OrvdCollectionEngine::GetOrvdFolder()
     const QString override = qEnvironmentVariable("ORVCHSTRIP_MORPH_FOLDER");
     if (!override.isEmpty())
         return QDir::cleanPath(QDir::fromNativeSeparators(override));
-    return QDir::cleanPath(applicationSupportFolder() + QStringLiteral("/Halvorn/ORVD"));
+    // The first folder that holds the maker's folder, so that sets installed
+    // with the package under /usr/share are found unless /usr/local/share has
+    // its own; without any, the first (an empty catalogue).
+    const QStringList folders = applicationSupportFolders();
+    for (const QString &folder : folders) {
+        const QString candidate = QDir::cleanPath(folder + QStringLiteral("/Halvorn/ORVD"));
+        if (QFileInfo(candidate).isDir())
+            return candidate;
+    }
+    return QDir::cleanPath(folders.first() + QStringLiteral("/Halvorn/ORVD"));
 }
 
 void OrvdCollectionEngine::Collection(std::vector<ORVD_Data *> &list, int depth)

@@ -27,7 +27,8 @@ public:
 
     // The machine-wide morph folder: "Halvorn/ORVD" inside the local
     // application-support area ("/Library/Application Support" on macOS,
-    // %ProgramData% on Windows, the first $XDG_DATA_DIRS entry elsewhere).
+    // %ProgramData% on Windows; elsewhere the first $XDG_DATA_DIRS entry that
+    // holds one, or the first entry when none does).
     // ORVCHSTRIP_MORPH_FOLDER names another folder in its place.
     static QString GetOrvdFolder();
 

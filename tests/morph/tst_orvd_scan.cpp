@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
@@ -189,10 +190,26 @@ void TestOrvdScan::morphFolder()
     QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(),
         QStringLiteral("/Library/Application Support/Halvorn/ORVD"));
 #elif defined(Q_OS_UNIX)
-    qputenv("XDG_DATA_DIRS", "relative/share::/opt/share:/usr/share");
-    QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(), QStringLiteral("/opt/share/Halvorn/ORVD"));
+    // The first data directory that holds the maker's folder, else the first.
+    QTemporaryDir dataDirs;
+    QVERIFY(dataDirs.isValid());
+    const QString first = dataDirs.filePath("first"), second = dataDirs.filePath("second");
+    const QByteArray searched = "relative/share::" + first.toUtf8() + ':' + second.toUtf8();
+    qputenv("XDG_DATA_DIRS", searched);
+    QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(), first + "/Halvorn/ORVD");
+    QVERIFY(QDir().mkpath(second + "/Halvorn/ORVD"));
+    QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(), second + "/Halvorn/ORVD");
+    QVERIFY(QDir().mkpath(first + "/Halvorn/ORVD"));
+    QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(), first + "/Halvorn/ORVD");
+
+    // Unset, the XDG default: /usr/local/share, then /usr/share (where the
+    // package puts the factory sets).
     qunsetenv("XDG_DATA_DIRS");
-    QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(), QStringLiteral("/usr/local/share/Halvorn/ORVD"));
+    const bool onlyPackaged
+        = !QFileInfo::exists("/usr/local/share/Halvorn/ORVD") && QFileInfo::exists("/usr/share/Halvorn/ORVD");
+    QCOMPARE(ORVD_FolderCollectionImp::DefaultFolder(),
+        onlyPackaged ? QStringLiteral("/usr/share/Halvorn/ORVD")
+                     : QStringLiteral("/usr/local/share/Halvorn/ORVD"));
 #endif
 
     savedOverride.isNull() ? qunsetenv("ORVCHSTRIP_MORPH_FOLDER")
