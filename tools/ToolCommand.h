@@ -8,7 +8,7 @@
 // ToolCommand object; main() dispatches on the first argument.
 struct ToolContext
 {
-    QStringList arguments; // after the group name, options included
+    QStringList arguments; // after the group name, options included; file names as NativeFileName holds them
     bool json = false;     // --json was given anywhere
     QTextStream &out;
     QTextStream &err;
@@ -19,6 +19,9 @@ struct ToolContext
     int fail(const QString &command, const QString &file, const QString &message, int status = 1);
     int fail(
         const QString &command, const QString &file, qint64 offset, const QString &message, int status = 1);
+    // A command line the command cannot use, with status 2: names the
+    // unknown option or unexpected argument (when given) and the usage.
+    int failUsage(const QString &command, const QString &argument, const QString &usage);
 };
 
 class ToolCommand

@@ -1,6 +1,9 @@
 #include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <algorithm>
 
+#include "ORVChStrip/Chunk/NativeFileName.h"
 #include "ORVChStrip/ORVChStripVersion.h"
 #include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
@@ -53,12 +56,27 @@ QList<const ToolCommand *> ToolCommand::all()
 int ToolContext::fail(const QString &command, const QString &file, const QString &message, int status)
 {
     out.flush();
-    err << "orvchstrip-tool: " << command << ": ";
+    err << "orvchstrip-tool: ";
+    if (!command.isEmpty())
+        err << command << ": ";
     if (!file.isEmpty())
         err << PrintableName::escaped(file) << ": ";
     err << message << '\n';
     err.flush();
     return status;
+}
+
+int ToolContext::failUsage(const QString &command, const QString &argument, const QString &usage)
+{
+    QString message;
+    if (argument.startsWith(QLatin1Char('-')))
+        message = QStringLiteral("unknown option '%1'").arg(PrintableName::escaped(argument));
+    else if (!argument.isEmpty())
+        message = QStringLiteral("unexpected argument '%1'").arg(PrintableName::escaped(argument));
+    if (!usage.isEmpty())
+        message += (message.isEmpty() ? QString() : QStringLiteral("; "))
+            + QStringLiteral("usage: orvchstrip-tool ") + usage;
+    return fail(command, QString(), message, 2);
 }
 
 int ToolContext::fail(
@@ -67,6 +85,42 @@ int ToolContext::fail(
     return fail(command, file, QStringLiteral("offset %1: %2").arg(offset).arg(message), status);
 }
 
+namespace {
+
+// The arguments as typed: on Unix a file name's bytes need not be UTF-8, and
+// QCoreApplication::arguments() would turn such bytes into U+FFFD, which
+// leads to no file.
+QStringList commandLineArguments(int argc, char *argv[])
+{
+#ifdef Q_OS_UNIX
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << NativeFileName::fromBytes(QByteArray(argv[i]));
+    return arguments;
+#else
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+    return QCoreApplication::arguments().mid(1);
+#endif
+}
+
+int printVersion(ToolContext &context)
+{
+    if (context.json) {
+        const QJsonObject object {
+            { QStringLiteral("product_version"), QString::fromLatin1(ORVChStripVersion::Product) },
+            { QStringLiteral("plugin_version"), QString::fromLatin1(ORVChStripVersion::Plugin) },
+        };
+        context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
+    } else {
+        context.out << "Orvane Channel Strip " << ORVChStripVersion::Product << " (plug-in version "
+                    << ORVChStripVersion::Plugin << ")\n";
+    }
+    return 0;
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
@@ -74,24 +128,26 @@ int main(int argc, char *argv[])
     QTextStream out(stdout);
     QTextStream err(stderr);
 
-    QStringList arguments = app.arguments().mid(1);
-    if (arguments.isEmpty() || arguments.first() == QLatin1String("--help")
-        || arguments.first() == QLatin1String("-h")) {
-        printUsage(arguments.isEmpty() ? err : out);
-        return arguments.isEmpty() ? 2 : 0;
+    ToolContext context { commandLineArguments(argc, argv), false, out, err };
+    context.json = context.arguments.removeAll(QStringLiteral("--json")) > 0;
+    const QString first = context.arguments.value(0);
+    if (context.arguments.isEmpty() || first == QLatin1String("--help") || first == QLatin1String("-h")) {
+        printUsage(context.arguments.isEmpty() ? err : out);
+        return context.arguments.isEmpty() ? 2 : 0;
     }
-    if (arguments.first() == QLatin1String("--version")) {
-        out << "Orvane Channel Strip " << ORVChStripVersion::Product << " (plug-in version "
-            << ORVChStripVersion::Plugin << ")\n";
-        return 0;
-    }
-    const ToolCommand *command = ToolCommand::find(arguments.first());
+    if (first == QLatin1String("--version"))
+        return context.arguments.size() == 1
+            ? printVersion(context)
+            : context.failUsage(QString(), context.arguments.at(1), QStringLiteral("--version [--json]"));
+    const ToolCommand *command = ToolCommand::find(first);
     if (!command) {
-        err << "orvchstrip-tool: " << PrintableName::escaped(arguments.first()) << ": unknown command\n\n";
+        if (first.startsWith(QLatin1Char('-')))
+            context.failUsage(QString(), first, QString());
+        else
+            context.fail(PrintableName::escaped(first), QString(), QStringLiteral("unknown command"), 2);
         printUsage(err);
         return 2;
     }
-    ToolContext context { arguments.mid(1), false, out, err };
-    context.json = context.arguments.removeAll(QStringLiteral("--json")) > 0;
+    context.arguments.removeFirst();
     return command->run(context);
 }
