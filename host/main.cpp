@@ -198,6 +198,10 @@ bool applySetting(PluginHost &host, const QString &key, const QString &text, int
 
 int main(int argc, char *argv[])
 {
+    // SIGUSR1 asks for the exit files; until the event loop answers it, and
+    // in a run that writes none, it must not end the host as it would by
+    // default.
+    std::signal(SIGUSR1, SIG_IGN);
     const QStringList pluginArguments = takePluginOption(argc, argv);
     choosePlatform();
     QApplication app(argc, argv);
@@ -290,15 +294,20 @@ int main(int argc, char *argv[])
             editor, QStringLiteral("editor panel"), path, options.screenshotFormat, 1.0, err);
         return writeSnapshot() ? status : 1;
     }
-    // A script asks the running host for the files with SIGUSR1.
-    std::unique_ptr<UnixSignalNotifier> snapshotRequest;
-    if (!snapshot.isEmpty()) {
-        snapshotRequest = std::make_unique<UnixSignalNotifier>(SIGUSR1);
-        QObject::connect(snapshotRequest.get(), &UnixSignalNotifier::activated, writeSnapshot);
-        if (!snapshotRequest->isValid())
-            err << "orvchstrip-host: cannot listen for SIGUSR1; the files are written when the editor "
-                   "closes\n";
-    }
+    // A script asks the running host for the files with SIGUSR1; without
+    // them named, the signal saves nothing and the session goes on.
+    UnixSignalNotifier snapshotRequest(SIGUSR1);
+    QObject::connect(&snapshotRequest, &UnixSignalNotifier::activated, [&snapshot, &err, &writeSnapshot] {
+        if (snapshot.isEmpty())
+            err << "orvchstrip-host: SIGUSR1: nothing to save (no --save-state-on-exit or "
+                   "--dump-parameters-on-exit)\n"
+                << Qt::flush;
+        else
+            writeSnapshot();
+    });
+    if (!snapshot.isEmpty() && !snapshotRequest.isValid())
+        err << "orvchstrip-host: cannot listen for SIGUSR1; the files are written when the editor "
+               "closes\n";
     model->start();
     window.show();
     if (options.keepEditorSettings) {
