@@ -203,6 +203,9 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
                             supportedFormats().join(QStringLiteral(", ")));
             return Result::Error;
         }
+        error = destinationError(QStringLiteral("--screenshot"), screenshotPath);
+        if (!error.isEmpty())
+            return Result::Error;
     }
     gallery = parser.isSet(galleryOption);
     loadStatePath = parser.value(loadStateOption);

@@ -9,6 +9,7 @@
 #include "HostWindow.h"
 #include "Interfaces/IORVControlsGallery.h"
 #include "Interfaces/IQXEffectEditor.h"
+#include "ORVChStrip/Chunk/NativeFileName.h"
 #include "ParameterListing.h"
 #include "PluginHost.h"
 #include "Processing/AudioFileSignal.h"
@@ -155,6 +156,22 @@ QStringList takePluginOption(int &argc, char *argv[])
     return taken;
 }
 
+// The arguments Qt left, as typed: a file name's bytes need not be UTF-8,
+// and QCoreApplication::arguments() would turn such bytes into U+FFFD.
+QStringList commandLineArguments(int argc, char *argv[])
+{
+#ifdef Q_OS_UNIX
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << NativeFileName::fromBytes(QByteArray(argv[i]));
+    return arguments;
+#else
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+    return QCoreApplication::arguments();
+#endif
+}
+
 // Without a display the host still renders pictures, offscreen. With a
 // display named but out of reach, Qt tries the platforms of the list in
 // turn instead of aborting, so --help, --list-parameters and --screenshot
@@ -210,7 +227,7 @@ int main(int argc, char *argv[])
     QTextStream err(stderr);
 
     HostCommandLine options;
-    switch (options.parse(app.arguments() + pluginArguments)) {
+    switch (options.parse(commandLineArguments(argc, argv) + pluginArguments)) {
     case HostCommandLine::Result::Error:
         err << "orvchstrip-host: " << options.error << "\nTry 'orvchstrip-host --help'.\n";
         return 2;

@@ -1,4 +1,5 @@
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
@@ -16,16 +17,26 @@ QList<const ToolCommand *> &registry()
     return commands;
 }
 
-void printUsage(QTextStream &stream)
+// Every command's usage, one line each, in the order of the names.
+QStringList usageLines()
 {
-    stream << "Usage: orvchstrip-tool COMMAND ... [--json]\n\nCommands:\n";
     QList<const ToolCommand *> commands = ToolCommand::all();
     std::sort(commands.begin(), commands.end(),
         [](const ToolCommand *a, const ToolCommand *b) { return qstrcmp(a->name, b->name) < 0; });
+    QStringList lines;
     for (const ToolCommand *command : std::as_const(commands)) {
         for (const QString &line : QString::fromUtf8(command->usage).split(QLatin1Char('\n')))
-            stream << "  orvchstrip-tool " << line << '\n';
+            lines << QStringLiteral("orvchstrip-tool ") + line;
     }
+    return lines << QStringLiteral("orvchstrip-tool --version [--json]")
+                 << QStringLiteral("orvchstrip-tool --help [--json]");
+}
+
+void printUsage(QTextStream &stream)
+{
+    stream << "Usage: orvchstrip-tool COMMAND ... [--json]\n\nCommands:\n";
+    for (const QString &line : usageLines())
+        stream << "  " << line << '\n';
     stream << "\n--json prints one JSON object for scripts.\n";
 }
 
@@ -104,6 +115,18 @@ QStringList commandLineArguments(int argc, char *argv[])
 #endif
 }
 
+int printHelp(ToolContext &context)
+{
+    if (!context.json) {
+        printUsage(context.out);
+        return 0;
+    }
+    context.out << QJsonDocument(
+        QJsonObject { { QStringLiteral("usage"), QJsonArray::fromStringList(usageLines()) } })
+                       .toJson(QJsonDocument::Indented);
+    return 0;
+}
+
 int printVersion(ToolContext &context)
 {
     if (context.json) {
@@ -131,10 +154,13 @@ int main(int argc, char *argv[])
     ToolContext context { commandLineArguments(argc, argv), false, out, err };
     context.json = context.arguments.removeAll(QStringLiteral("--json")) > 0;
     const QString first = context.arguments.value(0);
-    if (context.arguments.isEmpty() || first == QLatin1String("--help") || first == QLatin1String("-h")) {
-        printUsage(context.arguments.isEmpty() ? err : out);
-        return context.arguments.isEmpty() ? 2 : 0;
+    if (context.arguments.isEmpty()) {
+        context.fail(QString(), QString(), QStringLiteral("no command given"), 2);
+        printUsage(err);
+        return 2;
     }
+    if (first == QLatin1String("--help") || first == QLatin1String("-h"))
+        return printHelp(context);
     if (first == QLatin1String("--version"))
         return context.arguments.size() == 1
             ? printVersion(context)

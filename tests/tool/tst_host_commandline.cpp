@@ -112,6 +112,8 @@ void TestHostCommandLine::refusedOptions_data()
     QTest::newRow("state on exit onto a FIFO")
         << QStringList { "--save-state-on-exit", "fifo" }
         << "--save-state-on-exit fifo: not a regular file (a FIFO)" << 2;
+    QTest::newRow("picture onto a FIFO")
+        << QStringList { "--screenshot", "fifo" } << "--screenshot fifo: not a regular file (a FIFO)" << 2;
 #endif
     QTest::newRow("audio onto a device")
         << QStringList { "--output", "/dev/null" } << "--output /dev/null: not a regular file" << 2;

@@ -191,6 +191,7 @@ void TestToolCommandLine::badInputIsReported_data()
         "@/made.ord" } << 2 << "^orvchstrip-tool: morph show: unknown option '-x'; usage: ";
     QTest::newRow("unknown option of morph make") << QStringList { "morph", "make", "--form", "@/glue.json",
         "--out", "@/made.ord" } << 2 << "^orvchstrip-tool: morph make: unknown option '--form'; usage: ";
+    QTest::newRow("no command") << QStringList() << 2 << "^orvchstrip-tool: no command given$";
     QTest::newRow("unknown option first")
         << QStringList { "--verbose" } << 2 << "^orvchstrip-tool: unknown option '--verbose'$";
     QTest::newRow("newline in a command")
@@ -246,6 +247,7 @@ void TestToolCommandLine::jsonOnRequest_data()
     QTest::addColumn<QString>("key"); // a key the object holds
 
     QTest::newRow("version") << QStringList { "--version", "--json" } << "product_version";
+    QTest::newRow("help") << QStringList { "--json", "--help" } << "usage";
     QTest::newRow("--json before the command")
         << QStringList { "--json", "state", "dump", "@/good.state" } << "chunk_values";
     QTest::newRow("morph make") << QStringList { "morph", "make", "--json", "--from", "@/glue.json", "--out",
