@@ -8,8 +8,10 @@
 // ToolCommand object; main() dispatches on the first argument.
 struct ToolContext
 {
-    QStringList arguments; // after the group name, options included; file names as NativeFileName holds them
-    bool json = false;     // --json was given anywhere
+    // After the group name, options included; a file name keeps the bytes
+    // that are not UTF-8 as NativeFileName does.
+    QStringList arguments;
+    bool json = false; // --json was given anywhere
     QTextStream &out;
     QTextStream &err;
 
