@@ -125,12 +125,15 @@ void AtomicFileWriter::removeLeftovers() const
     const QRegularExpression pattern(
         QStringLiteral("^%1\\.[A-Za-z]{6}$").arg(QRegularExpression::escape(target.fileName())));
     const QDateTime quietSince = QDateTime::currentDateTimeUtc().addSecs(-QuietSeconds);
-    const QFileInfoList files = target.dir().entryInfoList(
-        { target.fileName() + QStringLiteral(".??????") }, QDir::Files | QDir::Hidden | QDir::System);
-    for (const QFileInfo &file : files) {
-        if (file.isSymLink() || !file.isFile() || !pattern.match(file.fileName()).hasMatch()
-            || !ownedByUser(file) || file.lastModified().toUTC() > quietSince)
+    // The pattern alone picks them: a wildcard filter would take a '[' in the
+    // name for a character class.
+    const QDir folder = target.dir();
+    for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden | QDir::System)) {
+        if (!pattern.match(name).hasMatch())
             continue;
-        QFile::remove(file.filePath());
+        const QFileInfo file(folder.filePath(name));
+        if (!file.isSymLink() && file.isFile() && ownedByUser(file)
+            && file.lastModified().toUTC() <= quietSince)
+            QFile::remove(file.filePath());
     }
 }
