@@ -5,6 +5,7 @@
 #include <QImageWriter>
 #include <cmath>
 
+#include "ORVChStrip/Chunk/AtomicFileWriter.h"
 #include "Processing/GeneratedSignal.h"
 
 namespace {
@@ -27,6 +28,13 @@ QByteArray pictureFormat(const QString &path)
     return supportedFormats().contains(suffix) ? suffix.toLatin1() : QByteArray();
 }
 
+// Files are replaced whole, and a device or a FIFO is never replaced.
+QString destinationError(const QString &option, const QString &path)
+{
+    const QString problem = AtomicFileWriter::destinationProblem(path);
+    return problem.isEmpty() ? QString() : QStringLiteral("%1 %2: %3").arg(option, path, problem);
+}
+
 // A file to write when the editor closes must have its folder already: a
 // typing error found at start-up costs nothing, found at the end it costs the
 // session's state.
@@ -39,7 +47,7 @@ QString missingFolderError(const QString &option, const QString &path)
         return QStringLiteral("%1 takes a file, and '%2' is a folder").arg(option, path);
     if (!QFileInfo(file.absolutePath()).isDir())
         return QStringLiteral("%1 %2: the folder '%3' does not exist").arg(option, path, file.absolutePath());
-    return QString();
+    return destinationError(option, path);
 }
 
 bool toNumber(const QString &text, double *number)
@@ -195,13 +203,18 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
                             supportedFormats().join(QStringLiteral(", ")));
             return Result::Error;
         }
+        error = destinationError(QStringLiteral("--screenshot"), screenshotPath);
+        if (!error.isEmpty())
+            return Result::Error;
     }
     gallery = parser.isSet(galleryOption);
     loadStatePath = parser.value(loadStateOption);
     saveStatePath = parser.value(saveStateOption);
     saveStateOnExitPath = parser.value(saveStateOnExitOption);
     dumpParametersOnExitPath = parser.value(dumpParametersOption);
-    error = missingFolderError(QStringLiteral("--save-state-on-exit"), saveStateOnExitPath);
+    error = destinationError(QStringLiteral("--save-state"), saveStatePath);
+    if (error.isEmpty())
+        error = missingFolderError(QStringLiteral("--save-state-on-exit"), saveStateOnExitPath);
     if (error.isEmpty())
         error = missingFolderError(QStringLiteral("--dump-parameters-on-exit"), dumpParametersOnExitPath);
     if (error.isEmpty() && gallery && !(saveStateOnExitPath.isEmpty() && dumpParametersOnExitPath.isEmpty()))
@@ -225,5 +238,6 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     signalName = parser.value(signalOption).toLower();
     inputPath = parser.value(inputOption);
     outputPath = parser.value(outputOption);
-    return Result::Run;
+    error = destinationError(QStringLiteral("--output"), outputPath);
+    return error.isEmpty() ? Result::Run : Result::Error;
 }

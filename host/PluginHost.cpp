@@ -27,9 +27,41 @@ QString PluginHost::defaultPluginPath()
     return QDir::cleanPath(hostFolder.filePath(QStringLiteral("../plugins/orvchstrip")));
 }
 
+namespace {
+
+// Why an existing file cannot be a plug-in, or empty: QPluginLoader says only
+// "not found" of a text file or a device.
+QString notALibrary(const QFileInfo &file)
+{
+    if (file.isDir())
+        return QStringLiteral("the path is a folder");
+    QFile library(file.filePath());
+    if (!file.isFile() || !library.open(QIODevice::ReadOnly))
+        return QStringLiteral("the file is not a shared library");
+    // ELF, Mach-O (thin or universal) and PE start with these.
+    const QByteArray magic = library.read(4);
+    for (const char *start : { "\x7f"
+                               "ELF",
+             "\xfe\xed\xfa", "\xce\xfa\xed\xfe", "\xcf\xfa\xed\xfe", "\xca\xfe\xba\xbe", "MZ" }) {
+        if (magic.startsWith(start))
+            return QString();
+    }
+    return QStringLiteral("the file is not a shared library");
+}
+
+} // namespace
+
 bool PluginHost::load(const QString &path, QString *error)
 {
-    m_loader.setFileName(path);
+    // A path without the suffix is QPluginLoader's to complete.
+    const QFileInfo file(path);
+    if (file.exists()) {
+        if (const QString problem = notALibrary(file); !problem.isEmpty()) {
+            *error = QStringLiteral("cannot load the plug-in %1: %2").arg(path, problem);
+            return false;
+        }
+    }
+    m_loader.setFileName(file.exists() ? file.absoluteFilePath() : path);
     m_pInstance = m_loader.instance();
     if (!m_pInstance) {
         *error = QStringLiteral("cannot load the plug-in %1: %2").arg(path, m_loader.errorString());

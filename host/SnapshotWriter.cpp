@@ -24,7 +24,8 @@ bool SnapshotWriter::write(QString *error) const
         QTextStream out(&values);
         printParameterValues(m_memory, m_channel, out);
         out.flush();
-        if (!AtomicFileWriter::write(m_parametersPath, values.toUtf8(), &problem))
+        if (!AtomicFileWriter::write(
+                m_parametersPath, values.toUtf8(), &problem, AtomicFileWriter::Leftovers::RemoveStale))
             problems << problem;
     }
     *error = problems.join(QStringLiteral("; "));

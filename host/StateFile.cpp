@@ -4,14 +4,18 @@
 #include <algorithm>
 
 #include "ChannelStripModel.h"
-#include "ORVChStrip/Chunk/AtomicFileWriter.h"
-#include "ORVChStrip/Chunk/FileBStream.h"
 #include "Interfaces/IComponent.h"
+#include "ORVChStrip/Chunk/AtomicFileWriter.h"
+#include "ORVChStrip/Chunk/BoundedFileReader.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ParameterMemory.h"
 #include "StateFileLayout.h"
 
 namespace {
+
+// Far more than any saved state holds (1,664 bytes), so that a wrong file,
+// a huge one or a device is refused before it fills the memory.
+constexpr qint64 StateReadLimit = 64 * 1024;
 
 // Every strip's own channels and its nine morph points per channel.
 constexpr int SnapshotChannels = ChannelStripModel::ChannelCount * 9;
@@ -57,7 +61,7 @@ bool StateFile::save(IComponent *component, const QString &path, QString *error)
         *error = QStringLiteral("the plug-in could not write its state (result %1)").arg(result);
         return false;
     }
-    return AtomicFileWriter::write(path, bytes, error);
+    return AtomicFileWriter::write(path, bytes, error, AtomicFileWriter::Leftovers::RemoveStale);
 }
 
 bool StateFile::load(
@@ -69,16 +73,15 @@ bool StateFile::load(
         *error = QStringLiteral("the editor has no state component");
         return false;
     }
-    auto *stream = new FileBStream;
-    if (!stream->open(path, QIODevice::ReadOnly)) {
-        *error = QStringLiteral("cannot read %1: %2").arg(path, stream->errorString());
-        stream->release();
+    BoundedFileReader reader(StateReadLimit, QStringLiteral("a saved state"));
+    if (!reader.read(path)) {
+        *error = QStringLiteral("%1: %2").arg(path, reader.errorString());
         return false;
     }
+    const QByteArray &bytes = reader.bytes();
+    auto *stream = new MemoryBStream(bytes);
     const QMap<QString, QString> before = memory.snapshot(SnapshotChannels);
     const int32_t result = component->setState(stream);
-    stream->file().seek(0);
-    const QByteArray bytes = stream->file().readAll();
     stream->release();
     if (result == kResultOk) {
         const StateFileLayout layout(bytes);

@@ -9,6 +9,7 @@
 #include "HostWindow.h"
 #include "Interfaces/IORVControlsGallery.h"
 #include "Interfaces/IQXEffectEditor.h"
+#include "ORVChStrip/Chunk/NativeFileName.h"
 #include "ParameterListing.h"
 #include "PluginHost.h"
 #include "Processing/AudioFileSignal.h"
@@ -155,6 +156,22 @@ QStringList takePluginOption(int &argc, char *argv[])
     return taken;
 }
 
+// The arguments Qt left, as typed: a file name's bytes need not be UTF-8,
+// and QCoreApplication::arguments() would turn such bytes into U+FFFD.
+QStringList commandLineArguments(int argc, char *argv[])
+{
+#ifdef Q_OS_UNIX
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << NativeFileName::fromBytes(QByteArray(argv[i]));
+    return arguments;
+#else
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+    return QCoreApplication::arguments();
+#endif
+}
+
 // Without a display the host still renders pictures, offscreen. With a
 // display named but out of reach, Qt tries the platforms of the list in
 // turn instead of aborting, so --help, --list-parameters and --screenshot
@@ -198,6 +215,10 @@ bool applySetting(PluginHost &host, const QString &key, const QString &text, int
 
 int main(int argc, char *argv[])
 {
+    // SIGUSR1 asks for the exit files; until the event loop answers it, and
+    // in a run that writes none, it must not end the host as it would by
+    // default.
+    std::signal(SIGUSR1, SIG_IGN);
     const QStringList pluginArguments = takePluginOption(argc, argv);
     choosePlatform();
     QApplication app(argc, argv);
@@ -208,7 +229,7 @@ int main(int argc, char *argv[])
     QTextStream err(stderr);
 
     HostCommandLine options;
-    switch (options.parse(app.arguments() + pluginArguments)) {
+    switch (options.parse(commandLineArguments(argc, argv) + pluginArguments)) {
     case HostCommandLine::Result::Error:
         err << "orvchstrip-host: " << options.error << "\nTry 'orvchstrip-host --help'.\n";
         return 2;
@@ -292,15 +313,20 @@ int main(int argc, char *argv[])
             editor, QStringLiteral("editor panel"), path, options.screenshotFormat, 1.0, err);
         return writeSnapshot() ? status : 1;
     }
-    // A script asks the running host for the files with SIGUSR1.
-    std::unique_ptr<UnixSignalNotifier> snapshotRequest;
-    if (!snapshot.isEmpty()) {
-        snapshotRequest = std::make_unique<UnixSignalNotifier>(SIGUSR1);
-        QObject::connect(snapshotRequest.get(), &UnixSignalNotifier::activated, writeSnapshot);
-        if (!snapshotRequest->isValid())
-            err << "orvchstrip-host: cannot listen for SIGUSR1; the files are written when the editor "
-                   "closes\n";
-    }
+    // A script asks the running host for the files with SIGUSR1; without
+    // them named, the signal saves nothing and the session goes on.
+    UnixSignalNotifier snapshotRequest(SIGUSR1);
+    QObject::connect(&snapshotRequest, &UnixSignalNotifier::activated, [&snapshot, &err, &writeSnapshot] {
+        if (snapshot.isEmpty())
+            err << "orvchstrip-host: SIGUSR1: nothing to save (no --save-state-on-exit or "
+                   "--dump-parameters-on-exit)\n"
+                << Qt::flush;
+        else
+            writeSnapshot();
+    });
+    if (!snapshot.isEmpty() && !snapshotRequest.isValid())
+        err << "orvchstrip-host: cannot listen for SIGUSR1; the files are written when the editor "
+               "closes\n";
     model->start();
     window.show();
     if (options.keepEditorSettings) {

@@ -1,9 +1,9 @@
 // orvchstrip-tool state dump FILE and chunk dump FILE: describe a saved
 // plug-in state or a channel-strip chunk file, chunk by chunk.
-#include <QFile>
 #include <QJsonDocument>
 
 #include "HostModel.h"
+#include "ORVChStrip/Chunk/BoundedFileReader.h"
 #include "tools/PrintableName.h"
 #include "tools/StateInspector.h"
 #include "tools/ToolCommand.h"
@@ -12,19 +12,27 @@ namespace {
 
 using Inspect = bool (StateInspector::*)(const QByteArray &);
 
+// Far more than any state or chunk file holds (a state is 1,664 bytes), and
+// little enough that /dev/zero or a wrong file is refused at once.
+constexpr qint64 ReadLimit = 64 * 1024;
+
 int dump(ToolContext &context, const char *group, const char *what, Inspect inspect)
 {
     const QString command = QStringLiteral("%1 dump").arg(QLatin1String(group));
-    if (context.arguments.size() != 2 || context.arguments.first() != QLatin1String("dump"))
-        return context.fail(QLatin1String(group), QString(),
-            QStringLiteral("usage: orvchstrip-tool %1 dump FILE [--json]").arg(QLatin1String(group)), 2);
+    const QString usage = QStringLiteral("%1 dump FILE [--json]").arg(QLatin1String(group));
+    if (context.arguments.value(0) != QLatin1String("dump"))
+        return context.failUsage(QLatin1String(group), context.arguments.value(0), usage);
+    for (const QString &argument : context.arguments.mid(1)) {
+        if (argument.startsWith(QLatin1Char('-')))
+            return context.failUsage(command, argument, usage);
+    }
+    if (context.arguments.size() != 2)
+        return context.failUsage(command, context.arguments.value(2), usage);
     const QString path = context.arguments.at(1);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return context.fail(command, path, QStringLiteral("cannot read: %1").arg(file.errorString()));
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return context.fail(command, path, QStringLiteral("cannot read: %1").arg(file.errorString()));
+    BoundedFileReader reader(ReadLimit, QStringLiteral("a %1").arg(QLatin1String(what)));
+    if (!reader.read(path))
+        return context.fail(command, path, reader.errorString());
+    const QByteArray &bytes = reader.bytes();
 
     // The reference host's model gives the stored values their texts.
     const HostModel model = HostModel::channelStrip();
@@ -32,7 +40,7 @@ int dump(ToolContext &context, const char *group, const char *what, Inspect insp
     const bool valid = (inspector.*inspect)(bytes);
     if (context.json) {
         QJsonObject object = inspector.toJson();
-        object.insert(QStringLiteral("file"), path);
+        object.insert(QStringLiteral("file"), PrintableName::forJson(path));
         context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
     } else {
         context.out << PrintableName::escaped(path) << ":\n";

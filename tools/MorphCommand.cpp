@@ -7,12 +7,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStringDecoder>
 
 #ifdef Q_OS_UNIX
 #include <dirent.h>
 #endif
 
+#include "ORVChStrip/Chunk/NativeFileName.h"
 #include "ORVChStrip/ORVD/ORVD_Data.h"
 #include "ORVChStrip/ORVD/ORVD_FolderCollectionImp.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
@@ -26,7 +26,7 @@ namespace {
 
 constexpr const char *MorphUsage
     = "morph list [--folder DIR] [--json] | morph show FILE [--json] | morph make "
-      "--from TABLE.json --out FILE.ord";
+      "--from TABLE.json --out FILE.ord [--json]";
 const QString Command = QStringLiteral("morph list");
 
 constexpr int NameColumns = 40;
@@ -95,22 +95,7 @@ QList<QByteArray> undecodableFileNames(const QString &folder)
 
 QString escapedBytes(const QByteArray &name)
 {
-    QString text;
-    for (qsizetype i = 0; i < name.size();) {
-        // The longest valid UTF-8 sequence at i, else one byte as \xNN.
-        qsizetype length = 4;
-        while (
-            length > 0 && (i + length > name.size() || !QUtf8StringView(name.mid(i, length)).isValidUtf8()))
-            --length;
-        if (length == 0) {
-            text += QStringLiteral("\\x%1").arg(uchar(name.at(i)), 2, 16, QLatin1Char('0'));
-            ++i;
-        } else {
-            text += PrintableName::escaped(QString::fromUtf8(name.mid(i, length)));
-            i += length;
-        }
-    }
-    return text;
+    return PrintableName::escaped(NativeFileName::fromBytes(name));
 }
 
 QList<Row> describe(const std::vector<ORVD_Select *> &selects)
@@ -168,7 +153,7 @@ void printJson(ToolContext &context, const QString &folder, bool exists, const Q
         });
     }
     const QJsonObject object {
-        { QStringLiteral("folder_path"), QDir::toNativeSeparators(folder) },
+        { QStringLiteral("folder_path"), PrintableName::forJson(QDir::toNativeSeparators(folder)) },
         { QStringLiteral("folder_exists"), exists },
         { QStringLiteral("rows"), array },
         { QStringLiteral("left_out"), leftOutJson },
@@ -235,10 +220,7 @@ int runList(ToolContext &context, const QStringList &arguments)
         } else if (argument.startsWith(QLatin1String("--folder="))) {
             folder = argument.mid(9);
         } else {
-            return context.fail(Command, QString(),
-                QStringLiteral("unexpected argument '%1'; usage: orvchstrip-tool %2")
-                    .arg(PrintableName::escaped(argument), QLatin1String(MorphUsage)),
-                2);
+            return context.failUsage(Command, argument, QLatin1String(MorphUsage));
         }
     }
 
@@ -273,8 +255,8 @@ int runMorph(ToolContext &context)
     if (MorphRecordCommands::handles(context.arguments.value(0)))
         return MorphRecordCommands::run(context);
     if (context.arguments.isEmpty() || context.arguments.first() != QLatin1String("list"))
-        return context.fail(QStringLiteral("morph"), QString(),
-            QStringLiteral("usage: orvchstrip-tool %1").arg(QLatin1String(MorphUsage)), 2);
+        return context.failUsage(
+            QStringLiteral("morph"), context.arguments.value(0), QLatin1String(MorphUsage));
     return runList(context, context.arguments.mid(1));
 }
 

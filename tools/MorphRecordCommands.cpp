@@ -1,27 +1,33 @@
 #include "tools/MorphRecordCommands.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <cmath>
 #include <optional>
 
 #include "ChannelStripModel.h"
+#include "ORVChStrip/Chunk/AtomicFileWriter.h"
+#include "ORVChStrip/Chunk/BoundedFileReader.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ValueText.h"
+#include "tools/PrintableName.h"
 #include "tools/ToolCommand.h"
 
 using ORVChStripParameters::OrvaneDataParameterList;
 
 namespace {
 
-// Larger files cannot be records; reading one byte more than a record is
-// enough to say so.
-constexpr qint64 ReadLimit = OrvdMorphRecord::Size + 1;
+const QString Show = QStringLiteral("morph show");
+const QString Make = QStringLiteral("morph make");
+const QString ShowUsage = QStringLiteral("morph show FILE [--json]");
+const QString MakeUsage = QStringLiteral("morph make --from TABLE.json --out FILE.ord [--json]");
+
+// A table is a few kilobytes of JSON; this leaves room for long
+// descriptions and still refuses /dev/zero or a wrong file at once.
+constexpr qint64 TableReadLimit = 1024 * 1024;
 
 // The simulated host's description of every morph column, in record order.
 QList<ParameterDefinition> morphColumns()
@@ -54,9 +60,9 @@ QString valueText(const ParameterDefinition &column, int value)
 void showText(ToolContext &context, const QString &file, const OrvdMorphRecord &record)
 {
     const QList<ParameterDefinition> columns = morphColumns();
-    context.out << "File:   " << QDir::toNativeSeparators(file) << '\n'
-                << "Name:   " << record.name << '\n'
-                << "Id:     " << QString::fromLatin1(record.systemId) << '\n'
+    context.out << "File:   " << PrintableName::escaped(QDir::toNativeSeparators(file)) << '\n'
+                << "Name:   " << PrintableName::escaped(record.name) << '\n'
+                << "Id:     " << PrintableName::escaped(QString::fromLatin1(record.systemId)) << '\n'
                 << "Points: " << OrvdMorphRecord::PointCount << '\n';
     constexpr int KeyWidth = 20;
     constexpr int ValueWidth = 10;
@@ -91,7 +97,7 @@ void showJson(ToolContext &context, const QString &file, const OrvdMorphRecord &
         texts.append(pointTexts);
     }
     const QJsonObject object {
-        { QStringLiteral("file"), QDir::toNativeSeparators(file) },
+        { QStringLiteral("file"), PrintableName::forJson(QDir::toNativeSeparators(file)) },
         { QStringLiteral("name"), record.name },
         { QStringLiteral("id"), QString::fromLatin1(record.systemId) },
         { QStringLiteral("columns"), keys },
@@ -103,31 +109,40 @@ void showJson(ToolContext &context, const QString &file, const OrvdMorphRecord &
 
 int runShow(ToolContext &context, const QStringList &arguments)
 {
-    if (arguments.size() != 1 || arguments.first().startsWith(QLatin1String("--"))) {
-        context.err << "Usage: orvchstrip-tool morph show FILE [--json]\n";
-        return 2;
+    for (const QString &argument : arguments) {
+        if (argument.startsWith(QLatin1Char('-')))
+            return context.failUsage(Show, argument, ShowUsage);
     }
+    if (arguments.size() != 1)
+        return context.failUsage(Show, arguments.value(1), ShowUsage);
     const QString path = arguments.first();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        context.err << "orvchstrip-tool morph show: cannot read '" << QDir::toNativeSeparators(path)
-                    << "': " << file.errorString() << '\n';
-        return 1;
-    }
-    const QByteArray bytes = file.read(ReadLimit);
+    BoundedFileReader reader(OrvdMorphRecord::Size, QStringLiteral("a morph data file"));
+    if (!reader.read(path))
+        return context.fail(Show, path, reader.errorString());
     OrvdMorphRecord record;
-    const OrvdMorphRecord::ReadResult result = OrvdMorphRecord::read(bytes, &record);
-    if (result != OrvdMorphRecord::ReadResult::Ok) {
-        context.err << "orvchstrip-tool morph show: '" << QDir::toNativeSeparators(path)
-                    << "' is not a morph data file: " << OrvdMorphRecord::describe(result, file.size())
-                    << '\n';
-        return 1;
-    }
+    const OrvdMorphRecord::ReadResult result = OrvdMorphRecord::read(reader.bytes(), &record);
+    if (result != OrvdMorphRecord::ReadResult::Ok)
+        return context.fail(Show, path,
+            QStringLiteral("not a morph data file: %1")
+                .arg(OrvdMorphRecord::describe(result, reader.bytes().size())));
     if (context.json)
         showJson(context, path, record);
     else
         showText(context, path, record);
     return 0;
+}
+
+// Where `text` holds a control character (a line break, an escape sequence),
+// which a name printed on one line or sent to the host's display cannot show.
+qsizetype controlCharacterAt(const QString &text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar::Category category = text.at(i).category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line
+            || category == QChar::Separator_Paragraph)
+            return i;
+    }
+    return -1;
 }
 
 // The record a table describes, or nothing with `problem` saying why.
@@ -140,6 +155,12 @@ std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString
         return std::nullopt;
     }
     record.name = name.toString();
+    if (const qsizetype at = controlCharacterAt(record.name); at >= 0) {
+        *problem = QStringLiteral("\"name\" holds a control character (%1 at character %2)")
+                       .arg(PrintableName::escaped(record.name.at(at)))
+                       .arg(at + 1);
+        return std::nullopt;
+    }
     const QJsonValue id = table.value(QLatin1String("id"));
     if (!id.isString() && !id.isUndefined()) {
         *problem = QStringLiteral("\"id\" must be a string");
@@ -194,8 +215,9 @@ std::optional<OrvdMorphRecord> recordFromTable(const QJsonObject &table, QString
         }
         for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column) {
             const ParameterDefinition &definition = columns.at(column);
-            const QString where
-                = QStringLiteral("point %1, column %2").arg(point + 1).arg(QString::fromLatin1(definition.key));
+            const QString where = QStringLiteral("point %1, column %2")
+                                      .arg(point + 1)
+                                      .arg(QString::fromLatin1(definition.key));
             const QJsonValue value = values.at(column);
             const double number = value.toDouble(std::nan(""));
             if (!value.isDouble() || number != std::floor(number)) {
@@ -233,30 +255,23 @@ int runMake(ToolContext &context, const QStringList &arguments)
         QString *target = argument == QLatin1String("--from") ? &from
             : argument == QLatin1String("--out")              ? &out
                                                               : nullptr;
-        if (target && i + 1 < arguments.size()) {
+        if (target && i + 1 < arguments.size())
             *target = arguments.at(++i);
-        } else if (argument.startsWith(QLatin1String("--from="))) {
+        else if (argument.startsWith(QLatin1String("--from=")))
             from = argument.mid(7);
-        } else if (argument.startsWith(QLatin1String("--out="))) {
+        else if (argument.startsWith(QLatin1String("--out=")))
             out = argument.mid(6);
-        } else {
-            from.clear();
-            break;
-        }
+        else
+            return context.failUsage(Make, target ? QString() : argument, MakeUsage);
     }
-    if (from.isEmpty() || out.isEmpty()) {
-        context.err << "Usage: orvchstrip-tool morph make --from TABLE.json --out FILE.ord\n";
-        return 2;
-    }
+    if (from.isEmpty() || out.isEmpty())
+        return context.failUsage(Make, QString(), MakeUsage);
 
-    QFile tableFile(from);
-    if (!tableFile.open(QIODevice::ReadOnly)) {
-        context.err << "orvchstrip-tool morph make: cannot read '" << QDir::toNativeSeparators(from)
-                    << "': " << tableFile.errorString() << '\n';
-        return 1;
-    }
+    BoundedFileReader table(TableReadLimit, QStringLiteral("a morph table"));
+    if (!table.read(from))
+        return context.fail(Make, from, table.errorString());
     QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(tableFile.readAll(), &parseError);
+    const QJsonDocument document = QJsonDocument::fromJson(table.bytes(), &parseError);
     QString problem;
     std::optional<OrvdMorphRecord> record;
     if (parseError.error != QJsonParseError::NoError)
@@ -267,26 +282,20 @@ int runMake(ToolContext &context, const QStringList &arguments)
         problem = QStringLiteral("the table must be a JSON object");
     else
         record = recordFromTable(document.object(), &problem);
-    if (!record) {
-        context.err << "orvchstrip-tool morph make: " << QDir::toNativeSeparators(from) << ": " << problem
-                    << '\n';
-        return 1;
-    }
+    if (!record)
+        return context.fail(Make, from, problem);
 
     // All or nothing: a failed write leaves an existing file as it was.
-    QSaveFile file(out);
-    const QByteArray bytes = record->write();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()
-        || !file.commit()) {
-        context.err << "orvchstrip-tool morph make: cannot write '" << QDir::toNativeSeparators(out)
-                    << "': " << file.errorString() << '\n';
-        return 1;
-    }
+    AtomicFileWriter writer(out, AtomicFileWriter::Leftovers::RemoveStale);
+    if (!writer.write(record->write()))
+        return context.fail(Make, out, QStringLiteral("cannot write: %1").arg(writer.errorString()));
     if (!context.json)
-        context.out << "Wrote " << QDir::toNativeSeparators(out) << " (" << record->name << ")\n";
+        context.out << "Wrote " << PrintableName::escaped(QDir::toNativeSeparators(out)) << " ("
+                    << PrintableName::escaped(record->name) << ")\n";
     else
-        context.out << QJsonDocument(QJsonObject { { QStringLiteral("file"), QDir::toNativeSeparators(out) },
-                                         { QStringLiteral("name"), record->name } })
+        context.out << QJsonDocument(
+            QJsonObject { { QStringLiteral("file"), PrintableName::forJson(QDir::toNativeSeparators(out)) },
+                { QStringLiteral("name"), record->name } })
                            .toJson(QJsonDocument::Compact)
                     << '\n';
     return 0;

@@ -1,11 +1,13 @@
 // orvchstrip-tool preset info FILE: describes a preset container file.
 // orvchstrip-tool preset convert: copies old presets into the current folders.
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "ORVChStrip/Chunk/NativeFileName.h"
 #include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "ORVChStrip/Preset/PresetFileInfo.h"
 #include "tools/PrintableName.h"
@@ -47,7 +49,7 @@ QJsonObject infoToJson(const PresetFileInfo &info)
         });
     }
     QJsonObject object {
-        { QStringLiteral("file"), nativePath(info.path) },
+        { QStringLiteral("file"), PrintableName::forJson(nativePath(info.path)) },
         { QStringLiteral("valid"), info.isValid() },
         { QStringLiteral("file_size"), info.fileSize },
         { QStringLiteral("warnings"), QJsonArray::fromStringList(info.warnings) },
@@ -94,12 +96,30 @@ void printInfo(QTextStream &out, const PresetFileInfo &info)
         out << "  warning: " << warning << '\n';
 }
 
+// The header and chunk list of a preset, under a name that may hold bytes
+// that are not UTF-8.
+PresetFileInfo readInfo(const QString &path)
+{
+    QFile file;
+    QString error;
+    if (NativeFileName::openForReading(file, path, &error))
+        return PresetFileInfo::read(file, path);
+    PresetFileInfo info;
+    info.path = path;
+    info.error = QStringLiteral("cannot open: %1").arg(error);
+    return info;
+}
+
 int runInfo(ToolContext &context, const QStringList &arguments)
 {
+    const QString usage = QStringLiteral("preset info FILE [--json]");
+    for (const QString &argument : arguments) {
+        if (argument.startsWith(QLatin1Char('-')))
+            return context.failUsage(Info, argument, usage);
+    }
     if (arguments.size() != 1)
-        return context.fail(
-            Info, QString(), QStringLiteral("usage: orvchstrip-tool preset info FILE [--json]"), 2);
-    const PresetFileInfo info = PresetFileInfo::read(arguments.first());
+        return context.failUsage(Info, arguments.value(1), usage);
+    const PresetFileInfo info = readInfo(arguments.first());
     if (context.json)
         context.out << QJsonDocument(infoToJson(info)).toJson(QJsonDocument::Indented);
     else
@@ -236,10 +256,8 @@ int runPreset(ToolContext &context)
         return runInfo(context, rest);
     if (action == QLatin1String("convert"))
         return runConvert(context, rest);
-    QString usage = QStringLiteral("usage:");
-    for (const QString &line : QString::fromLatin1(PresetUsage).split(QLatin1Char('\n')))
-        usage += QStringLiteral("\n  orvchstrip-tool ") + line;
-    return context.fail(QStringLiteral("preset"), QString(), usage, 2);
+    const QString usage = QString::fromLatin1(PresetUsage).replace(QLatin1Char('\n'), QLatin1String(" | "));
+    return context.failUsage(QStringLiteral("preset"), action, usage);
 }
 
 const ToolCommand presetCommand("preset", PresetUsage, &runPreset);

@@ -2,6 +2,8 @@
 
 #include <QList>
 
+#include "ORVChStrip/Chunk/NativeFileName.h"
+
 namespace {
 
 constexpr char32_t ReplacementCharacter = 0xFFFD;
@@ -31,7 +33,16 @@ QString PrintableName::escaped(const QString &name)
 {
     QString text;
     text.reserve(name.size());
-    for (const char32_t c : name.toUcs4()) {
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        if (const int byte = NativeFileName::undecodedByte(name, i); byte >= 0) {
+            text += QStringLiteral("\\x%1").arg(byte, 2, 16, QLatin1Char('0'));
+            continue;
+        }
+        char32_t c = name.at(i).unicode();
+        if (name.at(i).isHighSurrogate() && i + 1 < name.size() && name.at(i + 1).isLowSurrogate()) {
+            c = QChar::surrogateToUcs4(name.at(i), name.at(i + 1));
+            ++i;
+        }
         switch (c) {
         case '\\': text += QStringLiteral("\\\\"); continue;
         case '\n': text += QStringLiteral("\\n"); continue;
@@ -40,8 +51,9 @@ QString PrintableName::escaped(const QString &name)
         default: break;
         }
         const QChar::Category category = QChar::category(c);
-        if (c == ReplacementCharacter || category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph || (category == QChar::Other_Format && c != 0x200D)) {
+        if (c == ReplacementCharacter || QChar::isSurrogate(c) || category == QChar::Other_Control
+            || category == QChar::Separator_Line || category == QChar::Separator_Paragraph
+            || (category == QChar::Other_Format && c != 0x200D)) {
             text += c <= 0xFF ? QStringLiteral("\\x%1").arg(uint(c), 2, 16, QLatin1Char('0'))
                               : QStringLiteral("\\u%1").arg(uint(c), 4, 16, QLatin1Char('0'));
             continue;
@@ -49,6 +61,11 @@ QString PrintableName::escaped(const QString &name)
         text += QString::fromUcs4(&c, 1);
     }
     return text;
+}
+
+QString PrintableName::forJson(const QString &name)
+{
+    return NativeFileName::hasUndecodedBytes(name) ? escaped(name) : name;
 }
 
 int PrintableName::displayWidth(const QString &text)

@@ -11,6 +11,9 @@ class PrintableName
 {
 public:
     static QString escaped(const QString &name);
+    // A file name for a JSON string, which holds only Unicode: the name as it
+    // is, or escaped() when it holds bytes that are not UTF-8.
+    static QString forJson(const QString &name);
     // Terminal columns: 2 for East Asian wide and full-width characters,
     // 0 for combining marks and other zero-width characters, 1 otherwise.
     static int displayWidth(const QString &text);

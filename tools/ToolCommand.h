@@ -8,8 +8,10 @@
 // ToolCommand object; main() dispatches on the first argument.
 struct ToolContext
 {
-    QStringList arguments; // after the group name, options included
-    bool json = false;     // --json was given anywhere
+    // After the group name, options included; a file name keeps the bytes
+    // that are not UTF-8 as NativeFileName does.
+    QStringList arguments;
+    bool json = false; // --json was given anywhere
     QTextStream &out;
     QTextStream &err;
 
@@ -19,6 +21,9 @@ struct ToolContext
     int fail(const QString &command, const QString &file, const QString &message, int status = 1);
     int fail(
         const QString &command, const QString &file, qint64 offset, const QString &message, int status = 1);
+    // A command line the command cannot use, with status 2: names the
+    // unknown option or unexpected argument (when given) and the usage.
+    int failUsage(const QString &command, const QString &argument, const QString &usage);
 };
 
 class ToolCommand

@@ -1,3 +1,4 @@
+#include <QDateTime>
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
@@ -26,6 +27,8 @@ private slots:
     void fullDiskKeepsOldFile_data();
     void fullDiskKeepsOldFile();
     void unwritableFolderIsReported();
+    void leftoversAreRemoved_data();
+    void leftoversAreRemoved();
 };
 
 void TestAtomicFileWriter::fullDiskKeepsOldFile_data()
@@ -94,6 +97,51 @@ void TestAtomicFileWriter::unwritableFolderIsReported()
     QVERIFY2(error.startsWith(QStringLiteral("cannot write ") + QDir::toNativeSeparators(path)),
         qPrintable(error));
     QVERIFY(!QFileInfo::exists(path));
+}
+
+void TestAtomicFileWriter::leftoversAreRemoved_data()
+{
+    QTest::addColumn<QString>("stray");    // a file beside the target
+    QTest::addColumn<int>("age");          // seconds since it was last written
+    QTest::addColumn<bool>("throughLink"); // the target is reached through a symbolic link
+    QTest::addColumn<bool>("removed");
+
+    QTest::newRow("left by a killed save") << "target.bin.AbCdEf" << 60 << false << true;
+    QTest::newRow("beside a linked target") << "target.bin.AbCdEf" << 60 << true << true;
+    QTest::newRow("a save writing it now") << "target.bin.AbCdEf" << 0 << false << false;
+    QTest::newRow("another file's") << "other.bin.AbCdEf" << 60 << false << false;
+    QTest::newRow("seven letters") << "target.bin.AbCdEfG" << 60 << false << false;
+    QTest::newRow("digits") << "target.bin.abc123" << 60 << false << false;
+}
+
+void TestAtomicFileWriter::leftoversAreRemoved()
+{
+    QFETCH(QString, stray);
+    QFETCH(int, age);
+    QFETCH(bool, throughLink);
+    QFETCH(bool, removed);
+
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString folder = dir.filePath(QStringLiteral("real"));
+    const QString target = folder + QStringLiteral("/target.bin");
+    QVERIFY(writeFile(target, "old"));
+    QVERIFY(writeFile(folder + QLatin1Char('/') + stray, "old"));
+    QFile strayFile(folder + QLatin1Char('/') + stray);
+    QVERIFY(strayFile.open(QIODevice::ReadWrite));
+    QVERIFY(
+        strayFile.setFileTime(QDateTime::currentDateTime().addSecs(-age), QFileDevice::FileModificationTime));
+    strayFile.close();
+    const QString link = dir.filePath(QStringLiteral("link.bin"));
+    QVERIFY(!throughLink || QFile::link(target, link));
+
+    QString error;
+    QVERIFY2(AtomicFileWriter::write(
+                 throughLink ? link : target, "new", &error, AtomicFileWriter::Leftovers::RemoveStale),
+        qPrintable(error));
+    QCOMPARE(readFile(target), QByteArray("new"));
+    QCOMPARE(QFileInfo::exists(strayFile.fileName()), !removed);
+    QVERIFY(!throughLink || QFileInfo(link).isSymLink());
 }
 
 QTEST_GUILESS_MAIN(TestAtomicFileWriter)
