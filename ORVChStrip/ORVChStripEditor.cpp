@@ -373,16 +373,16 @@ void ORVChStripEditor::updateMeterRoutes()
     ui.m_pOutputMonoMeterBackground->setVisible(!stereo);
 
     m_meters.clear();
-    m_meters.add(this, Keys::InputMeter, m_ch1, false, ui.m_pInputStereoMeterL);
-    m_meters.add(this, Keys::InputMeter, m_ch1, false, ui.m_pInputMonoMeter);
-    m_meters.add(this, Keys::OutputMeter, m_ch1, false, ui.m_pOutputStereoMeterL);
-    m_meters.add(this, Keys::OutputMeter, m_ch1, false, ui.m_pOutputMonoMeter);
+    m_meters.add(parameterLookup(), Keys::InputMeter, m_ch1, false, ui.m_pInputStereoMeterL);
+    m_meters.add(parameterLookup(), Keys::InputMeter, m_ch1, false, ui.m_pInputMonoMeter);
+    m_meters.add(parameterLookup(), Keys::OutputMeter, m_ch1, false, ui.m_pOutputStereoMeterL);
+    m_meters.add(parameterLookup(), Keys::OutputMeter, m_ch1, false, ui.m_pOutputMonoMeter);
     if (stereo) {
-        m_meters.add(this, Keys::InputMeter, m_ch2, false, ui.m_pInputStereoMeterR);
-        m_meters.add(this, Keys::OutputMeter, m_ch2, false, ui.m_pOutputStereoMeterR);
+        m_meters.add(parameterLookup(), Keys::InputMeter, m_ch2, false, ui.m_pInputStereoMeterR);
+        m_meters.add(parameterLookup(), Keys::OutputMeter, m_ch2, false, ui.m_pOutputStereoMeterR);
     }
-    m_meters.add(this, Keys::SideChainMeter, m_ch1, false, ui.m_pSideChainMeter);
-    m_meters.add(this, Keys::GainReductionMeter, m_ch1, false, ui.m_pGainReductionMeter);
+    m_meters.add(parameterLookup(), Keys::SideChainMeter, m_ch1, false, ui.m_pSideChainMeter);
+    m_meters.add(parameterLookup(), Keys::GainReductionMeter, m_ch1, false, ui.m_pGainReductionMeter);
 
     unsigned short index = 0;
     const auto ch = static_cast<unsigned short>(std::max(m_ch1, 0));
@@ -453,8 +453,8 @@ void ORVChStripEditor::registerObservers()
     IMeterNotifier *notifier = nullptr;
     if (m_pMemAPI->getMeterNotifier(&notifier) >= 0 && notifier)
         notifier->addMeterObserver(this);
-    m_observed.attach(this, m_pMemAPI, ch);
-    m_pMorphMatch->attach(this, m_pMemAPI, ch);
+    m_observed.attach(&parameterLookup(), m_pMemAPI, ch);
+    m_pMorphMatch->attach(parameterLookup(), m_pMemAPI, ch);
 }
 
 int ORVChStripEditor::observedValue(int observed) const

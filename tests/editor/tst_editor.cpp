@@ -232,7 +232,7 @@ void tst_Editor::burstOfMorphUpdatesGivesOneComparison()
 {
     Host host;
     MorphMatchMonitor monitor;
-    monitor.attach(host.editor.get(), &host.memory, 0);
+    monitor.attach(host.editor->parameterLookup(), &host.memory, 0);
     QSignalSpy changed(&monitor, &MorphMatchMonitor::matchChanged);
     for (int i = 0; i < 50; ++i)
         monitor.request();
