@@ -6,6 +6,7 @@
 
 #include "Common/EffectEditor.h"
 #include "Common/EffectStyle.h"
+#include "Common/ParameterLookup.h"
 #include "Common/Widgets/ButtonGroupController.h"
 #include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
@@ -20,6 +21,7 @@
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IModelInfo.h"
+#include "ORVChStrip/KneeSelector.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 
 using namespace CommonController_MemAPI;
@@ -165,19 +167,12 @@ QStringList ControlsGallery::valueTexts(const char *key) const
 
 void ControlsGallery::route(MeterController *meter, const char *key, unsigned short ch, bool right)
 {
-    unsigned short index = 0;
-    if (EffectEditor::getMeterIndex(m_pModelInfo, key, ch, right, &index))
-        m_meterRoutes.append({ meter, index });
+    m_meters.add(ParameterLookup(m_pModelInfo), key, ch, right, meter);
 }
 
 void ControlsGallery::notifyMeterDbUpdated(unsigned int *values, unsigned int count)
 {
-    if (!values)
-        return;
-    for (const MeterRoute &route : std::as_const(m_meterRoutes)) {
-        if (route.index < count)
-            route.meter->setValue(static_cast<int>(values[route.index]));
-    }
+    m_meters.route(values, count);
 }
 
 QLabel *ControlsGallery::sectionTitle(const QString &title, int x, int y, int width)
@@ -283,55 +278,45 @@ void ControlsGallery::buildButtons()
     frame->setSvg(image("btn_knee_frame.svg"));
     const char *const lit[] = { "btn_knee_soft.svg", "btn_knee_medium.svg", "btn_knee_hard.svg" };
     const char *const pushed[] = { "btn_knee_soft_dw.svg", "btn_knee_medium_dw.svg", "btn_knee_hard_dw.svg" };
+    SvgLabel *litBackgrounds[3];
+    SvgLabel *pushedBackgrounds[3];
     for (int i = 0; i < 3; ++i) {
         auto *select = new SvgLabel(this);
         select->setGeometry(knee);
         select->setSvg(image(lit[i]));
         select->hide();
-        m_kneeSelectBackgrounds << select;
+        litBackgrounds[i] = select;
         auto *push = new SvgLabel(this);
         push->setGeometry(knee);
         push->setSvg(image(pushed[i]));
         push->hide();
-        m_kneePushBackgrounds << push;
+        pushedBackgrounds[i] = push;
     }
-    m_pKneeButtonGroup = new ButtonGroupController(this);
-    m_pKneeButtonGroup->setObjectName(QStringLiteral("m_pKneeButtonGroup"));
-    m_pKneeButtonGroup->setGeometry(knee.adjusted(0, 0, 0, 0));
-    m_pKneeButtonGroup->setFlat(true);
-    m_pKneeButtonGroup->setAccessibleName(tr("Compressor knee"));
+    auto *kneeGroup = new ButtonGroupController(this);
+    kneeGroup->setObjectName(QStringLiteral("m_pKneeButtonGroup"));
+    kneeGroup->setGeometry(knee.adjusted(0, 0, 0, 0));
+    kneeGroup->setFlat(true);
+    kneeGroup->setAccessibleName(tr("Compressor knee"));
+    m_pKneeSelector = std::make_unique<KneeSelector>(kneeGroup);
     const QString names[] = { tr("SOFT"), tr("MEDIUM"), tr("HARD") };
     for (int i = 0; i < 3; ++i) {
-        auto *button = new PushButtonController(m_pKneeButtonGroup);
+        auto *button = new PushButtonController(kneeGroup);
         button->setGeometry(1 + 52 * i, 1, 51, 27);
         button->setCheckable(true);
         button->setAutoExclusive(true);
         button->setText(names[i]);
         button->setFont(designFont("M+ 1c medium", 7));
-        connect(button, &QAbstractButton::pressed, this, &ControlsGallery::updateKnee);
-        connect(button, &QAbstractButton::released, this, &ControlsGallery::updateKnee);
+        m_pKneeSelector->addPosition(button, litBackgrounds[i], pushedBackgrounds[i]);
     }
-    connect(m_pKneeButtonGroup, qOverload<int>(&ButtonGroupController::valueChanged), this,
-        &ControlsGallery::updateKnee);
-    bind(m_pKneeButtonGroup, ChannelStripKeys::CompressorKnee);
+    m_pKneeSelector->connectChanges(this, &ControlsGallery::updateKnee);
+    bind(kneeGroup, ChannelStripKeys::CompressorKnee);
     caption(tr("Button group"), ChannelStripKeys::CompressorKnee, knee, 157);
 }
 
 void ControlsGallery::updateKnee()
 {
-    if (!m_pKneeButtonGroup)
-        return;
-    const QList<QAbstractButton *> &buttons = m_pKneeButtonGroup->buttons();
-    int held = -1;
-    for (int i = 0; i < buttons.size(); ++i) {
-        if (buttons.at(i)->isDown())
-            held = i;
-    }
-    const int selected = m_pKneeButtonGroup->value() - m_pKneeButtonGroup->minimumValue();
-    for (int i = 0; i < m_kneeSelectBackgrounds.size(); ++i) {
-        m_kneePushBackgrounds.at(i)->setVisible(i == held);
-        m_kneeSelectBackgrounds.at(i)->setVisible(held < 0 && i == selected);
-    }
+    if (m_pKneeSelector)
+        m_pKneeSelector->refresh();
 }
 
 void ControlsGallery::buildKnobs()
