@@ -6,7 +6,6 @@
 #include "Common/EffectFonts.h"
 #include "Common/EffectStyle.h"
 #include "Common/Widgets/AbstractController.h"
-#include "Interfaces/IModelInfo.h"
 
 using CommonController_MemAPI::FaderController;
 using CommonController_MemAPI::KnobController;
@@ -49,7 +48,7 @@ EffectEditor::~EffectEditor() = default;
 
 void EffectEditor::setModelInfo(IModelInfo *modelInfo)
 {
-    m_pModelInfo = modelInfo;
+    m_lookup.setModelInfo(modelInfo);
 }
 
 void EffectEditor::initialize()
@@ -65,39 +64,13 @@ void EffectEditor::initialize()
 bool EffectEditor::getParameter(
     IModelInfo *modelInfo, const char *key, unsigned short *prmId, unsigned short *second)
 {
-    if (!modelInfo || !key)
-        return false;
-    unsigned short index = 0;
-    if (!modelInfo->findParameter(&index, key))
-        return false;
-    unsigned short id = 0;
-    unsigned short count = 0;
-    if (!modelInfo->getParameterInfo(&id, &count, index))
-        return false;
-    if (prmId)
-        *prmId = id;
-    if (second)
-        *second = count;
-    return true;
+    return ParameterLookup(modelInfo).parameter(key, prmId, second);
 }
 
 bool EffectEditor::getMeterIndex(
     IModelInfo *modelInfo, const char *key, unsigned short ch, bool right, unsigned short *index)
 {
-    if (!modelInfo || !key)
-        return false;
-    unsigned short meter = 0;
-    if (!modelInfo->findMeter(&meter, key))
-        return false;
-    unsigned short base = 0;
-    unsigned short channels = 0;
-    if (!modelInfo->getMeterInfo(&base, &channels, meter))
-        return false;
-    if (channels <= ch)
-        return false;
-    if (index)
-        *index = static_cast<unsigned short>(base + 2 * ch + (right ? 1 : 0));
-    return true;
+    return ParameterLookup(modelInfo).meterIndex(key, ch, right, index);
 }
 
 void EffectEditor::initializeFontStyle(QWidget *widget)

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QPalette>
 
+#include "Common/ParameterLookup.h"
 #include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
 #include "Interfaces/IQXEffectEditor.h"
@@ -48,15 +49,18 @@ public:
     // the form is built and the model info is set.
     void initialize();
 
-    IModelInfo *modelInfo() const { return m_pModelInfo; }
+    IModelInfo *modelInfo() const { return m_lookup.modelInfo(); }
     bool getParameter(const char *key, unsigned short *prmId, unsigned short *second = nullptr) const
     {
-        return getParameter(m_pModelInfo, key, prmId, second);
+        return m_lookup.parameter(key, prmId, second);
     }
     bool getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const
     {
-        return getMeterIndex(m_pModelInfo, key, ch, right, index);
+        return m_lookup.meterIndex(key, ch, right, index);
     }
+    // The key lookup through this editor's model, for helpers that need
+    // nothing else of the editor. It lives as long as the editor.
+    const ParameterLookup &parameterLookup() const { return m_lookup; }
     // The same lookups for a widget that has a model but is no editor.
     static bool getParameter(
         IModelInfo *modelInfo, const char *key, unsigned short *prmId, unsigned short *second = nullptr);
@@ -79,6 +83,6 @@ public:
 private:
     EffectStyle *m_pStyle;
     QList<WidgetInformation> m_widgetInformationList;
-    IModelInfo *m_pModelInfo = nullptr;
+    ParameterLookup m_lookup;
     double m_scale = 1.0;
 };

@@ -1,6 +1,8 @@
 #include "Common/ObservedParameters.h"
 
-#include "Common/EffectEditor.h"
+#include <cstddef>
+
+#include "Common/ParameterLookup.h"
 #include "Interfaces/IMemAPI.h"
 
 ObservedParameters::ObservedParameters(IPrmObserver *observer, std::vector<const char *> keys)
@@ -10,10 +12,10 @@ ObservedParameters::ObservedParameters(IPrmObserver *observer, std::vector<const
     , m_found(m_keys.size(), false)
 { }
 
-void ObservedParameters::attach(const EffectEditor *editor, IMemAPI *memAPI, unsigned short ch)
+void ObservedParameters::attach(const ParameterLookup *lookup, IMemAPI *memAPI, unsigned short ch)
 {
     detach();
-    m_pEditor = editor;
+    m_pLookup = lookup;
     m_pMemAPI = memAPI;
     m_ch = ch;
     registerObserver();
@@ -21,11 +23,11 @@ void ObservedParameters::attach(const EffectEditor *editor, IMemAPI *memAPI, uns
 
 void ObservedParameters::registerObserver()
 {
-    if (!m_pEditor || !m_pMemAPI)
+    if (!m_pLookup || !m_pMemAPI)
         return;
-    for (size_t i = 0; i < m_keys.size(); ++i) {
+    for (std::size_t i = 0; i < m_keys.size(); ++i) {
         unsigned short id = 0;
-        if (!m_keys[i] || !m_pEditor->getParameter(m_keys[i], &id))
+        if (!m_keys[i] || !m_pLookup->parameter(m_keys[i], &id))
             continue;
         m_ids[i] = id;
         m_found[i] = true;
@@ -35,7 +37,7 @@ void ObservedParameters::registerObserver()
 
 void ObservedParameters::detach()
 {
-    for (size_t i = 0; i < m_keys.size(); ++i) {
+    for (std::size_t i = 0; i < m_keys.size(); ++i) {
         if (m_found[i] && m_pMemAPI)
             m_pMemAPI->removePrmObserver(m_ids[i], m_ch, m_pObserver);
         m_found[i] = false;
@@ -43,11 +45,11 @@ void ObservedParameters::detach()
     m_pMemAPI = nullptr;
 }
 
-bool ObservedParameters::setEditor(const EffectEditor *editor)
+bool ObservedParameters::setLookup(const ParameterLookup *lookup)
 {
-    if (m_pEditor == editor)
+    if (m_pLookup == lookup)
         return false;
-    attach(editor, m_pMemAPI, m_ch);
+    attach(lookup, m_pMemAPI, m_ch);
     return true;
 }
 
@@ -55,7 +57,7 @@ bool ObservedParameters::setMemAPI(IMemAPI *memAPI)
 {
     if (m_pMemAPI == memAPI)
         return false;
-    attach(m_pEditor, memAPI, m_ch);
+    attach(m_pLookup, memAPI, m_ch);
     return true;
 }
 
@@ -63,13 +65,13 @@ bool ObservedParameters::setCh(unsigned short ch)
 {
     if (m_ch == ch)
         return false;
-    attach(m_pEditor, m_pMemAPI, ch);
+    attach(m_pLookup, m_pMemAPI, ch);
     return true;
 }
 
 int ObservedParameters::indexOf(unsigned short prmId) const
 {
-    for (size_t i = 0; i < m_keys.size(); ++i) {
+    for (std::size_t i = 0; i < m_keys.size(); ++i) {
         if (m_found[i] && m_ids[i] == prmId)
             return int(i);
     }

@@ -2,18 +2,18 @@
 
 #include <vector>
 
-class EffectEditor;
 class IMemAPI;
+class ParameterLookup;
 class IPrmObserver;
 
 // The parameters one observer follows on one channel, named by keys. attach()
-// looks each key up through the editor and registers the observer for those
+// looks each key up and registers the observer for those
 // the model knows; detach() unregisters exactly those again. Keys keep their
 // position, so callers index them with their own enums; a null key is a
 // position that stays unbound.
 //
-// A widget that gets its editor, memory and channel one at a time keeps them
-// here: setEditor(), setMemAPI() and setCh() each register again with what
+// A widget that gets its lookup, memory and channel one at a time keeps them
+// here: setLookup(), setMemAPI() and setCh() each register again with what
 // is known so far, and read()/write() reach the bound parameters on the bound
 // channel.
 class ObservedParameters
@@ -24,14 +24,14 @@ public:
     ObservedParameters(const ObservedParameters &) = delete;
     ObservedParameters &operator=(const ObservedParameters &) = delete;
 
-    void attach(const EffectEditor *editor, IMemAPI *memAPI, unsigned short ch);
+    // The lookup is kept, not copied: the editor's follows its model.
+    void attach(const ParameterLookup *lookup, IMemAPI *memAPI, unsigned short ch);
     void detach();
 
     // Each returns false, and changes nothing, when the value is the same.
-    bool setEditor(const EffectEditor *editor);
+    bool setLookup(const ParameterLookup *lookup);
     bool setMemAPI(IMemAPI *memAPI);
     bool setCh(unsigned short ch);
-    const EffectEditor *editor() const { return m_pEditor; }
     // The memory as set, also while no key could be looked up yet.
     IMemAPI *memAPI() const { return m_pMemAPI; }
     unsigned short ch() const { return m_ch; }
@@ -56,7 +56,7 @@ private:
     std::vector<const char *> m_keys;
     std::vector<unsigned short> m_ids;
     std::vector<bool> m_found;
-    const EffectEditor *m_pEditor = nullptr;
+    const ParameterLookup *m_pLookup = nullptr;
     IMemAPI *m_pMemAPI = nullptr;
     unsigned short m_ch = 0;
 };

@@ -7,6 +7,7 @@
 
 #include "Common/EffectEditor.h"
 #include "Common/EffectStyle.h"
+#include "Common/ParameterLookup.h"
 #include "Common/Widgets/ButtonGroupController.h"
 #include "Common/Widgets/MeterController.h"
 #include "Common/Widgets/PullDownButtonController.h"
@@ -16,6 +17,7 @@
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IModelInfo.h"
+#include "ORVChStrip/KneeSelector.h"
 #include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/resources/OrvResources.h"
 #include "ui_ControlsGallery.h"
@@ -150,53 +152,30 @@ QStringList ControlsGallery::valueTexts(const char *key) const
 
 void ControlsGallery::route(MeterController *meter, const char *key, unsigned short ch, bool right)
 {
-    unsigned short index = 0;
-    if (EffectEditor::getMeterIndex(m_pModelInfo, key, ch, right, &index))
-        m_meterRoutes.append({ meter, index });
+    m_meters.add(ParameterLookup(m_pModelInfo), key, ch, right, meter);
 }
 
 void ControlsGallery::notifyMeterDbUpdated(unsigned int *values, unsigned int count)
 {
-    if (!values)
-        return;
-    for (const MeterRoute &route : std::as_const(m_meterRoutes)) {
-        if (route.index < count)
-            route.meter->setValue(static_cast<int>(values[route.index]));
-    }
+    m_meters.route(values, count);
 }
 
 void ControlsGallery::connectKneeSelector()
 {
     // One lit and one pressed picture per position under the three
     // transparent buttons of the group.
-    m_pKneeButtonGroup = m_pUi->m_pKneeButtonGroup;
-    m_kneeSelectBackgrounds
-        = { m_pUi->m_pKneeSoftSelect, m_pUi->m_pKneeMediumSelect, m_pUi->m_pKneeHardSelect };
-    m_kneePushBackgrounds = { m_pUi->m_pKneeSoftPush, m_pUi->m_pKneeMediumPush, m_pUi->m_pKneeHardPush };
-    for (QAbstractButton *button :
-        { m_pUi->m_pKneeSoftButton, m_pUi->m_pKneeMediumButton, m_pUi->m_pKneeHardButton }) {
-        connect(button, &QAbstractButton::pressed, this, &ControlsGallery::updateKnee);
-        connect(button, &QAbstractButton::released, this, &ControlsGallery::updateKnee);
-    }
-    connect(m_pKneeButtonGroup, qOverload<int>(&ButtonGroupController::valueChanged), this,
-        &ControlsGallery::updateKnee);
+    m_pKneeSelector = std::make_unique<KneeSelector>(m_pUi->m_pKneeButtonGroup);
+    m_pKneeSelector->addPosition(m_pUi->m_pKneeSoftButton, m_pUi->m_pKneeSoftSelect, m_pUi->m_pKneeSoftPush);
+    m_pKneeSelector->addPosition(
+        m_pUi->m_pKneeMediumButton, m_pUi->m_pKneeMediumSelect, m_pUi->m_pKneeMediumPush);
+    m_pKneeSelector->addPosition(m_pUi->m_pKneeHardButton, m_pUi->m_pKneeHardSelect, m_pUi->m_pKneeHardPush);
+    m_pKneeSelector->connectChanges(this, &ControlsGallery::updateKnee);
 }
 
 void ControlsGallery::updateKnee()
 {
-    if (!m_pKneeButtonGroup)
-        return;
-    const QList<QAbstractButton *> &buttons = m_pKneeButtonGroup->buttons();
-    int held = -1;
-    for (int i = 0; i < buttons.size(); ++i) {
-        if (buttons.at(i)->isDown())
-            held = i;
-    }
-    const int selected = m_pKneeButtonGroup->value() - m_pKneeButtonGroup->minimumValue();
-    for (int i = 0; i < m_kneeSelectBackgrounds.size(); ++i) {
-        m_kneePushBackgrounds.at(i)->setVisible(i == held);
-        m_kneeSelectBackgrounds.at(i)->setVisible(held < 0 && i == selected);
-    }
+    if (m_pKneeSelector)
+        m_pKneeSelector->refresh();
 }
 
 // The dB marks beside the input pair and the gain-reduction meter, placed

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <QList>
 #include <QWidget>
 #include <memory>
 
 #include "Interfaces/IMeterObserver.h"
+#include "ORVChStrip/MeterRouter.h"
 
 class EffectStyle;
 class IMemAPI;
 class IModelInfo;
-class SvgLabel;
+class KneeSelector;
 
 namespace Ui {
 class ControlsGallery;
@@ -17,9 +17,7 @@ class ControlsGallery;
 
 namespace CommonController_MemAPI {
 class AbstractController;
-class ButtonGroupController;
 class MeterController;
-class PushButtonController;
 } // namespace CommonController_MemAPI
 
 // A page that shows every control of the library on the editor's palette
@@ -40,12 +38,6 @@ public:
     void notifyMeterDbUpdated(unsigned int *values, unsigned int count) override;
 
 private:
-    struct MeterRoute
-    {
-        CommonController_MemAPI::MeterController *meter;
-        unsigned short index;
-    };
-
     void applyPaletteRoles();
     void showCaptionKeys();
     void bindControls();
@@ -66,8 +58,6 @@ private:
     IMemAPI *m_pMemAPI;
     IMeterNotifier *m_pMeterNotifier = nullptr;
     EffectStyle *m_pStyle;
-    CommonController_MemAPI::ButtonGroupController *m_pKneeButtonGroup = nullptr;
-    QList<SvgLabel *> m_kneeSelectBackgrounds;
-    QList<SvgLabel *> m_kneePushBackgrounds;
-    QList<MeterRoute> m_meterRoutes;
+    std::unique_ptr<KneeSelector> m_pKneeSelector;
+    MeterRouter m_meters;
 };

@@ -1,14 +1,13 @@
 #include "ORVChStrip/MeterRouter.h"
 
-#include "Common/EffectEditor.h"
+#include "Common/ParameterLookup.h"
 #include "Common/Widgets/MeterController.h"
 
-void MeterRouter::add(const EffectEditor *editor, const char *key, int ch, bool right,
+void MeterRouter::add(const ParameterLookup &lookup, const char *key, int ch, bool right,
     CommonController_MemAPI::MeterController *meter)
 {
     unsigned short index = 0;
-    if (!editor || !meter || ch < 0
-        || !editor->getMeterIndex(key, static_cast<unsigned short>(ch), right, &index))
+    if (!meter || ch < 0 || !lookup.meterIndex(key, static_cast<unsigned short>(ch), right, &index))
         return;
     m_routes.append({ meter, index });
 }

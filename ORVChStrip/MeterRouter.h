@@ -5,7 +5,7 @@
 namespace CommonController_MemAPI {
 class MeterController;
 }
-class EffectEditor;
+class ParameterLookup;
 
 // Hands the entries of the host's meter array to the meters that show them.
 // A route is made only for a meter key and channel that the model knows; an
@@ -16,7 +16,7 @@ class MeterRouter
 public:
     void clear() { m_routes.clear(); }
     // Routes the left (or right) entry of `key` on `ch` to `meter`.
-    void add(const EffectEditor *editor, const char *key, int ch, bool right,
+    void add(const ParameterLookup &lookup, const char *key, int ch, bool right,
         CommonController_MemAPI::MeterController *meter);
     void route(const unsigned int *values, unsigned int count) const;
     int count() const { return int(m_routes.size()); }

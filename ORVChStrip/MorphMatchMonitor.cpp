@@ -2,7 +2,7 @@
 
 #include <QTimerEvent>
 
-#include "Common/EffectEditor.h"
+#include "Common/ParameterLookup.h"
 #include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 
@@ -14,16 +14,16 @@ MorphMatchMonitor::MorphMatchMonitor(QObject *parent)
     : QObject(parent)
 { }
 
-void MorphMatchMonitor::attach(const EffectEditor *editor, IMemAPI *memAPI, unsigned short ch)
+void MorphMatchMonitor::attach(const ParameterLookup &lookup, IMemAPI *memAPI, unsigned short ch)
 {
     detach();
-    if (!editor || !memAPI)
+    if (!memAPI)
         return;
     m_pMemAPI = memAPI;
     m_ch = ch;
     for (const char *key : ORVChStripParameters::MorphingParameterList) {
         unsigned short id = 0;
-        if (editor->getParameter(key, &id))
+        if (lookup.parameter(key, &id))
             m_ids.push_back(id);
     }
 }

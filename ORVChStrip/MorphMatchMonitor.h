@@ -5,8 +5,8 @@
 
 #include <vector>
 
-class EffectEditor;
 class IMemAPI;
+class ParameterLookup;
 
 // Tells whether the parameters that the morph knob moves still hold the values
 // of the current morph position. Requests are coalesced: a burst of host
@@ -20,7 +20,7 @@ public:
     explicit MorphMatchMonitor(QObject *parent = nullptr);
 
     // Looks the morphing parameters up for this memory and channel.
-    void attach(const EffectEditor *editor, IMemAPI *memAPI, unsigned short ch);
+    void attach(const ParameterLookup &lookup, IMemAPI *memAPI, unsigned short ch);
     void detach();
 
     bool isPending() const { return m_pending; }

@@ -23,7 +23,7 @@ ORVChStripCompressorGraph::~ORVChStripCompressorGraph()
 
 void ORVChStripCompressorGraph::setEditor(EffectEditor *editor)
 {
-    if (m_parameters.setEditor(editor))
+    if (m_parameters.setLookup(editor ? &editor->parameterLookup() : nullptr))
         update();
 }
 

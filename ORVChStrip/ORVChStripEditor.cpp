@@ -1,16 +1,18 @@
 #include "ORVChStrip/ORVChStripEditor.h"
 
-#include <QEvent>
 #include <QKeyEvent>
-#include <QTimerEvent>
-#include <algorithm>
 
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/AccessibleGraph.h"
+#include "ORVChStrip/CompressorOperatingPoint.h"
+#include "ORVChStrip/EqualizerEditTracker.h"
 #include "ORVChStrip/GraphDescription.h"
+#include "ORVChStrip/KneeSelector.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
+#include "ORVChStrip/MorphSetDisplay.h"
 #include "ORVChStrip/MorphingListSettings.h"
+#include "ORVChStrip/MorphingPresetOverlay.h"
 #include "ORVChStrip/ORVChStripAbout.h"
 #include "ORVChStrip/ORVChStripComponent.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
@@ -19,9 +21,10 @@
 #include "ORVChStrip/ORVChStripParameters.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ORVD/ORVD_Manager.h"
-#include "ORVChStrip/PanelFocus.h"
+#include "ORVChStrip/ParameterBindings.h"
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
-#include "ORVChStrip/ReversibleProgress.h"
+#include "ORVChStrip/PresetConverterOffer.h"
+#include "ORVChStrip/SectionStates.h"
 #include "ui_ORVChStripEditor.h"
 
 using namespace CommonController_MemAPI;
@@ -55,33 +58,6 @@ std::vector<const char *> observedKeys()
     return keys;
 }
 
-QString image(const char *name)
-{
-    return QStringLiteral(":/image/orvchstrip/") + QLatin1String(name);
-}
-
-void setAllEnabled(std::initializer_list<QWidget *> widgets, bool enabled)
-{
-    for (QWidget *widget : widgets)
-        widget->setEnabled(enabled);
-}
-
-// How much of a section's captions still shows while it is dimmed.
-constexpr double CompressorDimmedOpacity = 0.3;
-constexpr double CompressorTitleDimmedOpacity = 0.5;
-constexpr double EqualizerDimmedOpacity = 0.5;
-
-constexpr int MorphingPresetSlideMs = 20;
-// The operating point goes when no meters came for this long.
-constexpr int OperatingPointTimeoutMs = 500;
-// The morphing list covers the equalizer and morphing sections.
-constexpr QRect MorphingPresetDesignRect(408, 40, 505, 532);
-
-int scaled(int length, double scale)
-{
-    return int(length * scale + 0.5);
-}
-
 } // namespace
 
 ORVChStripEditor::ORVChStripEditor(QWidget *parent)
@@ -91,8 +67,6 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     , m_observed(this, observedKeys())
     , m_pMorphMatch(new MorphMatchMonitor(this))
     , m_pMorphManager(new ORVD_Manager)
-    // The slide gains a step when it reverses, so a reversal always moves.
-    , m_pMorphingPresetSlide(new ReversibleProgress(MorphingPresetSlideMs, 0.1, this))
 {
     m_pComponent->addRef();
     AccessibleGraph::install(); // before the form builds the graphs
@@ -101,10 +75,8 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     // scales with it.
     m_pMorphingPresetList = new ORVChStripMorphingPresetList(this);
     m_pMorphingPresetList->setObjectName(QStringLiteral("m_pMorphingPresetList"));
-    m_pMorphingPresetList->setGeometry(MorphingPresetDesignRect);
-    m_pMorphingPresetList->hide();
+    m_pMorphingPresetOverlay = new MorphingPresetOverlay(m_pMorphingPresetList);
     m_pMorphingPresetList->setEditor(this);
-    m_pMorphingPresetFocus = std::make_unique<PanelFocus>(m_pMorphingPresetList);
     m_pMorphManager->Collection();
     m_pMorphingPresetList->setORVDManager(m_pMorphManager.get());
     // The overlays cover the whole panel, above everything else.
@@ -114,6 +86,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pPresetConverter = new ORVChStripPresetConverter(this);
     m_pPresetConverter->setObjectName(QStringLiteral("m_pPresetConverter"));
     m_pPresetConverter->setGeometry(rect());
+    m_pConverterOffer = std::make_unique<PresetConverterOffer>(m_pPresetConverter);
     setPalette(ORVChStripPalette::editorPalette());
     // Explicit roles: a host's container (a scroll area with a dark
     // background role, say) must not change the panel's colours.
@@ -122,7 +95,12 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     setAutoFillBackground(true);
     m_pUi->m_pCompressorGraph->setEditor(this);
     m_pUi->m_pEqualizerGraph->setEditor(this);
-    buildBindings();
+    m_pOperatingPoint = std::make_unique<CompressorOperatingPoint>(m_pUi->m_pCompressorGraph, this);
+    m_pMorphSet = std::make_unique<MorphSetDisplay>(m_pUi->m_pMorphingPresetButton, m_pUi->m_pMorphingKnob);
+    m_pBindings = std::make_unique<ParameterBindings>(*m_pUi);
+    m_pSections = std::make_unique<SectionStates>(*m_pUi);
+    buildKneeSelector();
+    m_pEditTracker = new EqualizerEditTracker(*m_pUi, this);
     connectForm();
     updateKnee();
     updateSections();
@@ -133,69 +111,31 @@ ORVChStripEditor::~ORVChStripEditor()
 {
     // The form outlives this part of the editor: QWidget's destructor still
     // hides it, and a value field open for typing then reports the end of its
-    // edit. Nothing may reach the editor's slots from there.
-    for (QObject *child : findChildren<QObject *>())
+    // edit. Nothing may reach the editor or its edit tracker from there.
+    for (QObject *child : findChildren<QObject *>()) {
         child->disconnect(this);
+        child->disconnect(m_pEditTracker);
+    }
     unregisterObservers();
     m_pComponent->release();
 }
 
-void ORVChStripEditor::buildBindings()
+void ORVChStripEditor::buildKneeSelector()
 {
     const Ui::ORVChStripEditor &ui = *m_pUi;
-    m_bindings = {
-        { Keys::CompressorBypass, { ui.m_pCompressorButton, nullptr } },
-        { Keys::CompressorAttack, { ui.m_pCompressorAttackKnob, ui.m_pCompressorAttackTextEdit } },
-        { Keys::CompressorRelease, { ui.m_pCompressorReleaseKnob, ui.m_pCompressorReleaseTextEdit } },
-        { Keys::CompressorRatio, { ui.m_pCompressorRatioKnob, ui.m_pCompressorRatioTextEdit } },
-        { Keys::CompressorKnee, { ui.m_pCompressorKneeButtonGroup, nullptr } },
-        { Keys::SideChainQuality, { ui.m_pSideChainQualityKnob, ui.m_pSideChainQualityTextEdit } },
-        { Keys::SideChainFrequency, { ui.m_pSideChainFrequencyKnob, ui.m_pSideChainFrequencyTextEdit } },
-        { Keys::SideChainGain, { ui.m_pSideChainGainKnob, ui.m_pSideChainGainTextEdit } },
-        { Keys::SideChainOn, { ui.m_pSideChainButton, nullptr } },
-        { Keys::CompressorDrive, { ui.m_pCompressorDriveKnob, ui.m_pCompressorDriveTextEdit } },
-        { Keys::EqualizerBypass, { ui.m_pEqualizerButton, nullptr } },
-        { Keys::EqualizerLowFrequency,
-            { ui.m_pEqualizerLowFrequencyKnob, ui.m_pEqualizerLowFrequencyTextEdit } },
-        { Keys::EqualizerLowGain, { ui.m_pEqualizerLowGainKnob, ui.m_pEqualizerLowGainTextEdit } },
-        { Keys::EqualizerLowOn, { ui.m_pEqualizerLowButton, nullptr } },
-        { Keys::EqualizerMiddleQuality,
-            { ui.m_pEqualizerMiddleQualityKnob, ui.m_pEqualizerMiddleQualityTextEdit } },
-        { Keys::EqualizerMiddleFrequency,
-            { ui.m_pEqualizerMiddleFrequencyKnob, ui.m_pEqualizerMiddleFrequencyTextEdit } },
-        { Keys::EqualizerMiddleGain, { ui.m_pEqualizerMiddleGainKnob, ui.m_pEqualizerMiddleGainTextEdit } },
-        { Keys::EqualizerMiddleOn, { ui.m_pEqualizerMiddleButton, nullptr } },
-        { Keys::EqualizerHighFrequency,
-            { ui.m_pEqualizerHighFrequencyKnob, ui.m_pEqualizerHighFrequencyTextEdit } },
-        { Keys::EqualizerHighGain, { ui.m_pEqualizerHighGainKnob, ui.m_pEqualizerHighGainTextEdit } },
-        { Keys::EqualizerHighOn, { ui.m_pEqualizerHighButton, nullptr } },
-        { Keys::MorphValue, { ui.m_pMorphingKnob, nullptr } },
-        { Keys::OutputLevel, { ui.m_pOutputKnob, ui.m_pOutputTextEdit } },
-    };
-
-    // Every caption of a section dims with it; the compressor's title a little less.
-    m_compressorDimmer.addCaptionsOf(ui.m_pCompressorArea, CompressorDimmedOpacity);
-    m_compressorDimmer.addLabel(ui.m_pCompressorLabel, CompressorTitleDimmedOpacity);
-    m_equalizerDimmer.addCaptionsOf(ui.m_pEqualizerArea, EqualizerDimmedOpacity);
-    m_equalizerDimmer.addLabel(ui.m_pEqualizerLabel, EqualizerDimmedOpacity);
+    m_pKneeSelector = std::make_unique<KneeSelector>(ui.m_pCompressorKneeButtonGroup);
+    m_pKneeSelector->addPosition(ui.m_pCompressorKneeSoftButton, ui.m_pCompressorKneeSelectSoftBackground,
+        ui.m_pCompressorKneePushSoftBackground);
+    m_pKneeSelector->addPosition(ui.m_pCompressorKneeMediumButton, ui.m_pCompressorKneeSelectMediumBackground,
+        ui.m_pCompressorKneePushMediumBackground);
+    m_pKneeSelector->addPosition(ui.m_pCompressorKneeHardButton, ui.m_pCompressorKneeSelectHardBackground,
+        ui.m_pCompressorKneePushHardBackground);
+    m_pKneeSelector->connectChanges(this, &ORVChStripEditor::updateKnee);
 }
 
 void ORVChStripEditor::connectForm()
 {
     const Ui::ORVChStripEditor &ui = *m_pUi;
-    for (QAbstractButton *button : ui.m_pCompressorKneeButtonGroup->findChildren<QAbstractButton *>()) {
-        connect(button, &QAbstractButton::pressed, this, &ORVChStripEditor::updateKnee);
-        connect(button, &QAbstractButton::released, this, &ORVChStripEditor::updateKnee);
-    }
-    connect(ui.m_pCompressorKneeButtonGroup, qOverload<int>(&ButtonGroupController::valueChanged), this,
-        &ORVChStripEditor::updateKnee);
-    // A knob speaks its value with the unit its field shows beside it.
-    for (const Binding &binding : std::as_const(m_bindings)) {
-        auto *knob = dynamic_cast<ValueController *>(binding.controls[0]);
-        auto *field = dynamic_cast<TextEditController *>(binding.controls[1]);
-        if (knob && field)
-            knob->setValueSuffix(field->postfix());
-    }
     // The graphs are described by the values they draw.
     auto *compressorCurve = new GraphDescription(ui.m_pCompressorGraph);
     for (QWidget *control : QList<QWidget *> {
@@ -214,75 +154,23 @@ void ORVChStripEditor::connectForm()
         &ORVChStripPresetConverter::open);
     connect(m_pMorphingPresetList, &ORVChStripMorphingPresetList::closeRequested, this,
         &ORVChStripEditor::closeMorphingPreset);
-    connect(m_pMorphMatch, &MorphMatchMonitor::matchChanged, this, &ORVChStripEditor::showMorphMatch);
-    connect(
-        m_pMorphingPresetSlide, &ReversibleProgress::changed, this, &ORVChStripEditor::placeMorphingPreset);
-    connect(m_pMorphingPresetSlide, &ReversibleProgress::finished, this,
-        &ORVChStripEditor::finishMorphingPresetSlide);
-
-    trackEditGestures(ui.m_pEqualizerLowFrequencyArea, ui.m_pEqualizerLowFrequencyKnob,
-        ui.m_pEqualizerLowFrequencyTextEdit, EqualizerEditTarget::LowFrequency);
-    trackEditGestures(ui.m_pEqualizerLowGainArea, ui.m_pEqualizerLowGainKnob, ui.m_pEqualizerLowGainTextEdit,
-        EqualizerEditTarget::LowGain);
-    trackEditGestures(ui.m_pEqualizerMiddleQualityArea, ui.m_pEqualizerMiddleQualityKnob,
-        ui.m_pEqualizerMiddleQualityTextEdit, EqualizerEditTarget::MiddleQuality);
-    trackEditGestures(ui.m_pEqualizerMiddleFrequencyArea, ui.m_pEqualizerMiddleFrequencyKnob,
-        ui.m_pEqualizerMiddleFrequencyTextEdit, EqualizerEditTarget::MiddleFrequency);
-    trackEditGestures(ui.m_pEqualizerMiddleGainArea, ui.m_pEqualizerMiddleGainKnob,
-        ui.m_pEqualizerMiddleGainTextEdit, EqualizerEditTarget::MiddleGain);
-    trackEditGestures(ui.m_pEqualizerHighFrequencyArea, ui.m_pEqualizerHighFrequencyKnob,
-        ui.m_pEqualizerHighFrequencyTextEdit, EqualizerEditTarget::HighFrequency);
-    trackEditGestures(ui.m_pEqualizerHighGainArea, ui.m_pEqualizerHighGainKnob,
-        ui.m_pEqualizerHighGainTextEdit, EqualizerEditTarget::HighGain);
-}
-
-void ORVChStripEditor::trackEditGestures(
-    QWidget *area, KnobController *knob, TextEditController *text, EqualizerEditTarget::Control control)
-{
-    using Target = EqualizerEditTarget;
-    connect(knob, &KnobController::drag, this,
-        [this, control](bool active) { setEditGesture(Target::KnobDrag, control, active); });
-    connect(text, &TextEditController::drag, this,
-        [this, control](bool active) { setEditGesture(Target::TextDrag, control, active); });
-    connect(text, &TextEditController::textEdit, this,
-        [this, control](bool active) { setEditGesture(Target::TextEdit, control, active); });
-    area->setProperty(HoverControlProperty, int(control));
-    area->installEventFilter(this);
-}
-
-void ORVChStripEditor::setEditGesture(
-    EqualizerEditTarget::Gesture gesture, EqualizerEditTarget::Control control, bool active)
-{
-    m_editTarget.set(gesture, control, active);
-    updateEditTarget();
+    connect(m_pMorphingPresetOverlay, &MorphingPresetOverlay::coverChanged, this,
+        &ORVChStripEditor::updateSections);
+    connect(m_pMorphMatch, &MorphMatchMonitor::matchChanged, this,
+        [this](bool matches) { m_pMorphSet->showMatch(matches); });
 }
 
 bool ORVChStripEditor::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
-        const QVariant control = watched->property(HoverControlProperty);
-        if (control.isValid())
-            setEditGesture(EqualizerEditTarget::Hover, EqualizerEditTarget::Control(control.toInt()),
-                event->type() == QEvent::Enter);
-    }
+    m_pEditTracker->hover(watched, event);
     return EffectEditor::eventFilter(watched, event);
 }
 
-// Old presets are offered for conversion once, when the panel first shows,
-// and only to a user who has some and has not declined.
+// Old presets are offered for conversion when the panel first shows.
 void ORVChStripEditor::showEvent(QShowEvent *event)
 {
     EffectEditor::showEvent(event);
-    if (m_conversionOffered)
-        return;
-    m_conversionOffered = true;
-    if (ORVChStripPresetConverter::shouldOfferConversion())
-        m_pPresetConverter->open();
-}
-
-void ORVChStripEditor::updateEditTarget()
-{
-    m_pUi->m_pEqualizerGraph->setEditTarget(ORVChStripEqualizerGraph::EditTarget(m_editTarget.band()));
+    m_pConverterOffer->offerOnce();
 }
 
 FUID ORVChStripEditor::uid() const
@@ -339,22 +227,12 @@ void ORVChStripEditor::setScale(double scale)
 {
     EffectEditor::setScale(scale);
     m_pMorphingPresetList->setScale(scale);
-    // The rescale put the panel at its full size; a slide under way continues from where it is.
-    if (m_pMorphingPresetSlide->isRunning())
-        placeMorphingPreset(m_pMorphingPresetSlide->visibleFraction());
+    m_pMorphingPresetOverlay->setScale(scale);
 }
 
 void ORVChStripEditor::updateParameters()
 {
-    const auto ch = static_cast<unsigned short>(m_ch1);
-    for (const Binding &binding : std::as_const(m_bindings)) {
-        unsigned short prmId = 0;
-        const bool found = m_pMemAPI && getParameter(binding.key, &prmId);
-        for (AbstractController *control : binding.controls) {
-            if (control)
-                control->setMemAPIValue(found ? m_pMemAPI : nullptr, found ? prmId : 0, found ? ch : 0);
-        }
-    }
+    m_pBindings->bind(parameterLookup(), m_pMemAPI, static_cast<unsigned short>(m_ch1));
     registerObservers();
     updateMeterRoutes();
     updateSections();
@@ -372,35 +250,25 @@ void ORVChStripEditor::updateMeterRoutes()
     ui.m_pInputMonoMeterBackground->setVisible(!stereo);
     ui.m_pOutputMonoMeterBackground->setVisible(!stereo);
 
+    const ParameterLookup &lookup = parameterLookup();
     m_meters.clear();
-    m_meters.add(this, Keys::InputMeter, m_ch1, false, ui.m_pInputStereoMeterL);
-    m_meters.add(this, Keys::InputMeter, m_ch1, false, ui.m_pInputMonoMeter);
-    m_meters.add(this, Keys::OutputMeter, m_ch1, false, ui.m_pOutputStereoMeterL);
-    m_meters.add(this, Keys::OutputMeter, m_ch1, false, ui.m_pOutputMonoMeter);
+    m_meters.add(lookup, Keys::InputMeter, m_ch1, false, ui.m_pInputStereoMeterL);
+    m_meters.add(lookup, Keys::InputMeter, m_ch1, false, ui.m_pInputMonoMeter);
+    m_meters.add(lookup, Keys::OutputMeter, m_ch1, false, ui.m_pOutputStereoMeterL);
+    m_meters.add(lookup, Keys::OutputMeter, m_ch1, false, ui.m_pOutputMonoMeter);
     if (stereo) {
-        m_meters.add(this, Keys::InputMeter, m_ch2, false, ui.m_pInputStereoMeterR);
-        m_meters.add(this, Keys::OutputMeter, m_ch2, false, ui.m_pOutputStereoMeterR);
+        m_meters.add(lookup, Keys::InputMeter, m_ch2, false, ui.m_pInputStereoMeterR);
+        m_meters.add(lookup, Keys::OutputMeter, m_ch2, false, ui.m_pOutputStereoMeterR);
     }
-    m_meters.add(this, Keys::SideChainMeter, m_ch1, false, ui.m_pSideChainMeter);
-    m_meters.add(this, Keys::GainReductionMeter, m_ch1, false, ui.m_pGainReductionMeter);
-
-    unsigned short index = 0;
-    const auto ch = static_cast<unsigned short>(std::max(m_ch1, 0));
-    m_detectorMeterIndex = getMeterIndex(Keys::SideChainMeter, ch, false, &index) ? index : -1;
-    m_reductionMeterIndex = getMeterIndex(Keys::GainReductionMeter, ch, false, &index) ? index : -1;
+    m_meters.add(lookup, Keys::SideChainMeter, m_ch1, false, ui.m_pSideChainMeter);
+    m_meters.add(lookup, Keys::GainReductionMeter, m_ch1, false, ui.m_pGainReductionMeter);
+    m_pOperatingPoint->locate(lookup, m_ch1);
 }
 
 void ORVChStripEditor::notifyMeterDbUpdated(unsigned int *values, unsigned int count)
 {
     m_meters.route(values, count);
-    if (!values || m_detectorMeterIndex < 0 || m_reductionMeterIndex < 0
-        || unsigned(m_detectorMeterIndex) >= count || unsigned(m_reductionMeterIndex) >= count)
-        return;
-    // Tenths of a dB; the gain change is negative while the compressor reduces.
-    const double detectorDb = static_cast<int>(values[m_detectorMeterIndex]) / 10.0;
-    const double changeDb = static_cast<int>(values[m_reductionMeterIndex]) / 10.0;
-    m_pUi->m_pCompressorGraph->setOperatingPoint(detectorDb, detectorDb + changeDb);
-    m_operatingPointTimeout.start(OperatingPointTimeoutMs, this);
+    m_pOperatingPoint->show(values, count);
 }
 
 void ORVChStripEditor::keyPressEvent(QKeyEvent *event)
@@ -414,7 +282,7 @@ void ORVChStripEditor::keyPressEvent(QKeyEvent *event)
                 return;
             }
         }
-        if (m_morphingPresetOpen) {
+        if (isMorphingPresetOpen()) {
             closeMorphingPreset();
             event->accept();
             return;
@@ -423,15 +291,11 @@ void ORVChStripEditor::keyPressEvent(QKeyEvent *event)
     EffectEditor::keyPressEvent(event);
 }
 
+// The compressor's operating point times out here.
 void ORVChStripEditor::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() != m_operatingPointTimeout.timerId()) {
+    if (!m_pOperatingPoint->timeout(event))
         EffectEditor::timerEvent(event);
-        return;
-    }
-    // The meters stopped: the point would only show a stale level.
-    m_operatingPointTimeout.stop();
-    m_pUi->m_pCompressorGraph->clearOperatingPoint();
 }
 
 void ORVChStripEditor::unregisterObservers()
@@ -453,17 +317,14 @@ void ORVChStripEditor::registerObservers()
     IMeterNotifier *notifier = nullptr;
     if (m_pMemAPI->getMeterNotifier(&notifier) >= 0 && notifier)
         notifier->addMeterObserver(this);
-    m_observed.attach(this, m_pMemAPI, ch);
-    m_pMorphMatch->attach(this, m_pMemAPI, ch);
+    m_observed.attach(&parameterLookup(), m_pMemAPI, ch);
+    m_pMorphMatch->attach(parameterLookup(), m_pMemAPI, ch);
 }
 
 int ORVChStripEditor::observedValue(int observed) const
 {
     int value = 0;
-    if (!m_pMemAPI || !m_observed.found(observed)
-        || m_pMemAPI->getValue(m_observed.id(observed), static_cast<unsigned short>(m_ch1), &value) < 0)
-        return -1;
-    return value;
+    return m_observed.read(observed, &value) ? value : -1;
 }
 
 int ORVChStripEditor::Update(unsigned short prmId, unsigned short, int, const char *)
@@ -487,85 +348,25 @@ int ORVChStripEditor::Update(unsigned short prmId, unsigned short, int, const ch
     return 0;
 }
 
-// Which controls take input: a bypassed section, a band switched off and
-// everything behind the open morphing list is disabled, and the captions of a
-// bypassed or covered section dim.
 void ORVChStripEditor::updateSections()
 {
-    const Ui::ORVChStripEditor &ui = *m_pUi;
-    const bool open = m_morphingPresetOpen;
-    // A switch the model lacks reads -1: sections count as running, bands as on.
-    const bool compressorOn = observedValue(CompressorBypass) <= 0;
-    const bool equalizerOn = observedValue(EqualizerBypass) <= 0;
-    const bool compressorLive = compressorOn && !open;
-    const bool equalizerLive = equalizerOn && !open;
-    const bool sideChainLive = compressorLive && observedValue(SideChainOn) != 0;
-    const bool lowLive = equalizerLive && observedValue(LowOn) != 0;
-    const bool middleLive = equalizerLive && observedValue(MiddleOn) != 0;
-    const bool highLive = equalizerLive && observedValue(HighOn) != 0;
-
-    setAllEnabled({ ui.m_pCompressorAttackArea, ui.m_pCompressorReleaseArea, ui.m_pCompressorRatioArea,
-                      ui.m_pCompressorKneeArea, ui.m_pCompressorDriveKnob, ui.m_pCompressorDriveTextEdit,
-                      ui.m_pSideChainButton },
-        compressorLive);
-    setAllEnabled(
-        { ui.m_pSideChainQualityArea, ui.m_pSideChainFrequencyArea, ui.m_pSideChainGainArea }, sideChainLive);
-    setAllEnabled({ ui.m_pEqualizerLowButton, ui.m_pEqualizerMiddleButton, ui.m_pEqualizerHighButton,
-                      ui.m_pEqualizerGraph },
-        equalizerLive);
-    setAllEnabled({ ui.m_pEqualizerLowFrequencyArea, ui.m_pEqualizerLowGainArea }, lowLive);
-    setAllEnabled({ ui.m_pEqualizerMiddleQualityArea, ui.m_pEqualizerMiddleFrequencyArea,
-                      ui.m_pEqualizerMiddleGainArea },
-        middleLive);
-    setAllEnabled({ ui.m_pEqualizerHighFrequencyArea, ui.m_pEqualizerHighGainArea }, highLive);
-    setAllEnabled(
-        { ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingPresetButton },
-        !open);
-
-    m_compressorDimmer.setDimmed(!compressorLive);
-    m_equalizerDimmer.setDimmed(!equalizerLive);
+    m_pSections->apply(
+        { observedValue(CompressorBypass), observedValue(EqualizerBypass), observedValue(SideChainOn),
+            observedValue(LowOn), observedValue(MiddleOn), observedValue(HighOn) },
+        isMorphingPresetOpen());
 }
 
-// The lit knee button follows the value; a button held down shows pressed
-// instead, so the press is visible before the host confirms.
 void ORVChStripEditor::updateKnee()
 {
-    const Ui::ORVChStripEditor &ui = *m_pUi;
-    SvgLabel *const lit[] = { ui.m_pCompressorKneeSelectSoftBackground,
-        ui.m_pCompressorKneeSelectMediumBackground, ui.m_pCompressorKneeSelectHardBackground };
-    SvgLabel *const pushed[] = { ui.m_pCompressorKneePushSoftBackground,
-        ui.m_pCompressorKneePushMediumBackground, ui.m_pCompressorKneePushHardBackground };
-    const QAbstractButton *const buttons[] = { ui.m_pCompressorKneeSoftButton,
-        ui.m_pCompressorKneeMediumButton, ui.m_pCompressorKneeHardButton };
-    ButtonGroupController *group = ui.m_pCompressorKneeButtonGroup;
-    const int selected = m_pMemAPI ? group->value() - group->minimumValue() : -1;
-    int held = -1;
-    for (int i = 0; i < 3; ++i) {
-        if (buttons[i]->isDown())
-            held = i;
-    }
-    for (int i = 0; i < 3; ++i) {
-        pushed[i]->setVisible(i == held);
-        lit[i]->setVisible(held < 0 && i == selected);
-    }
+    m_pKneeSelector->refresh(m_pMemAPI != nullptr);
 }
 
 void ORVChStripEditor::updateMorphingName()
 {
-    QByteArray name;
-    if (m_pMemAPI && m_observed.found(MorphName)) {
-        const auto ch = static_cast<unsigned short>(m_ch1);
-        for (int i = 0; i < ORVChStripParameters::MorphSystemNameLength; ++i) {
-            int character = 0;
-            if (m_pMemAPI->getValue(m_observed.id(MorphName), ch, &character, i) < 0 || character == 0)
-                break;
-            name.append(char(character));
-        }
-    }
-    PushButtonController *button = m_pUi->m_pMorphingPresetButton;
-    // Without a set the button says what it is for.
-    button->setText(name.isEmpty() ? tr("Choose a morph set...") : QString::fromUtf8(name));
-    button->setToolTip(name.isEmpty() ? tr("Choose a morph set") : QString::fromUtf8(name));
+    const bool known = m_pMemAPI && m_observed.found(MorphName);
+    m_pMorphSet->showName(known ? MorphSetDisplay::readName(
+                              m_pMemAPI, m_observed.id(MorphName), static_cast<unsigned short>(m_ch1))
+                                : QByteArray());
 }
 
 void ORVChStripEditor::compareMorphingParametersRequest()
@@ -579,9 +380,24 @@ bool ORVChStripEditor::morphMatches() const
     return m_pMorphMatch->matches();
 }
 
-void ORVChStripEditor::showMorphMatch(bool matches)
+bool ORVChStripEditor::isMorphingPresetOpen() const
 {
-    m_pUi->m_pMorphingKnob->setBackgroundSvg(image(matches ? "back_morphing.svg" : "back_morphing_off.svg"));
+    return m_pMorphingPresetOverlay->isOpen();
+}
+
+QRect ORVChStripEditor::morphingPresetGeometry() const
+{
+    return m_pMorphingPresetOverlay->fullGeometry();
+}
+
+void ORVChStripEditor::openMorphingPreset()
+{
+    m_pMorphingPresetOverlay->open();
+}
+
+void ORVChStripEditor::closeMorphingPreset()
+{
+    m_pMorphingPresetOverlay->close();
 }
 
 QMap<QString, QVariant> ORVChStripEditor::getEditorSettings() const
@@ -592,54 +408,4 @@ QMap<QString, QVariant> ORVChStripEditor::getEditorSettings() const
 void ORVChStripEditor::setEditorSettings(const QMap<QString, QVariant> &settings)
 {
     MorphingListSettings::restore(settings, m_pMorphManager.get(), m_pMorphingPresetList);
-}
-
-QRect ORVChStripEditor::morphingPresetGeometry() const
-{
-    const QRect &design = MorphingPresetDesignRect;
-    const double s = scale();
-    return QRect(scaled(design.left(), s), scaled(design.top(), s), scaled(design.width(), s),
-        scaled(design.height(), s));
-}
-
-void ORVChStripEditor::openMorphingPreset()
-{
-    if (m_morphingPresetOpen)
-        return;
-    m_morphingPresetOpen = true;
-    m_pMorphingPresetList->raise();
-    m_pMorphingPresetList->show();
-    // Before the controls behind the list are disabled, which moves the focus.
-    m_pMorphingPresetFocus->enter();
-    updateSections();
-    m_pMorphingPresetSlide->open();
-}
-
-void ORVChStripEditor::closeMorphingPreset()
-{
-    if (!m_morphingPresetOpen)
-        return;
-    m_morphingPresetOpen = false;
-    updateSections();
-    m_pMorphingPresetFocus->leave();
-    m_pMorphingPresetSlide->close();
-}
-
-// The panel grows upwards from its bottom edge.
-void ORVChStripEditor::placeMorphingPreset(double openFraction)
-{
-    const QRect full = morphingPresetGeometry();
-    const int bottom = full.bottom() + 1;
-    const int top = bottom - int((bottom - full.top()) * openFraction + 0.5);
-    m_pMorphingPresetList->setGeometry(full.left(), top, full.width(), bottom - top);
-}
-
-void ORVChStripEditor::finishMorphingPresetSlide(bool opened)
-{
-    if (opened) {
-        m_pMorphingPresetList->setGeometry(morphingPresetGeometry());
-        m_pMorphingPresetList->setFocus();
-    } else {
-        m_pMorphingPresetList->hide();
-    }
 }

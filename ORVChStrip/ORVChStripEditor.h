@@ -1,40 +1,39 @@
 #pragma once
 
-#include <QBasicTimer>
-#include <QList>
 #include <memory>
 
 #include "Common/EffectEditor.h"
 #include "Common/ObservedParameters.h"
 #include "Interfaces/IMeterObserver.h"
 #include "Interfaces/IPrmObserver.h"
-#include "ORVChStrip/EqualizerEditTarget.h"
 #include "ORVChStrip/MeterRouter.h"
-#include "ORVChStrip/SectionDimmer.h"
 
 namespace Ui {
 class ORVChStripEditor;
 }
-namespace CommonController_MemAPI {
-class AbstractController;
-class KnobController;
-class TextEditController;
-} // namespace CommonController_MemAPI
+class CompressorOperatingPoint;
+class EqualizerEditTracker;
+class KneeSelector;
 class MorphMatchMonitor;
+class MorphSetDisplay;
+class MorphingPresetOverlay;
+class ParameterBindings;
+class SectionStates;
 class ORVChStripAbout;
 class ORVChStripPresetConverter;
 class ORVChStripMorphingPresetList;
 class ORVD_Manager;
 class ORVChStripComponent;
-class PanelFocus;
-class ReversibleProgress;
+class PresetConverterOffer;
 
 // The channel strip's editor panel (1015 x 572 design pixels, built by the
-// form in ORVChStripEditor.ui). It binds every control of the form to its
-// parameter, follows the few parameters that change the panel itself
-// (bypasses, band switches, knee, morph name and position), routes the
-// host's meter array, shows whether the strip still matches the morph
-// position and tells the equalizer graph which band is being edited.
+// form in ORVChStripEditor.ui) and its boundary with the host. It hands the
+// host's calls to the parts that do the work: the bindings of the form's
+// controls, the section states, the knee selector, the meter routes and the
+// compressor's operating point, the equalizer's edit target, the morph set's
+// name and match, and the morphing list's overlay. It observes the few
+// parameters that change the panel itself (bypasses, band switches, knee,
+// morph name and position, the morphing parameters).
 class ORVChStripEditor : public EffectEditor, public IPrmObserver, public IMeterObserver
 {
     Q_OBJECT
@@ -70,7 +69,7 @@ public:
     int ch1() const { return m_ch1; }
     int ch2() const { return m_ch2; }
     bool isMono() const { return m_ch2 < 0; }
-    bool isMorphingPresetOpen() const { return m_morphingPresetOpen; }
+    bool isMorphingPresetOpen() const;
     // The panel that slides up over the equalizer and morphing sections.
     ORVChStripMorphingPresetList *morphingPresetList() const { return m_pMorphingPresetList; }
     ORVD_Manager *morphManager() const { return m_pMorphManager.get(); }
@@ -89,6 +88,7 @@ public slots:
     ORVChStripPresetConverter *presetConverter() const { return m_pPresetConverter; }
 
 protected:
+    // Enter and leave of the equalizer's band cells.
     bool eventFilter(QObject *watched, QEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void showEvent(QShowEvent *event) override;
@@ -96,20 +96,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    struct Binding
-    {
-        const char *key;
-        CommonController_MemAPI::AbstractController *controls[2];
-    };
-    // The band control whose cell the pointer hovers is kept on the cell.
-    static constexpr const char *HoverControlProperty = "orvEqualizerHoverControl";
-
-    void buildBindings();
+    void buildKneeSelector();
     void connectForm();
-    void trackEditGestures(QWidget *area, CommonController_MemAPI::KnobController *knob,
-        CommonController_MemAPI::TextEditController *text, EqualizerEditTarget::Control control);
-    void setEditGesture(
-        EqualizerEditTarget::Gesture gesture, EqualizerEditTarget::Control control, bool active);
 
     void updateParameters();
     void updateMeterRoutes();
@@ -119,10 +107,6 @@ private:
 
     void updateSections();
     void updateMorphingName();
-    void updateEditTarget();
-    void showMorphMatch(bool matches);
-    void placeMorphingPreset(double openFraction);
-    void finishMorphingPresetSlide(bool opened);
 
     std::unique_ptr<Ui::ORVChStripEditor> m_pUi;
     ORVChStripComponent *m_pComponent;
@@ -130,23 +114,18 @@ private:
     int m_ch1 = 0;
     int m_ch2 = -1;
     ObservedParameters m_observed;
-    MorphMatchMonitor *m_pMorphMatch;
+    std::unique_ptr<ParameterBindings> m_pBindings;
+    std::unique_ptr<SectionStates> m_pSections;
+    std::unique_ptr<KneeSelector> m_pKneeSelector;
     MeterRouter m_meters;
-    // The side-chain detector and gain-reduction entries of the meter array,
-    // which place the operating point on the compressor graph; -1 if unknown.
-    int m_detectorMeterIndex = -1;
-    int m_reductionMeterIndex = -1;
-    QBasicTimer m_operatingPointTimeout;
-    EqualizerEditTarget m_editTarget;
-    QList<Binding> m_bindings;
-    SectionDimmer m_compressorDimmer;
-    SectionDimmer m_equalizerDimmer;
+    std::unique_ptr<CompressorOperatingPoint> m_pOperatingPoint;
+    EqualizerEditTracker *m_pEditTracker = nullptr;
+    MorphMatchMonitor *m_pMorphMatch;
+    std::unique_ptr<MorphSetDisplay> m_pMorphSet;
     std::unique_ptr<ORVD_Manager> m_pMorphManager;
     ORVChStripMorphingPresetList *m_pMorphingPresetList;
-    ReversibleProgress *m_pMorphingPresetSlide;
-    bool m_morphingPresetOpen = false;
-    std::unique_ptr<PanelFocus> m_pMorphingPresetFocus;
+    MorphingPresetOverlay *m_pMorphingPresetOverlay;
     ORVChStripAbout *m_pAbout;
     ORVChStripPresetConverter *m_pPresetConverter;
-    bool m_conversionOffered = false;
+    std::unique_ptr<PresetConverterOffer> m_pConverterOffer;
 };

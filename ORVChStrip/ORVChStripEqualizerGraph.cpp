@@ -49,7 +49,7 @@ int ORVChStripEqualizerGraph::parameterIndex(int band, EqualizerGraphBand::Field
 
 void ORVChStripEqualizerGraph::setEditor(EffectEditor *editor)
 {
-    if (m_parameters.setEditor(editor))
+    if (m_parameters.setLookup(editor ? &editor->parameterLookup() : nullptr))
         readAllValues();
 }
 
