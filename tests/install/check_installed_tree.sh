@@ -94,7 +94,7 @@ complete_words() {
 }
 [ "$(complete_words "")" = "--help --version chunk morph preset state" ] || fail "completing a command gave '$(complete_words "")'"
 [ "$(complete_words morph "")" = "list make show" ] || fail "completing a morph command gave '$(complete_words morph "")'"
-[ "$(complete_words morph make --)" = "--from --out" ] \
+[ "$(complete_words morph make --)" = "--from --json --out" ] \
     || fail "completing morph make's options gave '$(complete_words morph make --)'"
 
 exit $((failures > 0))
