@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QJsonDocument>
 
-#include "HostModel.h"
+#include "ChannelStripModel.h"
 #include "tools/PrintableName.h"
 #include "tools/StateInspector.h"
 #include "tools/ToolCommand.h"
@@ -26,9 +26,8 @@ int dump(ToolContext &context, const char *group, const char *what, Inspect insp
     if (file.error() != QFileDevice::NoError)
         return context.fail(command, path, QStringLiteral("cannot read: %1").arg(file.errorString()));
 
-    // The reference host's model gives the stored values their texts.
-    const HostModel model = HostModel::channelStrip();
-    StateInspector inspector(&model);
+    // The reference host's parameter table gives the stored values their texts.
+    StateInspector inspector(ChannelStripModel::parameters());
     const bool valid = (inspector.*inspect)(bytes);
     if (context.json) {
         QJsonObject object = inspector.toJson();

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "ChannelStripModel.h"
-#include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/Chunk/StateParameterLists.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ValueText.h"
 #include "tools/ToolCommand.h"
