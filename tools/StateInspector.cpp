@@ -2,16 +2,13 @@
 
 #include <QJsonArray>
 #include <QTextStream>
-#include <QtEndian>
 #include <algorithm>
-#include <cstring>
 
 #include "ORVChStrip/Chunk/ChStripFileException.h"
 #include "ORVChStrip/Chunk/NormalizedValue.h"
 #include "ORVChStrip/Chunk/SavedStateLayout.h"
 #include "ORVChStrip/Chunk/SavedStateReader.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
-#include "ValueText.h"
 
 using namespace ORVChStripParameters;
 using namespace SavedStateLayout;
@@ -51,6 +48,16 @@ QString readerProblem(int code)
     }
 }
 
+// What a chunk inside a form holds.
+QString note(const SavedStateReader::ChunkHeader &chunk)
+{
+    if (chunk.id == "ORD ")
+        return QStringLiteral("morph system name and table");
+    if (chunk.id == "PRM ")
+        return QStringLiteral("%1 floats").arg(chunk.size / 4);
+    return QStringLiteral("skipped");
+}
+
 QString foundText(const QByteArray &found)
 {
     return found.size() < MarkerSize ? QStringLiteral("the end of the file") : quoted(found);
@@ -83,12 +90,14 @@ void writeValues(QTextStream &out, const QString &title, const QVector<StateInsp
 } // namespace
 
 StateInspector::StateInspector(QList<ParameterDefinition> parameters)
-    : m_parameters(std::move(parameters))
+    : m_texts(std::move(parameters))
 { }
 
 void StateInspector::reset(const QString &kind)
 {
-    *this = StateInspector(m_parameters);
+    const StoredValueText texts = m_texts;
+    *this = StateInspector();
+    m_texts = texts;
     m_kind = kind;
 }
 
@@ -99,46 +108,12 @@ bool StateInspector::fail(qint64 offset, const QString &message)
     return false;
 }
 
-const ParameterDefinition *StateInspector::parameter(const char *key) const
-{
-    if (!key)
-        return nullptr;
-    for (const ParameterDefinition &parameter : m_parameters) {
-        if (parameter.key == key)
-            return &parameter;
-    }
-    return nullptr;
-}
-
-QString StateInspector::integerText(const char *key, int value) const
-{
-    const ParameterDefinition *parameter = this->parameter(key);
-    if (!parameter || parameter->isText())
-        return QString();
-    const QString text
-        = ValueText::format(*parameter, std::clamp(value, parameter->minimum, parameter->maximum));
-    if (parameter->unit.isEmpty())
-        return text;
-    // "1.2k" reads "1.2 kHz" with its unit.
-    if (text.endsWith(QLatin1Char('k')))
-        return text.chopped(1) + QStringLiteral(" k") + parameter->unit;
-    return text + QLatin1Char(' ') + parameter->unit;
-}
-
-QString StateInspector::valueText(const char *key, float value) const
-{
-    const ParameterDefinition *parameter = this->parameter(key);
-    if (!parameter)
-        return QString();
-    return integerText(key, NormalizedValue::denormalized(value, parameter->minimum, parameter->maximum));
-}
-
 QString StateInspector::morphCellText(int row, int column) const
 {
     if (row < 0 || row >= MorphPoints || row >= m_table.size() || column < 0
         || column >= OrvaneDataParameterCount)
         return QString();
-    return integerText(OrvaneDataParameterList[column], m_table.at(row).at(column));
+    return m_texts.integer(OrvaneDataParameterList[column], m_table.at(row).at(column));
 }
 
 QVector<StateInspector::Value> StateInspector::bigEndianFloats(
@@ -149,7 +124,7 @@ QVector<StateInspector::Value> StateInspector::bigEndianFloats(
         const auto *p = reinterpret_cast<const unsigned char *>(bytes.constData() + offset + 4 * i);
         const char *key = i < keyCount ? keys[i] : nullptr;
         const float value = NormalizedValue::readBigEndianFloat(p);
-        values.append({ QString::fromLatin1(key), value, valueText(key, value) });
+        values.append({ QString::fromLatin1(key), value, m_texts.normalized(key, value) });
     }
     return values;
 }
@@ -238,16 +213,9 @@ void StateInspector::listForm(SavedStateReader &reader, const SavedStateReader::
     const QList<SavedStateReader::ChunkHeader> chunks = reader.formContents(form);
     for (int i = 0; i < chunks.size(); ++i) {
         const SavedStateReader::ChunkHeader &chunk = chunks.at(i);
-        QString note;
-        if (i == 0)
-            note = QString(); // the file information
-        else if (chunk.id == "ORD ")
-            note = QStringLiteral("morph system name and table");
-        else if (chunk.id == "PRM ")
-            note = QStringLiteral("%1 floats").arg(chunk.size / 4);
-        else
-            note = QStringLiteral("skipped");
-        m_entries.append({ quoted(chunk.id).mid(1).chopped(1), chunk.offset, chunk.size, 1, note });
+        // The first is the file information.
+        m_entries.append({ quoted(chunk.id).mid(1).chopped(1), chunk.offset, chunk.size, 1,
+            i == 0 ? QString() : note(chunk) });
     }
 }
 
@@ -265,7 +233,7 @@ void StateInspector::takeContents(
     for (int i = 0; i < count; ++i) {
         const char *key = i < ParameterListExCount ? ParameterListEx[i] : nullptr;
         const float value = contents.values[i];
-        m_chunkValues.append({ QString::fromLatin1(key), value, valueText(key, value) });
+        m_chunkValues.append({ QString::fromLatin1(key), value, m_texts.normalized(key, value) });
     }
 }
 

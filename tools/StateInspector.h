@@ -8,6 +8,7 @@
 
 #include "ORVChStrip/Chunk/SavedStateReader.h"
 #include "ParameterDefinition.h"
+#include "tools/StoredValueText.h"
 
 class QTextStream;
 
@@ -76,11 +77,8 @@ private:
     void takeContents(const SavedStateReader &reader, const YChannelStripChunk::Contents &contents);
     QVector<Value> bigEndianFloats(
         const QByteArray &bytes, qint64 offset, int count, const char *const *keys, int keyCount) const;
-    const ParameterDefinition *parameter(const char *key) const;
-    QString valueText(const char *key, float value) const;
-    QString integerText(const char *key, int value) const;
 
-    QList<ParameterDefinition> m_parameters;
+    StoredValueText m_texts;
     QString m_kind;
     QString m_error;
     qint64 m_errorOffset = -1;
