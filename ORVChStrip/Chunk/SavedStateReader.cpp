@@ -99,7 +99,7 @@ int32_t SavedStateReader::readVersion()
     int32_t got = 0;
     const int32_t result = m_stream->read(version, DataVersionSize, &got);
     if (result != kResultOk || got != DataVersionSize) {
-        fail(Part::Version, Problem::DataEnd, std::clamp<int32_t>(got, 0, DataVersionSize));
+        fail(Part::Version, Problem::DataEnd, 0);
         return result != kResultOk ? result : kResultFalse;
     }
     m_version = QByteArray(version, DataVersionSize);
@@ -112,7 +112,7 @@ bool SavedStateReader::readUpToChunk()
     if (failed() || m_version.isEmpty())
         return false;
     if (length() >= 0 && length() < FirstChunkOffset)
-        return fail(Part::GenericBlock, Problem::DataEnd, length());
+        return fail(Part::GenericBlock, Problem::DataEnd, GenericBlockOffset);
     m_items.append({ Part::GenericBlock, GenericBlockOffset, GenericBlockSize });
 
     qint64 offset = FirstChunkOffset;

@@ -32,10 +32,10 @@ public:
     enum class Problem {
         None,
         DataEnd,      // the data end before the part is complete
-        WrongId,      // a marker or form id other than expected; found() holds what is there
+        WrongId,      // a marker or form id other than expected; found holds what is there
         NegativeSize, // a form's size field below 0
         FormCut,      // the data end before the end that the form's header states
-        ChunkRefused, // the chunk reader failed at offset(); readerCode() says why
+        ChunkRefused, // the chunk reader failed; readerCode says why
     };
 
     // One part of the layout. For a form, size is its size field and
@@ -48,6 +48,9 @@ public:
         qint64 value = 0;
         int headerSize = 0;
     };
+    // Where the reader stopped: offset is that of the part or field that
+    // failed (of the form for FormCut; the chunk reader's position for
+    // ChunkRefused).
     struct Failure
     {
         Part part = Part::Version;

@@ -121,8 +121,8 @@ void TestSavedStateReader::refuses_data()
     const QByteArray older64 = olderState(wideForm());
     // clang-format off
     QTest::newRow("empty") << QByteArray() << false << Part::Version << Problem::DataEnd << qint64(0) << 0;
-    QTest::newRow("version cut") << QByteArray("36") << false << Part::Version << Problem::DataEnd << qint64(2) << 0;
-    QTest::newRow("generic block cut") << state.left(50) << false << Part::GenericBlock << Problem::DataEnd << qint64(50) << 0;
+    QTest::newRow("version cut") << QByteArray("36") << false << Part::Version << Problem::DataEnd << qint64(0) << 0;
+    QTest::newRow("generic block cut") << state.left(50) << false << Part::GenericBlock << Problem::DataEnd << qint64(4) << 0;
     QTest::newRow("first form id") << patched(state, 92, "CHSx") << false << Part::FirstChunk << Problem::WrongId << qint64(92) << 0;
     QTest::newRow("first form id cut") << state.left(94) << false << Part::FirstChunk << Problem::WrongId << qint64(92) << 0;
     QTest::newRow("first form size cut") << state.left(98) << false << Part::FirstChunk << Problem::DataEnd << qint64(96) << 0;
