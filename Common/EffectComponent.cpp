@@ -1,15 +1,14 @@
 #include "Common/EffectComponent.h"
 
-#include <QtEndian>
 #include <algorithm>
-#include <cfloat>
-#include <climits>
 #include <cmath>
-#include <cstring>
 
 #include "Interfaces/IBStream.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IModelInfo.h"
+#include "ORVChStrip/Chunk/NormalizedValue.h"
+
+using namespace NormalizedValue;
 
 EffectComponent::EffectComponent()
     : ComponentBase(0)
@@ -25,38 +24,6 @@ const char *EffectComponent::getDataVersion() const
 QList<const char *> EffectComponent::getParameterList(const unsigned char *) const
 {
     return {};
-}
-
-float EffectComponent::normalized(int value, int min, int max)
-{
-    if (max == min)
-        return 0.0f;
-    return static_cast<float>(double(value) - min) / static_cast<float>(double(max) - min);
-}
-
-int EffectComponent::denormalized(float f, int min, int max)
-{
-    const float product = static_cast<float>(double(max) - min) * f;
-    const double scaled = double(product) + 0.5;
-    if (std::isnan(scaled))
-        return min;
-    const double truncated = std::trunc(std::clamp(scaled, double(INT_MIN), double(INT_MAX)));
-    return static_cast<int>(std::clamp<int64_t>(int64_t(truncated) + min, INT_MIN, INT_MAX));
-}
-
-void EffectComponent::writeBigEndianFloat(float value, unsigned char *bytes)
-{
-    quint32 bits = 0;
-    std::memcpy(&bits, &value, 4);
-    qToBigEndian(bits, bytes);
-}
-
-float EffectComponent::readBigEndianFloat(const unsigned char *bytes)
-{
-    const quint32 bits = qFromBigEndian<quint32>(bytes);
-    float value = 0.0f;
-    std::memcpy(&value, &bits, 4);
-    return value;
 }
 
 bool EffectComponent::findParameter(const char *key, unsigned short *prmId) const

@@ -33,14 +33,6 @@ public:
     IMemAPI *memAPI() const { return m_pMemAPI; }
     int ch() const { return m_ch; }
 
-    // (value - min) / (max - min); 0 for an empty range.
-    static float normalized(int value, int min, int max);
-    // trunc((max - min) * f + 0.5) + min, the product in single precision;
-    // NaN and out-of-range products saturate instead of overflowing.
-    static int denormalized(float f, int min, int max);
-    static void writeBigEndianFloat(float value, unsigned char *bytes);
-    static float readBigEndianFloat(const unsigned char *bytes);
-
 protected:
     unsigned short channel() const { return static_cast<unsigned short>(m_ch); }
     // The host's id for a key; false when the model does not know it.

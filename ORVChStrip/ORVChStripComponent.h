@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Common/EffectComponent.h"
+#include "ORVChStrip/Chunk/SavedStateLayout.h"
+#include "ORVChStrip/Chunk/YChannelStripChunk.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 
 // The channel strip's state component. After the generic block it writes the
@@ -10,37 +12,21 @@
 class ORVChStripComponent : public EffectComponent
 {
 public:
-    static constexpr char DataVersion[] = "3690";
-    static constexpr char ParameterMarker[] = "prms";
-    static constexpr char ChunkMarker[] = "chnk";
-    // Versions below this ("2621" read as raw character codes) carry the
-    // chunk right after the generic block.
-    static constexpr int FirstDoubleChunkVersion = 55949;
-
-    // The saved state's layout. The generic block is the version and one
-    // big-endian float per entry of ParameterList; the first chunk follows
-    // it. In the newer layout each chunk is a "CHST" form (4-byte magic and
-    // a 4-byte size in host order, counted after the header), and the
-    // "prms" block holds a 4-byte count and that many big-endian floats.
-    static constexpr int MarkerSize = 4;
-    static constexpr int GenericBlockOffset = DataVersionSize;
-    static constexpr int GenericBlockSize = 4 * ORVChStripParameters::ParameterListCount;
-    static constexpr int FirstChunkOffset = GenericBlockOffset + GenericBlockSize;
-    static constexpr char FormMagic[] = "CHST";
-    static constexpr int FormHeaderSize = MarkerSize + 4;
-    static constexpr int CountSize = 4;
+    // The markers and version of the saved state; the whole layout is
+    // SavedStateLayout's.
+    static constexpr const auto &DataVersion = SavedStateLayout::DataVersion;
+    static constexpr const auto &ParameterMarker = SavedStateLayout::ParameterMarker;
+    static constexpr const auto &ChunkMarker = SavedStateLayout::ChunkMarker;
 
     int32_t setState(IBStream *state) override;
     int32_t getState(IBStream *state) override;
     const char *getDataVersion() const override { return DataVersion; }
     QList<const char *> getParameterList(const unsigned char *version) const override;
 
-    // b0 * 1000 + b1 * 100 + b2 * 10 + b3 over the raw byte values.
-    static int versionNumber(const unsigned char *version);
-
 private:
-    struct Snapshot;
+    using Snapshot = YChannelStripChunk::Contents;
     void gather(Snapshot &snapshot) const;
+    int32_t readSnapshot(IBStream *state, Snapshot &snapshot) const;
     void gatherMorphSet(Snapshot &snapshot) const;
     int32_t sendMorphData(const char *systemName, const short (*table)[17]) const;
     void writeParameters(const float *values) const;

@@ -2,14 +2,16 @@
 
 #include <QMap>
 #include <algorithm>
+#include <limits>
 
 #include "ChannelStripModel.h"
 #include "Interfaces/IComponent.h"
 #include "ORVChStrip/Chunk/AtomicFileWriter.h"
 #include "ORVChStrip/Chunk/BoundedFileReader.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"
+#include "ORVChStrip/Chunk/SavedStateLayout.h"
+#include "ORVChStrip/Chunk/SavedStateReader.h"
 #include "ParameterMemory.h"
-#include "StateFileLayout.h"
 
 namespace {
 
@@ -84,8 +86,9 @@ bool StateFile::load(
     const int32_t result = component->setState(stream);
     stream->release();
     if (result == kResultOk) {
-        const StateFileLayout layout(bytes);
-        if (warning && layout.chunkOffset() >= 0 && !layout.hasMorphData())
+        SavedStateReader layout(bytes);
+        YChannelStripChunk::Contents contents;
+        if (warning && layout.readState(contents) && !layout.hasMorphData())
             *warning = QStringLiteral("%1 holds no morph data (no \"ORD \" chunk in the channel-strip chunk "
                                       "at offset %2); the current morph set was kept")
                            .arg(path)
@@ -105,24 +108,29 @@ bool StateFile::load(
 
 QString StateFile::diagnose(const QByteArray &bytes)
 {
-    constexpr int ChunkOffset = 4 + 4 * 22;
+    using namespace SavedStateLayout;
     if (bytes.isEmpty())
         return QStringLiteral("the file is empty");
-    if (bytes.size() < ChunkOffset + 8)
+    if (bytes.size() < FirstChunkOffset + FormHeaderSize)
         return QStringLiteral("the file is too short (%1 bytes)").arg(bytes.size());
-    const StateFileLayout layout(bytes);
-    if (layout.missingBytes() > 0)
+    SavedStateReader reader(bytes);
+    YChannelStripChunk::Contents contents;
+    reader.readState(contents);
+    const SavedStateReader::Failure &failure = reader.failure();
+    // A size beyond any file is damage rather than truncation.
+    if (failure.part == SavedStateReader::Part::Chunk && failure.problem == SavedStateReader::Problem::FormCut
+        && failure.value <= std::numeric_limits<qint64>::max() / 2) {
+        const qint64 statedEnd = failure.offset + failure.headerSize + failure.value;
         return QStringLiteral("the file is truncated: it ends %1 bytes before the end that the channel-strip "
                               "chunk at offset %2 states (%3 bytes)")
-            .arg(layout.missingBytes())
-            .arg(layout.chunkOffset())
-            .arg(layout.statedEnd());
-    const QByteArray chunk = bytes.mid(ChunkOffset, 8);
-    if (!chunk.startsWith("CHST") && chunk.mid(4) != "CHST")
-        return QStringLiteral("no channel-strip chunk at offset %1").arg(ChunkOffset);
-    const auto *version = reinterpret_cast<const unsigned char *>(bytes.constData());
-    const int versionNumber = version[0] * 1000 + version[1] * 100 + version[2] * 10 + version[3];
-    if (versionNumber >= 55949 && (!bytes.contains("prms") || !bytes.contains("chnk")))
+            .arg(statedEnd - bytes.size())
+            .arg(failure.offset)
+            .arg(statedEnd);
+    }
+    const QByteArray chunk = bytes.mid(FirstChunkOffset, FormHeaderSize);
+    if (!chunk.startsWith(FormMagic) && chunk.mid(MarkerSize) != FormMagic)
+        return QStringLiteral("no channel-strip chunk at offset %1").arg(FirstChunkOffset);
+    if (reader.isNewerLayout() && (!bytes.contains(ParameterMarker) || !bytes.contains(ChunkMarker)))
         return QStringLiteral("the \"prms\" or \"chnk\" marker is missing");
     return QStringLiteral("the channel-strip chunk is damaged");
 }

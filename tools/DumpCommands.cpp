@@ -2,7 +2,7 @@
 // plug-in state or a channel-strip chunk file, chunk by chunk.
 #include <QJsonDocument>
 
-#include "HostModel.h"
+#include "ChannelStripModel.h"
 #include "ORVChStrip/Chunk/BoundedFileReader.h"
 #include "tools/PrintableName.h"
 #include "tools/StateInspector.h"
@@ -34,9 +34,8 @@ int dump(ToolContext &context, const char *group, const char *what, Inspect insp
         return context.fail(command, path, reader.errorString());
     const QByteArray &bytes = reader.bytes();
 
-    // The reference host's model gives the stored values their texts.
-    const HostModel model = HostModel::channelStrip();
-    StateInspector inspector(&model);
+    // The reference host's parameter table gives the stored values their texts.
+    StateInspector inspector(ChannelStripModel::parameters());
     const bool valid = (inspector.*inspect)(bytes);
     if (context.json) {
         QJsonObject object = inspector.toJson();

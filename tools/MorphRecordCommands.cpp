@@ -10,7 +10,7 @@
 #include "ChannelStripModel.h"
 #include "ORVChStrip/Chunk/AtomicFileWriter.h"
 #include "ORVChStrip/Chunk/BoundedFileReader.h"
-#include "ORVChStrip/ORVChStripParameters.h"
+#include "ORVChStrip/Chunk/StateParameterLists.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ValueText.h"
 #include "tools/PrintableName.h"

@@ -2,29 +2,22 @@
 
 #include <QJsonArray>
 #include <QTextStream>
-#include <QtEndian>
 #include <algorithm>
-#include <cstring>
 
-#include "Common/EffectComponent.h"
-#include "HostModel.h"
-#include "ORVChStrip/Chunk/MemoryBStream.h"
-#include "ORVChStrip/Chunk/AnalyzerError.h"
 #include "ORVChStrip/Chunk/ChStripFileException.h"
+#include "ORVChStrip/Chunk/NormalizedValue.h"
+#include "ORVChStrip/Chunk/SavedStateLayout.h"
+#include "ORVChStrip/Chunk/SavedStateReader.h"
 #include "ORVChStrip/Chunk/YChannelStripChunk.h"
-#include "ORVChStrip/Chunk/YPlx3Stream.h"
-#include "ORVChStrip/ORVChStripComponent.h"
-#include "ORVChStrip/ORVChStripParameters.h"
-#include "ValueText.h"
 
 using namespace ORVChStripParameters;
-using Layout = ORVChStripComponent;
+using namespace SavedStateLayout;
+using Part = SavedStateReader::Part;
+using Problem = SavedStateReader::Problem;
 
 namespace {
 
 constexpr int MorphPoints = YChannelStripChunk::TableRows - 1; // the last row is the end mark
-constexpr char UnreadNameByte = char(0xA5);
-constexpr short UnreadTableCell = 0x5A5A;
 
 QString quoted(const QByteArray &bytes)
 {
@@ -35,46 +28,39 @@ QString quoted(const QByteArray &bytes)
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
-qint32 littleInt32(const QByteArray &bytes, qint64 offset)
-{
-    return qFromLittleEndian<qint32>(bytes.constData() + offset);
-}
-
-// The chunk reader's fixed messages in the words of this tool. The reader
+// The chunk reader's failures in the words of this tool. The reader
 // reports the position it had reached, right after the header it rejected.
-QString readerProblem(const char *message)
+QString readerProblem(int code)
 {
-    struct Translation
-    {
-        int code;
-        const char *text;
-    };
-    static const Translation translations[] = {
-        { ChStripFileException::NotChStripFile, "expected a \"CHST\" form header before this offset" },
-        { ChStripFileException::AbnormalChunkId,
-            "expected the chunk id \"CHST\", \"ORD \" or \"PRM \" in the header before this offset" },
-        { ChStripFileException::AbnormalChunkSize,
-            "expected a chunk size from 0 up (and at least 4 for \"FINF\") in the header before this "
-            "offset" },
-        { ChStripFileException::NoFileInformation,
-            "expected the \"FINF\" file-information chunk in the header before this offset" },
-    };
-    for (const Translation &translation : translations) {
-        if (std::strstr(message, ChStripFileException::GetErrorMessage(translation.code)))
-            return QString::fromLatin1(translation.text);
+    switch (code) {
+    case ChStripFileException::NotChStripFile:
+        return QStringLiteral("expected a \"CHST\" form header before this offset");
+    case ChStripFileException::AbnormalChunkId:
+        return QStringLiteral(
+            "expected the chunk id \"CHST\", \"ORD \" or \"PRM \" in the header before this offset");
+    case ChStripFileException::AbnormalChunkSize:
+        return QStringLiteral("expected a chunk size from 0 up (and at least 4 for \"FINF\") in the header "
+                              "before this offset");
+    case ChStripFileException::NoFileInformation:
+        return QStringLiteral(
+            "expected the \"FINF\" file-information chunk in the header before this offset");
+    default: return QStringLiteral("expected a readable channel-strip chunk");
     }
-    return QStringLiteral("expected a readable channel-strip chunk");
 }
 
-// The position the reader names, "file-pos : 0x0000001c"; -1 without one.
-qint64 readerPosition(const char *message)
+// What a chunk inside a form holds.
+QString note(const SavedStateReader::ChunkHeader &chunk)
 {
-    const char *at = std::strstr(message, "file-pos : 0x");
-    if (!at)
-        return -1;
-    bool ok = false;
-    const qint64 position = QByteArray(at + 13).trimmed().toLongLong(&ok, 16);
-    return ok ? position : -1;
+    if (chunk.id == "ORD ")
+        return QStringLiteral("morph system name and table");
+    if (chunk.id == "PRM ")
+        return QStringLiteral("%1 floats").arg(chunk.size / 4);
+    return QStringLiteral("skipped");
+}
+
+QString foundText(const QByteArray &found)
+{
+    return found.size() < MarkerSize ? QStringLiteral("the end of the file") : quoted(found);
 }
 
 QJsonArray valuesJson(const QVector<StateInspector::Value> &values)
@@ -103,13 +89,15 @@ void writeValues(QTextStream &out, const QString &title, const QVector<StateInsp
 
 } // namespace
 
-StateInspector::StateInspector(const HostModel *model)
-    : m_model(model)
+StateInspector::StateInspector(QList<ParameterDefinition> parameters)
+    : m_texts(std::move(parameters))
 { }
 
 void StateInspector::reset(const QString &kind)
 {
-    *this = StateInspector(m_model);
+    const StoredValueText texts = m_texts;
+    *this = StateInspector();
+    m_texts = texts;
     m_kind = kind;
 }
 
@@ -120,39 +108,12 @@ bool StateInspector::fail(qint64 offset, const QString &message)
     return false;
 }
 
-QString StateInspector::integerText(const char *key, int value) const
-{
-    if (!m_model || !key)
-        return QString();
-    const ParameterDefinition *parameter = m_model->parameter(m_model->parameterId(key));
-    if (!parameter || parameter->isText())
-        return QString();
-    const QString text
-        = ValueText::format(*parameter, std::clamp(value, parameter->minimum, parameter->maximum));
-    if (parameter->unit.isEmpty())
-        return text;
-    // "1.2k" reads "1.2 kHz" with its unit.
-    if (text.endsWith(QLatin1Char('k')))
-        return text.chopped(1) + QStringLiteral(" k") + parameter->unit;
-    return text + QLatin1Char(' ') + parameter->unit;
-}
-
-QString StateInspector::valueText(const char *key, float value) const
-{
-    if (!m_model || !key)
-        return QString();
-    const ParameterDefinition *parameter = m_model->parameter(m_model->parameterId(key));
-    if (!parameter)
-        return QString();
-    return integerText(key, EffectComponent::denormalized(value, parameter->minimum, parameter->maximum));
-}
-
 QString StateInspector::morphCellText(int row, int column) const
 {
     if (row < 0 || row >= MorphPoints || row >= m_table.size() || column < 0
         || column >= OrvaneDataParameterCount)
         return QString();
-    return integerText(OrvaneDataParameterList[column], m_table.at(row).at(column));
+    return m_texts.integer(OrvaneDataParameterList[column], m_table.at(row).at(column));
 }
 
 QVector<StateInspector::Value> StateInspector::bigEndianFloats(
@@ -162,8 +123,8 @@ QVector<StateInspector::Value> StateInspector::bigEndianFloats(
     for (int i = 0; i < count; ++i) {
         const auto *p = reinterpret_cast<const unsigned char *>(bytes.constData() + offset + 4 * i);
         const char *key = i < keyCount ? keys[i] : nullptr;
-        const float value = EffectComponent::readBigEndianFloat(p);
-        values.append({ QString::fromLatin1(key), value, valueText(key, value) });
+        const float value = NormalizedValue::readBigEndianFloat(p);
+        values.append({ QString::fromLatin1(key), value, m_texts.normalized(key, value) });
     }
     return values;
 }
@@ -171,232 +132,183 @@ QVector<StateInspector::Value> StateInspector::bigEndianFloats(
 bool StateInspector::inspectChunk(const QByteArray &bytes)
 {
     reset(QStringLiteral("chunk"));
-    qint64 length = 0;
-    return readChunk(bytes, 0, &length);
+    SavedStateReader reader(bytes);
+    YChannelStripChunk::Contents contents;
+    const bool read = reader.readChunkFile(contents);
+    describe(reader, bytes);
+    if (!read)
+        return failWith(reader);
+    takeContents(reader, contents);
+    return true;
 }
 
 bool StateInspector::inspectState(const QByteArray &bytes)
 {
     reset(QStringLiteral("state"));
-    const qint64 size = bytes.size();
-    if (size < Layout::DataVersionSize)
+    SavedStateReader reader(bytes);
+    YChannelStripChunk::Contents contents;
+    const bool read = reader.readState(contents);
+    describe(reader, bytes);
+    if (!read)
+        return failWith(reader);
+    takeContents(reader, contents);
+    const SavedStateReader::Item &chunk = reader.items().constLast();
+    const qint64 end = chunk.offset + chunk.headerSize + chunk.size;
+    if (end < bytes.size())
+        m_entries.append(
+            { QStringLiteral("trailing bytes"), end, bytes.size() - end, 0, QStringLiteral("not read") });
+    return true;
+}
+
+// The parts that the reader passed, with the values they hold.
+void StateInspector::describe(SavedStateReader &reader, const QByteArray &bytes)
+{
+    if (reader.chunkOffset() >= 0)
+        m_chunkLayout = reader.isWideChunk() ? QStringLiteral("64-bit") : QStringLiteral("32-bit");
+    for (const SavedStateReader::Item &item : reader.items()) {
+        switch (item.part) {
+        case Part::Version:
+            m_version = reader.version();
+            m_versionNumber = reader.versionNumber();
+            m_entries.append({ QStringLiteral("version"), item.offset, item.size, 0, quoted(m_version) });
+            break;
+        case Part::GenericBlock:
+            m_stateLayout = reader.isNewerLayout() ? QStringLiteral("newer") : QStringLiteral("older");
+            m_entries.append({ QStringLiteral("generic floats"), item.offset, item.size, 0,
+                QStringLiteral("%1 big-endian floats").arg(ParameterListCount) });
+            m_generic
+                = bigEndianFloats(bytes, item.offset, ParameterListCount, ParameterList, ParameterListCount);
+            break;
+        case Part::ParameterMarker:
+            m_entries.append({ QString::fromLatin1(ParameterMarker), item.offset, item.size, 0,
+                QStringLiteral("extended block") });
+            break;
+        case Part::Count:
+            m_entries.append(
+                { QStringLiteral("count"), item.offset, item.size, 0, QString::number(item.value) });
+            break;
+        case Part::ExtendedBlock:
+            m_entries.append({ QStringLiteral("extended floats"), item.offset, item.size, 0,
+                QStringLiteral("%1 big-endian floats").arg(item.value) });
+            m_extended
+                = bigEndianFloats(bytes, item.offset, int(item.value), ParameterListEx, ParameterListExCount);
+            break;
+        case Part::ChunkMarker:
+            m_entries.append({ QString::fromLatin1(ChunkMarker), item.offset, item.size, 0,
+                QStringLiteral("chunk follows") });
+            break;
+        case Part::FirstChunk:
+        case Part::Chunk: listForm(reader, item); break;
+        }
+    }
+}
+
+void StateInspector::listForm(SavedStateReader &reader, const SavedStateReader::Item &form)
+{
+    const bool wide = form.headerSize == WideFormHeaderSize;
+    m_entries.append({ QString::fromLatin1(FormMagic), form.offset, form.size, 0,
+        QStringLiteral("%1 form, size field %2")
+            .arg(wide ? QStringLiteral("64-bit") : QStringLiteral("32-bit"))
+            .arg(form.size) });
+    const QList<SavedStateReader::ChunkHeader> chunks = reader.formContents(form);
+    for (int i = 0; i < chunks.size(); ++i) {
+        const SavedStateReader::ChunkHeader &chunk = chunks.at(i);
+        // The first is the file information.
+        m_entries.append({ quoted(chunk.id).mid(1).chopped(1), chunk.offset, chunk.size, 1,
+            i == 0 ? QString() : note(chunk) });
+    }
+}
+
+void StateInspector::takeContents(
+    const SavedStateReader &reader, const YChannelStripChunk::Contents &contents)
+{
+    m_hasMorphData = reader.hasMorphData();
+    if (m_hasMorphData) {
+        const char *name = contents.systemName;
+        m_systemName = QByteArray(name, int(qstrnlen(name, YChannelStripChunk::SystemNameLength)));
+        for (const auto &row : contents.table)
+            m_table.append(QVector<short>(row, row + YChannelStripChunk::TableColumns));
+    }
+    const int count = std::min(reader.parameterCount(), int(YChannelStripChunk::ParameterCapacity));
+    for (int i = 0; i < count; ++i) {
+        const char *key = i < ParameterListExCount ? ParameterListEx[i] : nullptr;
+        const float value = contents.values[i];
+        m_chunkValues.append({ QString::fromLatin1(key), value, m_texts.normalized(key, value) });
+    }
+}
+
+// What the reader stopped at, as what was expected where and what was found.
+bool StateInspector::failWith(SavedStateReader &reader)
+{
+    const SavedStateReader::Failure &failure = reader.failure();
+    const qint64 size = reader.length();
+    const qint64 at = failure.offset;
+    if (failure.problem == Problem::FormCut) {
+        const qint64 available = size - at - failure.headerSize;
+        const quint64 end = quint64(at + failure.headerSize) + quint64(failure.value);
+        return fail(size,
+            QStringLiteral("the data end %1 bytes before the end that the \"CHST\" form at offset %2 states "
+                           "(offset %3); the file is truncated")
+                .arg(failure.value - available)
+                .arg(at)
+                .arg(end));
+    }
+    switch (failure.part) {
+    case Part::Version:
         return fail(size,
             QStringLiteral("expected the %1-byte version at offset 0, the file has %2 bytes")
-                .arg(Layout::DataVersionSize)
+                .arg(DataVersionSize)
                 .arg(size));
-    m_version = bytes.left(Layout::DataVersionSize);
-    m_versionNumber = Layout::versionNumber(reinterpret_cast<const unsigned char *>(m_version.constData()));
-    m_entries.append({ QStringLiteral("version"), 0, Layout::DataVersionSize, 0, quoted(m_version) });
-    if (size < Layout::FirstChunkOffset)
+    case Part::GenericBlock:
         return fail(size,
             QStringLiteral(
                 "expected %1 generic floats (%2 bytes) from offset %3, the file ends %4 bytes short")
                 .arg(ParameterListCount)
-                .arg(Layout::GenericBlockSize)
-                .arg(Layout::GenericBlockOffset)
-                .arg(Layout::FirstChunkOffset - size));
-    m_entries.append({ QStringLiteral("generic floats"), Layout::GenericBlockOffset, Layout::GenericBlockSize,
-        0, QStringLiteral("%1 big-endian floats").arg(ParameterListCount) });
-    m_generic = bigEndianFloats(
-        bytes, Layout::GenericBlockOffset, ParameterListCount, ParameterList, ParameterListCount);
-
-    qint64 offset = Layout::FirstChunkOffset;
-    auto marker = [&](const char *expected, const QString &role) {
-        if (size < offset + Layout::MarkerSize)
-            return fail(offset,
-                QStringLiteral("expected %1 (%2), found the end of the file").arg(quoted(expected), role));
-        const QByteArray found = bytes.mid(offset, Layout::MarkerSize);
-        if (found != expected)
-            return fail(offset,
-                QStringLiteral("expected %1 (%2), found %3").arg(quoted(expected), role, quoted(found)));
-        m_entries.append({ QString::fromLatin1(expected), offset, Layout::MarkerSize, 0, role });
-        offset += Layout::MarkerSize;
-        return true;
-    };
-
-    if (m_versionNumber >= Layout::FirstDoubleChunkVersion) {
-        m_stateLayout = QStringLiteral("newer");
-        const QByteArray magic = bytes.mid(offset, Layout::MarkerSize);
-        if (magic != Layout::FormMagic)
-            return fail(offset,
+                .arg(GenericBlockSize)
+                .arg(GenericBlockOffset)
+                .arg(FirstChunkOffset - size));
+    case Part::FirstChunk:
+        if (failure.problem == Problem::WrongId)
+            return fail(at,
                 QStringLiteral("expected %1 (the first chunk of the newer layout), found %2")
-                    .arg(quoted(Layout::FormMagic),
-                        magic.size() < Layout::MarkerSize ? QStringLiteral("the end of the file")
-                                                          : quoted(magic)));
-        if (size < offset + Layout::FormHeaderSize)
-            return fail(offset + Layout::MarkerSize,
-                QStringLiteral("expected the first chunk's 4-byte size, found the end of the file"));
-        const qint32 formSize = littleInt32(bytes, offset + Layout::MarkerSize);
-        if (formSize < 0)
-            return fail(offset + Layout::MarkerSize,
-                QStringLiteral("expected the first chunk's size from 0 up, found %1").arg(formSize));
-        if (!checkChunkEnd(bytes, offset, false))
-            return false;
-        listChunks(bytes, offset, false);
-        offset += Layout::FormHeaderSize + formSize;
-        if (!marker(Layout::ParameterMarker, QStringLiteral("extended block")))
-            return false;
-        if (size < offset + Layout::CountSize)
-            return fail(offset, QStringLiteral("expected the 4-byte float count, found the end of the file"));
-        const quint32 count = qFromLittleEndian<quint32>(bytes.constData() + offset);
-        m_entries.append({ QStringLiteral("count"), offset, Layout::CountSize, 0, QString::number(count) });
-        offset += Layout::CountSize;
-        if (qint64(count) * 4 > size - offset)
-            return fail(size,
-                QStringLiteral("expected %1 floats (%2 bytes) from offset %3, the file ends %4 bytes short")
-                    .arg(count)
-                    .arg(qint64(count) * 4)
-                    .arg(offset)
-                    .arg(qint64(count) * 4 - (size - offset)));
-        m_entries.append({ QStringLiteral("extended floats"), offset, qint64(count) * 4, 0,
-            QStringLiteral("%1 big-endian floats").arg(count) });
-        m_extended = bigEndianFloats(bytes, offset, int(count), ParameterListEx, ParameterListExCount);
-        offset += qint64(count) * 4;
-        if (!marker(Layout::ChunkMarker, QStringLiteral("chunk follows")))
-            return false;
-    } else {
-        m_stateLayout = QStringLiteral("older");
+                    .arg(quoted(FormMagic), foundText(failure.found)));
+        if (failure.problem == Problem::NegativeSize)
+            return fail(
+                at, QStringLiteral("expected the first chunk's size from 0 up, found %1").arg(failure.value));
+        return fail(at, QStringLiteral("expected the first chunk's 4-byte size, found the end of the file"));
+    case Part::ParameterMarker:
+        return fail(at,
+            QStringLiteral("expected %1 (%2), found %3")
+                .arg(quoted(ParameterMarker), QStringLiteral("extended block"), foundText(failure.found)));
+    case Part::Count:
+        return fail(at, QStringLiteral("expected the 4-byte float count, found the end of the file"));
+    case Part::ExtendedBlock:
+        return fail(size,
+            QStringLiteral("expected %1 floats (%2 bytes) from offset %3, the file ends %4 bytes short")
+                .arg(failure.value)
+                .arg(failure.value * 4)
+                .arg(at)
+                .arg(failure.value * 4 - (size - at)));
+    case Part::ChunkMarker:
+        return fail(at,
+            QStringLiteral("expected %1 (%2), found %3")
+                .arg(quoted(ChunkMarker), QStringLiteral("chunk follows"), foundText(failure.found)));
+    case Part::Chunk: break;
     }
-
-    qint64 length = 0;
-    if (!readChunk(bytes, offset, &length))
-        return false;
-    if (offset + length < size)
-        m_entries.append({ QStringLiteral("trailing bytes"), offset + length, size - offset - length, 0,
-            QStringLiteral("not read") });
-    return true;
-}
-
-// The chunk reader takes what a short stream gives and keeps the rest of its
-// buffers; a chunk whose data end before its stated end is refused here.
-bool StateInspector::checkChunkEnd(const QByteArray &bytes, qint64 offset, bool wide)
-{
-    const qint64 header = wide ? 16 : 8;
-    if (bytes.size() < offset + header)
-        return true; // the reader reports a header it cannot read
-    const qint64 sizeField
-        = wide ? qFromLittleEndian<qint64>(bytes.constData() + offset + 8) : littleInt32(bytes, offset + 4);
-    if (sizeField < 0)
-        return true; // the reader reports a negative size
-    const qint64 available = bytes.size() - offset - header;
-    if (sizeField <= available)
-        return true;
-    const quint64 end = quint64(offset + header) + quint64(sizeField);
-    return fail(bytes.size(),
-        QStringLiteral("the data end %1 bytes before the end that the \"CHST\" form at offset %2 states "
-                       "(offset %3); the file is truncated")
-            .arg(sizeField - available)
-            .arg(offset)
-            .arg(end));
-}
-
-// Lists the headers of the chunk that a restore uses (bounded by the data)
-// and loads it with the real reader.
-bool StateInspector::readChunk(const QByteArray &bytes, qint64 offset, qint64 *length)
-{
-    const QByteArray head = bytes.mid(offset, 8);
-    const bool wide
-        = head.size() == 8 && head.left(4) != Layout::FormMagic && head.mid(4, 4) == Layout::FormMagic;
-    m_chunkLayout = wide ? QStringLiteral("64-bit") : QStringLiteral("32-bit");
-    listChunks(bytes, offset, wide);
-    *length = 0;
-    if (head.size() == 8 && (head.left(4) == Layout::FormMagic || wide)) {
-        const qint64 sizeField = wide
-            ? (bytes.size() >= offset + 16 ? qFromLittleEndian<qint64>(bytes.constData() + offset + 8) : 0)
-            : littleInt32(bytes, offset + 4);
-        const qint64 header = wide ? 16 : 8;
-        *length
-            = std::clamp<qint64>(sizeField, 0, std::max<qint64>(bytes.size() - offset - header, 0)) + header;
-        if (!checkChunkEnd(bytes, offset, wide))
-            return false;
-    }
-    if (head.size() < 8)
-        return fail(bytes.size(),
+    if (failure.problem == Problem::DataEnd)
+        return fail(size,
             QStringLiteral(
                 "expected the 8-byte header of a \"CHST\" form from offset %1, the file ends %2 bytes short")
-                .arg(offset)
-                .arg(8 - head.size()));
-    if (head.left(4) != Layout::FormMagic && !wide)
-        return fail(offset,
+                .arg(at)
+                .arg(FormHeaderSize - (size - at)));
+    if (failure.problem == Problem::WrongId)
+        return fail(at,
             QStringLiteral(
                 "expected \"CHST\" (a channel-strip form) here or, in the 64-bit layout, at offset %1; "
                 "found %2")
-                .arg(offset + 4)
-                .arg(quoted(head)));
-
-    auto *memory = new MemoryBStream(bytes.mid(offset));
-    YPlx3Stream stream(memory);
-    memory->release();
-    YChannelStripChunk chunk;
-    AnalyzerError error;
-    float values[YChannelStripChunk::ParameterCapacity] = {};
-    // The reader leaves the buffers of a chunk it does not find as they
-    // were; a pattern no "ORD " chunk leaves tells whether there was one.
-    char name[YChannelStripChunk::SystemNameLength];
-    short table[YChannelStripChunk::TableRows][YChannelStripChunk::TableColumns];
-    std::memset(name, UnreadNameByte, sizeof name);
-    std::fill(&table[0][0], &table[0][0] + sizeof table / sizeof(short), UnreadTableCell);
-    if (!chunk.LoadBinALL(stream, error, values, name, table)) {
-        const qint64 position = readerPosition(error.message());
-        return fail(offset + std::max<qint64>(position, 0), readerProblem(error.message()));
-    }
-    m_table.clear();
-    m_hasMorphData = std::any_of(std::begin(name), std::end(name), [](char c) { return c != UnreadNameByte; })
-        || std::any_of(&table[0][0], &table[0][0] + sizeof table / sizeof(short),
-            [](short cell) { return cell != UnreadTableCell; });
-    if (m_hasMorphData) {
-        m_systemName = QByteArray(name, int(qstrnlen(name, sizeof name)));
-        for (const auto &row : table)
-            m_table.append(QVector<short>(row, row + YChannelStripChunk::TableColumns));
-    }
-    const int count = std::min(chunk.lastParameterCount(), int(YChannelStripChunk::ParameterCapacity));
-    m_chunkValues.clear();
-    for (int i = 0; i < count; ++i) {
-        const char *key = i < ParameterListExCount ? ParameterListEx[i] : nullptr;
-        m_chunkValues.append({ QString::fromLatin1(key), values[i], valueText(key, values[i]) });
-    }
-    return true;
-}
-
-void StateInspector::listChunks(const QByteArray &bytes, qint64 offset, bool wide)
-{
-    const int header = wide ? 16 : 8;
-    auto readHeader = [&](qint64 at, QByteArray *id, qint64 *size) {
-        if (at < 0 || at + header > bytes.size())
-            return false;
-        *id = bytes.mid(at + (wide ? 4 : 0), 4);
-        *size = wide ? qFromLittleEndian<qint64>(bytes.constData() + at + 8) : littleInt32(bytes, at + 4);
-        return true;
-    };
-    QByteArray id;
-    qint64 formSize = 0;
-    if (!readHeader(offset, &id, &formSize) || id != Layout::FormMagic)
-        return;
-    m_entries.append({ QString::fromLatin1(Layout::FormMagic), offset, formSize, 0,
-        QStringLiteral("%1 form, size field %2")
-            .arg(wide ? QStringLiteral("64-bit") : QStringLiteral("32-bit"))
-            .arg(formSize) });
-    qint64 at = offset + header;
-    qint64 size = 0;
-    if (!readHeader(at, &id, &size))
-        return;
-    m_entries.append({ quoted(id).mid(1).chopped(1), at, size, 1, QString() });
-    // The reader goes on right after the version, whatever the size says.
-    at += header + (wide ? 8 : 4);
-    const qint64 end = formSize > bytes.size() ? bytes.size() : offset + formSize + header;
-    while (at < end && readHeader(at, &id, &size) && size >= 0) {
-        QString note;
-        if (id == "ORD ")
-            note = QStringLiteral("morph system name and table");
-        else if (id == "PRM ")
-            note = QStringLiteral("%1 floats").arg(size / 4);
-        else
-            note = QStringLiteral("skipped");
-        m_entries.append({ quoted(id).mid(1).chopped(1), at, size, 1, note });
-        if (size > bytes.size())
-            break;
-        at += size + header;
-    }
+                .arg(at + MarkerSize)
+                .arg(quoted(failure.found)));
+    return fail(at, readerProblem(failure.readerCode));
 }
 
 QJsonObject StateInspector::toJson() const

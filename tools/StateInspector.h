@@ -6,18 +6,20 @@
 #include <QString>
 #include <QVector>
 
-class HostModel;
+#include "ORVChStrip/Chunk/SavedStateReader.h"
+#include "ParameterDefinition.h"
+#include "tools/StoredValueText.h"
+
 class QTextStream;
 
 // Describes a saved plug-in state or a bare channel-strip chunk file: the
 // layout, every chunk and marker with its offset and size, the version, the
-// morph system name and table, and the stored values by key. It walks the
-// bytes as the state component does and loads the chunk with the chunk
-// reader, so what it rejects is what they reject. It also rejects what they
-// let pass silently: data that ends before a chunk's stated end.
+// morph system name and table, and the stored values by key. It reads them
+// with the state component's own reader, so what it rejects is what a
+// restore rejects, and says why in the words of this tool.
 //
-// With a host model the stored values also read as the host's value texts
-// ("10 ms" beside 0.0452261306).
+// With the host's parameter table the stored values also read as the host's
+// value texts ("10 ms" beside 0.0452261306).
 class StateInspector
 {
 public:
@@ -36,7 +38,7 @@ public:
         QString text;       // the host's value text and unit, if the model knows the key
     };
 
-    explicit StateInspector(const HostModel *model = nullptr);
+    explicit StateInspector(QList<ParameterDefinition> parameters = {});
 
     bool inspectState(const QByteArray &bytes);
     bool inspectChunk(const QByteArray &bytes);
@@ -69,15 +71,14 @@ public:
 private:
     void reset(const QString &kind);
     bool fail(qint64 offset, const QString &message);
-    bool readChunk(const QByteArray &bytes, qint64 offset, qint64 *length);
-    bool checkChunkEnd(const QByteArray &bytes, qint64 offset, bool wide);
-    void listChunks(const QByteArray &bytes, qint64 offset, bool wide);
+    bool failWith(SavedStateReader &reader);
+    void describe(SavedStateReader &reader, const QByteArray &bytes);
+    void listForm(SavedStateReader &reader, const SavedStateReader::Item &form);
+    void takeContents(const SavedStateReader &reader, const YChannelStripChunk::Contents &contents);
     QVector<Value> bigEndianFloats(
         const QByteArray &bytes, qint64 offset, int count, const char *const *keys, int keyCount) const;
-    QString valueText(const char *key, float value) const;
-    QString integerText(const char *key, int value) const;
 
-    const HostModel *m_model;
+    StoredValueText m_texts;
     QString m_kind;
     QString m_error;
     qint64 m_errorOffset = -1;

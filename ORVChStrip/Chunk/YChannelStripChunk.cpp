@@ -100,6 +100,8 @@ void YChannelStripChunk::WriteBinPluginParamChunk(YStream &stream, const float *
 bool YChannelStripChunk::LoadBinALL(
     YStream &stream, AnalyzerError &error, float *params, char *systemName, Table *table)
 {
+    m_parameterCount = 0;
+    m_hadMorphData = false;
     try {
         const int start = stream.GetMarker();
         unsigned char head[8] = {};
@@ -115,7 +117,7 @@ bool YChannelStripChunk::LoadBinALL(
         else
             LoadBinALL64(stream, params, systemName, table);
     } catch (const ChStripFileBinException &exception) {
-        error.setError(exception.what());
+        error.setError(exception);
         return false;
     }
     return true;
@@ -361,14 +363,16 @@ void YChannelStripChunk::readMorphTable(YStream &stream, char *systemName, Table
         std::memcpy(name, systemName, sizeof name);
     else
         std::memset(name, 0, sizeof name);
-    stream.Read(name, sizeof name);
+    const int nameRead = stream.Read(name, sizeof name);
     if (systemName)
         std::memcpy(systemName, name, sizeof name);
 
     short values[TableValues] = {};
     if (table)
         std::memcpy(values, table, sizeof values);
-    const int read = std::max(0, stream.Read(values, sizeof values)) / 2;
+    const int tableRead = std::max(0, stream.Read(values, sizeof values));
+    m_hadMorphData = m_hadMorphData || nameRead > 0 || tableRead > 0;
+    const int read = tableRead / 2;
     if (m_endianKind == 1) {
         for (int i = 0; i < read && i < TableValues; ++i)
             values[i] = reversedBytes(values[i]);

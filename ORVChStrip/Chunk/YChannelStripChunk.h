@@ -32,6 +32,13 @@ public:
     static constexpr uint32_t ParameterId = makeChunkId("PRM ");
 
     using Table = short[TableColumns];
+    // What one form carries, in the buffers the reader fills.
+    struct Contents
+    {
+        float values[ParameterCapacity] = {};
+        char systemName[SystemNameLength] = {};
+        Table table[TableRows] = {};
+    };
 
     YChannelStripChunk();
 
@@ -58,6 +65,8 @@ public:
     // stops at 26; the 64-bit one counts them all but stores at most 26 and
     // steps over the rest, so a caller's buffer is never overrun.
     int lastParameterCount() const { return m_parameterCount; }
+    // Whether the last load took any bytes of morph data from an "ORD " chunk.
+    bool lastHadMorphData() const { return m_hadMorphData; }
 
     void WriteBinFileInfoChunk(YStream &stream);
     void WriteBinORDChunk(YStream &stream, const char *systemName, const Table *table);
@@ -89,4 +98,5 @@ private:
 
     int m_endianKind;
     int m_parameterCount = 0;
+    bool m_hadMorphData = false;
 };

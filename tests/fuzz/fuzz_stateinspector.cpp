@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "HostModel.h"
+#include "ChannelStripModel.h"
 #include "tools/StateInspector.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    static const HostModel model = HostModel::channelStrip();
+    static const QList<ParameterDefinition> parameters = ChannelStripModel::parameters();
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
-    StateInspector inspector(&model);
+    StateInspector inspector(parameters);
     for (const bool asState : { true, false }) {
         const bool valid = asState ? inspector.inspectState(bytes) : inspector.inspectChunk(bytes);
         if (valid != inspector.error().isEmpty())

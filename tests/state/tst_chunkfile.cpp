@@ -37,6 +37,8 @@ struct Loaded
     QByteArray message;
     int parameterCount = 0;
     int position = 0;
+    int errorCode = 0;
+    long long errorPosition = -1;
 };
 
 Loaded load(const QByteArray &bytes, Buffers &buffers, qint64 start = 0)
@@ -53,6 +55,8 @@ Loaded load(const QByteArray &bytes, Buffers &buffers, qint64 start = 0)
         qWarning("LoadBinALL result and error flag disagree");
     loaded.ok = loaded.ok && !error.isError();
     loaded.message = error.message();
+    loaded.errorCode = error.code();
+    loaded.errorPosition = error.position();
     loaded.parameterCount = chunk.lastParameterCount();
     loaded.position = stream.GetMarker();
     return loaded;
@@ -200,6 +204,9 @@ void TestChunkFile::errors()
     const Loaded loaded = load(bytes, buffers);
     QVERIFY(!loaded.ok);
     QCOMPARE(loaded.message, readError(code, position));
+    // The same facts without the text.
+    QCOMPARE(loaded.errorCode, code);
+    QCOMPARE(loaded.errorPosition, position);
 }
 
 void TestChunkFile::exceptionMessages()

@@ -1,5 +1,6 @@
 #include <QTest>
 
+#include "ChannelStripModel.h"
 #include "SavedState.h"
 #include "tools/StateInspector.h"
 
@@ -28,7 +29,7 @@ private slots:
 
 private:
     QByteArray m_state;
-    HostModel m_model = HostModel::channelStrip();
+    QList<ParameterDefinition> m_parameters = ChannelStripModel::parameters();
 };
 
 void TestStateInspector::initTestCase()
@@ -39,7 +40,7 @@ void TestStateInspector::initTestCase()
 
 void TestStateInspector::describesState()
 {
-    StateInspector inspector(&m_model);
+    StateInspector inspector(m_parameters);
     QVERIFY2(inspector.inspectState(m_state), qPrintable(inspector.error()));
     QCOMPARE(inspector.stateLayout(), QStringLiteral("newer"));
     QStringList names;
@@ -123,7 +124,7 @@ void TestStateInspector::refusesWithOffset()
     QFETCH(qint64, offset);
     QFETCH(QString, expected);
 
-    StateInspector inspector(&m_model);
+    StateInspector inspector(m_parameters);
     QVERIFY(!(chunkFile ? inspector.inspectChunk(bytes) : inspector.inspectState(bytes)));
     QVERIFY2(inspector.error().contains(expected), qPrintable(inspector.error()));
     QCOMPARE(inspector.errorOffset(), offset);
