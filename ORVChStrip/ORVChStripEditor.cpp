@@ -276,7 +276,7 @@ void ORVChStripEditor::showEvent(QShowEvent *event)
     if (m_conversionOffered)
         return;
     m_conversionOffered = true;
-    if (ORVChStripPresetConverter::shouldOfferConversion())
+    if (ORVChStripPresetConversion::shouldOfferConversion())
         m_pPresetConverter->open();
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "ORVChStrip/FadingOverlay.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 
 class QThread;
 
@@ -12,9 +13,10 @@ class ORVChStripPresetConverter;
 
 // The overlay that offers to convert the presets of older versions into the
 // folders the current version loads from. "Yes" converts on a worker thread,
-// so the editor and its meters keep moving, and fades out when done; "Not
-// Now" fades out. The "Don't ask me again" choice is saved whenever the
-// overlay hides.
+// so the editor and its meters keep moving, and then shows what was converted
+// and what was skipped and why, until "Close"; "Not Now" fades out. The
+// "Don't ask me again" choice is saved whenever the overlay hides. Whether to
+// offer it at all is ORVChStripPresetConversion::shouldOfferConversion().
 class ORVChStripPresetConverter : public FadingOverlay
 {
     Q_OBJECT
@@ -24,12 +26,12 @@ public:
     // Waits for a running conversion: its files are being written.
     ~ORVChStripPresetConverter() override;
 
-    // True when the setting asks again and at least one old preset in the
-    // source folders has not been converted yet (its converted copy is
-    // missing or older than it).
-    static bool shouldOfferConversion();
-
     bool isConverting() const { return m_pConversion != nullptr; }
+    // Whether the overlay shows the outcome of a conversion rather than the
+    // question; it asks again the next time it opens.
+    bool isShowingResult() const { return m_showingResult; }
+    // What the last conversion did; complete once conversionFinished() is sent.
+    const PresetConversionReport &lastReport() const { return m_report; }
 
 public slots:
     // Converts both folder pairs, then fades out. Ignored while converting.
@@ -51,7 +53,13 @@ private:
     void loadChoice();
     void conversionDone();
     void setButtonsEnabled(bool enabled);
+    QList<QWidget *> questionControls() const;
+    void showQuestion();
+    void showResult();
 
     std::unique_ptr<Ui::ORVChStripPresetConverter> m_ui;
     QThread *m_pConversion = nullptr; // a child while it runs
+    PresetConversionReport m_report;  // written by the worker, read once it has finished
+    bool m_showingResult = false;
+    QStringList m_question; // the form's two lines, for when it asks again
 };
