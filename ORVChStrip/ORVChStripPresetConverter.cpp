@@ -2,9 +2,11 @@
 
 #include <QDir>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QShowEvent>
 #include <QThread>
 
+#include "Common/Widgets/WidgetScale.h"
 #include "ORVChStrip/resources/OrvResources.h"
 #include "ui_ORVChStripPresetConverter.h"
 
@@ -13,8 +15,9 @@ using Item = PresetConversionItem;
 
 namespace {
 
-// One line per file under a heading per outcome, the files that need the
-// user's eye first; paths from the preset folder, where the user finds them.
+// Each file and, below it, what became of it, under a heading per outcome,
+// the files that need the user's eye first; paths from the preset folder,
+// where the user finds them.
 QString resultText(const PresetConversionReport &report)
 {
     struct Section
@@ -39,9 +42,10 @@ QString resultText(const PresetConversionReport &report)
             lines << QString();
         lines << QStringLiteral("%1 (%2)").arg(QLatin1String(section.heading)).arg(count);
         for (const Item &item : report.items) {
-            if (item.outcome == section.outcome)
-                lines << QStringLiteral("    %1 \u2014 %2")
-                             .arg(QDir::toNativeSeparators(base.relativeFilePath(item.source)), item.reason);
+            if (item.outcome != section.outcome)
+                continue;
+            lines << QStringLiteral("    ") + QDir::toNativeSeparators(base.relativeFilePath(item.source));
+            lines << QStringLiteral("        ") + item.reason;
         }
     }
     for (const QString &error : report.errors)
@@ -184,14 +188,38 @@ void ORVChStripPresetConverter::setOpacity(double opacity)
     const QColor text = textColor(opacity);
     QColor sheet = text;
     sheet.setAlphaF(float(text.alphaF() * 0.06));
-    QColor slider = text;
-    slider.setAlphaF(float(text.alphaF() * 0.35));
     for (auto group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled }) {
         list.setColor(group, QPalette::Text, text);
         list.setColor(group, QPalette::Base, sheet);
-        list.setColor(group, QPalette::Mid, slider);
     }
     m_ui->m_pResultText->setPalette(list);
+    styleResultList(opacity);
+}
+
+void ORVChStripPresetConverter::styleResultList(double opacity)
+{
+    // A thin rounded slider without arrows, fading with the rest; it and
+    // the text's margin follow the editor's scale.
+    const double scale = getWidgetScale(this);
+    m_ui->m_pResultText->document()->setDocumentMargin(6.0 * scale);
+    QColor slider = textColor(opacity);
+    slider.setAlphaF(float(slider.alphaF() * 0.35));
+    const int width = qRound(6 * scale);
+    m_ui->m_pResultText->verticalScrollBar()->setStyleSheet(QStringLiteral(
+        "QScrollBar:vertical { background: transparent; width: %1px; margin: 0; }"
+        "QScrollBar::handle:vertical { background: %2; border-radius: %3px; min-height: %4px; }"
+        "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+        "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }")
+                                                                .arg(width)
+                                                                .arg(slider.name(QColor::HexArgb))
+                                                                .arg(width / 2)
+                                                                .arg(qRound(16 * scale)));
+}
+
+void ORVChStripPresetConverter::resizeEvent(QResizeEvent *event)
+{
+    FadingOverlay::resizeEvent(event);
+    styleResultList(visibleFraction());
 }
 
 void ORVChStripPresetConverter::loadChoice()

@@ -47,6 +47,7 @@ signals:
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -56,6 +57,7 @@ private:
     QList<QWidget *> questionControls() const;
     void showQuestion();
     void showResult();
+    void styleResultList(double opacity);
 
     std::unique_ptr<Ui::ORVChStripPresetConverter> m_ui;
     QThread *m_pConversion = nullptr; // a child while it runs
