@@ -114,7 +114,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pPresetConverter = new ORVChStripPresetConverter(this);
     m_pPresetConverter->setObjectName(QStringLiteral("m_pPresetConverter"));
     m_pPresetConverter->setGeometry(rect());
-    setPalette(ORVChStripPalette::editorPalette());
+    ORVChStripPalette::applyTo(this);
     // Explicit roles: a host's container (a scroll area with a dark
     // background role, say) must not change the panel's colours.
     setBackgroundRole(QPalette::Window);
@@ -169,7 +169,7 @@ void ORVChStripEditor::buildBindings()
             { ui.m_pEqualizerHighFrequencyKnob, ui.m_pEqualizerHighFrequencyTextEdit } },
         { Keys::EqualizerHighGain, { ui.m_pEqualizerHighGainKnob, ui.m_pEqualizerHighGainTextEdit } },
         { Keys::EqualizerHighOn, { ui.m_pEqualizerHighButton, nullptr } },
-        { Keys::MorphValue, { ui.m_pMorphingKnob, nullptr } },
+        { Keys::MorphValue, { ui.m_pMorphingKnob, ui.m_pMorphingTextEdit } },
         { Keys::OutputLevel, { ui.m_pOutputKnob, ui.m_pOutputTextEdit } },
     };
 
@@ -518,8 +518,8 @@ void ORVChStripEditor::updateSections()
                       ui.m_pEqualizerMiddleGainArea },
         middleLive);
     setAllEnabled({ ui.m_pEqualizerHighFrequencyArea, ui.m_pEqualizerHighGainArea }, highLive);
-    setAllEnabled(
-        { ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingPresetButton },
+    setAllEnabled({ ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingTextEdit,
+                      ui.m_pMorphingPresetButton },
         !open);
 
     m_compressorDimmer.setDimmed(!compressorLive);
