@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QFontMetricsF>
 #include <QWidget>
 
 PanelToolTips::PanelToolTips(QWidget *panel)
@@ -59,7 +60,10 @@ void PanelToolTips::dress(QWidget *tip) const
     }
     tip->setPalette(palette);
     if (tip->font() != m_pPanel->font()) {
+        // The panel's face at the panel's scale, with room to breathe.
         tip->setFont(m_pPanel->font());
+        const int pad = qRound(QFontMetricsF(tip->font()).height() * 0.3);
+        tip->setContentsMargins(pad, pad / 2, pad, pad / 2);
         tip->adjustSize();
     }
 }
