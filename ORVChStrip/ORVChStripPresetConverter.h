@@ -30,15 +30,13 @@ public:
     // Whether the overlay shows the outcome of a conversion rather than the
     // question; it asks again the next time it opens.
     bool isShowingResult() const { return m_showingResult; }
-    // What the last conversion did; complete once conversionFinished() is sent.
-    const PresetConversionReport &lastReport() const { return m_report; }
 
 public slots:
-    // Converts both folder pairs, then fades out. Ignored while converting.
+    // Converts both folder pairs, then shows the outcome. Ignored while converting.
     void execute();
     void setOpacity(double opacity) override;
 
-    // Escape answers "no"; a conversion under way runs to its end.
+    // Escape answers "no", or closes the outcome; a conversion under way runs to its end.
     void escape() override;
 
 signals:
