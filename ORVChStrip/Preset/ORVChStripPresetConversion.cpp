@@ -139,7 +139,12 @@ QString PresetConversionReport::summary() const
         if (n > 0)
             said << (n == 1 ? QString::fromLatin1(part.one) : QString::fromLatin1(part.many).arg(n));
     }
-    return said.isEmpty() ? QStringLiteral("no old presets found") : said.join(QStringLiteral(", "));
+    if (said.isEmpty())
+        return QStringLiteral("no old presets found");
+    // What was left out always follows what was done, even when that is nothing.
+    if (count(Item::Converted) == 0 && count(Item::WouldConvert) == 0)
+        said.prepend(QStringLiteral("no preset converted"));
+    return said.join(QStringLiteral(", "));
 }
 
 QString ORVChStripPresetConversion::presetBase()

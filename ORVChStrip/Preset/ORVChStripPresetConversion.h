@@ -34,8 +34,8 @@ struct PresetConversionReport
     int count(PresetConversionItem::Outcome outcome) const;
     void append(const PresetConversionReport &other);
     // The counts in words, those of zero left out: "3 presets converted,
-    // 1 skipped, 2 other files left alone"; "no old presets found" when the
-    // folders held nothing.
+    // 1 skipped, 2 other files left alone", "no preset converted, 1 failed";
+    // "no old presets found" when the folders held nothing.
     QString summary() const;
 };
 

@@ -48,6 +48,8 @@ private slots:
     void createDirectory();
     void offeredOnlyWhileSomethingWouldConvert_data();
     void offeredOnlyWhileSomethingWouldConvert();
+    void summary_data();
+    void summary();
 
 private:
     QString m_root;
@@ -452,6 +454,31 @@ void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
     // Whatever is offered, a conversion ends the offer.
     Conversion::convertAll();
     QVERIFY(!Conversion::shouldOfferConversion());
+}
+
+void TestPresetConversion::summary_data()
+{
+    QTest::addColumn<QList<int>>("outcomes");
+    QTest::addColumn<QString>("summary");
+    using I = PresetConversionItem;
+    QTest::newRow("nothing") << QList<int> {} << "no old presets found";
+    QTest::newRow("one of each left out") << QList<int> { I::Skipped, I::Failed, I::Ignored, I::Removed }
+                                          << "no preset converted, 1 skipped, 1 failed, 1 leftover temporary "
+                                             "file removed, 1 other file left alone";
+    QTest::newRow("many") << QList<int> { I::Converted, I::Converted, I::Skipped, I::Ignored, I::Ignored }
+                          << "2 presets converted, 1 skipped, 2 other files left alone";
+    QTest::newRow("dry run") << QList<int> { I::WouldConvert } << "1 preset would be converted";
+}
+
+void TestPresetConversion::summary()
+{
+    QFETCH(QList<int>, outcomes);
+    QFETCH(QString, summary);
+    PresetConversionReport report;
+    for (int outcome : outcomes)
+        report.items << PresetConversionItem { QString(), QString(), PresetConversionItem::Outcome(outcome),
+            QString() };
+    QCOMPARE(report.summary(), summary);
 }
 
 QTEST_GUILESS_MAIN(TestPresetConversion)
