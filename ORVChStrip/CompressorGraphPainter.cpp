@@ -1,5 +1,6 @@
 #include "ORVChStrip/CompressorGraphPainter.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,11 @@ const QColor CurveLineColor(247, 147, 30);
 const QColor CurveDisbaleLineColor(128, 128, 128);
 const QColor CurveBodyColor(247, 147, 30, 40);
 const QColor CurveDisbaleBodyColor(128, 128, 128, 40);
+const QColor ReadoutBackColor(0x16, 0x19, 0x1e);
+const QColor ReadoutLabelColor(130, 134, 142);
+const QColor ReadoutValueColor(217, 220, 225);
+const QColor ReadoutDisableLabelColor(80, 82, 86);
+const QColor ReadoutDisableValueColor(128, 128, 128);
 
 constexpr double DesignHeight = 191.0;
 
@@ -29,6 +35,37 @@ PlotGeometry plotGeometry(const QSize &size)
     const double u = size.height() / DesignHeight;
     const double margin = 5.0 * u + 0.5 * u;
     return { u, QRectF(margin, margin, size.width() - 11.0 * u, size.height() - 11.0 * u) };
+}
+
+struct ReadoutLayout
+{
+    QRectF box;
+    double labelX;
+    double valueRight;
+    double firstBaseline;
+    double lineHeight;
+};
+
+const char *const ReadoutLabels[] = { "THRESHOLD", "MAKE-UP" };
+
+ReadoutLayout readoutLayout(
+    const QSize &size, const QFont &font, const CompressorGraphPainter::Readout &readout)
+{
+    const PlotGeometry g = plotGeometry(size);
+    const QFontMetricsF metrics(font);
+    double labelWidth = 0.0;
+    for (const char *label : ReadoutLabels)
+        labelWidth = std::max(labelWidth, metrics.horizontalAdvance(QLatin1String(label)));
+    // The widest value the offsets take, so that the box keeps its size as they move.
+    double valueWidth = metrics.horizontalAdvance(QStringLiteral("-20.0 dB"));
+    for (const QString &value : { readout.thresholdOffset, readout.makeUpOffset })
+        valueWidth = std::max(valueWidth, metrics.horizontalAdvance(value));
+    const double pad = 3.0 * g.unit;
+    const double gap = 2.0 * metrics.horizontalAdvance(QLatin1Char(' '));
+    const double lineHeight = metrics.height();
+    const QRectF box(g.plot.left() + 2.0 * g.unit, g.plot.top() + 2.0 * g.unit,
+        labelWidth + gap + valueWidth + 2.0 * pad, 2.0 * lineHeight + pad);
+    return { box, box.left() + pad, box.right() - pad, box.top() + pad * 0.5 + metrics.ascent(), lineHeight };
 }
 
 } // namespace
@@ -75,6 +112,36 @@ void CompressorGraphPainter::paint(
 {
     paintGrid(painter, size);
     paintCurve(painter, size, settings);
+}
+
+QRectF CompressorGraphPainter::readoutBounds(const QSize &size, const QFont &font, const Readout &readout)
+{
+    return readoutLayout(size, font, readout).box;
+}
+
+void CompressorGraphPainter::paintReadout(
+    QPainter &painter, const QSize &size, const QFont &font, const Readout &readout) const
+{
+    const ReadoutLayout layout = readoutLayout(size, font, readout);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    // Framed like the plot, so the grid reads as passing behind it.
+    const double unit = plotGeometry(size).unit;
+    painter.setPen(QPen(FrameColor, unit));
+    painter.setBrush(ReadoutBackColor);
+    painter.drawRoundedRect(layout.box, 2.0 * unit, 2.0 * unit);
+    painter.setFont(font);
+    const QFontMetricsF metrics(font);
+    const QString values[] = { readout.thresholdOffset, readout.makeUpOffset };
+    for (int line = 0; line < 2; ++line) {
+        const double baseline = layout.firstBaseline + line * layout.lineHeight;
+        painter.setPen(m_enabled ? ReadoutLabelColor : ReadoutDisableLabelColor);
+        painter.drawText(QPointF(layout.labelX, baseline), QLatin1String(ReadoutLabels[line]));
+        painter.setPen(m_enabled ? ReadoutValueColor : ReadoutDisableValueColor);
+        painter.drawText(
+            QPointF(layout.valueRight - metrics.horizontalAdvance(values[line]), baseline), values[line]);
+    }
+    painter.restore();
 }
 
 namespace {

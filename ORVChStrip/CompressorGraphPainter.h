@@ -2,9 +2,11 @@
 
 #include <QPolygonF>
 #include <QSize>
+#include <QString>
 
 #include "ORVChStrip/Filter/CompressorCurve.h"
 
+class QFont;
 class QPainter;
 
 // Draws the compressor graph without a widget: the frame and the -20/-40 dB
@@ -21,6 +23,24 @@ public:
     // The curve for these settings, clipped to the plot.
     void paintCurve(QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const;
     void paint(QPainter &painter, const QSize &size, const CompressorCurve::Settings &settings) const;
+    // The offsets that move the curve but are not drawn as such, as value
+    // texts with their unit ("+2.0 dB").
+    struct Readout
+    {
+        QString thresholdOffset;
+        QString makeUpOffset;
+        bool operator==(const Readout &other) const
+        {
+            return thresholdOffset == other.thresholdOffset && makeUpOffset == other.makeUpOffset;
+        }
+    };
+    // Labels and values in the plot's top-left corner, on a backing that
+    // hides the grid beneath: the curve never comes there, since an input
+    // below -20 dB never comes out above it.
+    void paintReadout(QPainter &painter, const QSize &size, const QFont &font, const Readout &readout) const;
+    // What the readout covers.
+    static QRectF readoutBounds(const QSize &size, const QFont &font, const Readout &readout);
+
     // A dot at (input dB, output dB) on the graph's axes.
     static void paintOperatingPoint(QPainter &painter, const QSize &size, const QPointF &levelsDb);
     // What that dot covers, pen included.

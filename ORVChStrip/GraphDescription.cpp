@@ -17,6 +17,9 @@ void GraphDescription::addControl(QWidget *control)
 QString GraphDescription::text() const
 {
     QStringList parts;
+    const QString readout = parent()->property("readout").toString();
+    if (!readout.isEmpty())
+        parts.append(readout);
     for (const QPointer<QWidget> &control : m_controls) {
         if (!control)
             continue;

@@ -8,8 +8,9 @@ class QWidget;
 
 // Says in words what a graph draws: the names and values of the controls
 // that shape its curve ("Compressor ratio 3.00:1, Compressor knee Soft
-// knee"). It lives as a child of the graph and reads the controls each time
-// it is asked, so it is never stale and costs nothing while nobody asks.
+// knee"), after what the graph itself reads out, if it has a "readout"
+// property. It lives as a child of the graph and reads the controls each
+// time it is asked, so it is never stale and costs nothing while nobody asks.
 class GraphDescription : public QObject
 {
     Q_OBJECT

@@ -1,10 +1,13 @@
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <cmath>
 
 #include "Common/EffectEditor.h"
 #include "Interfaces/ChannelStripKeys.h"
+#include "Interfaces/IMemAPI.h"
 #include "ORVChStrip/PixelGridSnap.h"
 
 using namespace ChannelStripKeys;
@@ -12,7 +15,9 @@ using namespace ChannelStripKeys;
 ORVChStripCompressorGraph::ORVChStripCompressorGraph(QWidget *parent)
     : QWidget(parent)
     // The keys in the order of ORVChStripCompressorGraph::Parameter.
-    , m_parameters(this, { CompressorRatio, CompressorKnee, CompressorThresholdOffset, CompressorDrive })
+    , m_parameters(this,
+          { CompressorRatio, CompressorKnee, CompressorThresholdOffset, CompressorDrive,
+              CompressorMakeUpOffset })
     , m_grid(&CompressorGraphPainter::paintGrid)
 { }
 
@@ -56,13 +61,83 @@ CompressorCurve::Settings ORVChStripCompressorGraph::currentSettings() const
     return settings;
 }
 
+QString ORVChStripCompressorGraph::decibelText(Parameter parameter, double (*fallback)(int)) const
+{
+    int value = 0;
+    if (!m_parameters.read(parameter, &value))
+        return QString();
+    char buffer[256] = {};
+    QString text;
+    if (m_parameters.memAPI()->getValueString(
+            m_parameters.id(parameter), m_parameters.ch(), value, buffer, int(sizeof buffer))
+        >= 0) {
+        buffer[sizeof buffer - 1] = '\0';
+        text = QString::fromLocal8Bit(buffer).trimmed();
+    }
+    if (text.isEmpty())
+        text = QString::asprintf("%+.1f", fallback(value));
+    return text.endsWith(QLatin1String("dB")) ? text : text + QStringLiteral(" dB");
+}
+
+CompressorGraphPainter::Readout ORVChStripCompressorGraph::currentReadout() const
+{
+    return { decibelText(ThresholdOffset, [](int value) { return CompressorCurve::threshold(value); }),
+        decibelText(MakeUpOffset, [](int value) { return -10.0 + 0.1 * value; }) };
+}
+
+QString ORVChStripCompressorGraph::readoutText() const
+{
+    const CompressorGraphPainter::Readout readout = currentReadout();
+    QStringList parts;
+    if (!readout.thresholdOffset.isEmpty())
+        parts << tr("Threshold offset %1").arg(readout.thresholdOffset);
+    if (!readout.makeUpOffset.isEmpty())
+        parts << tr("make-up offset %1").arg(readout.makeUpOffset);
+    return parts.join(QStringLiteral(", "));
+}
+
+QString ORVChStripCompressorGraph::toolTipText() const
+{
+    const CompressorGraphPainter::Readout readout = currentReadout();
+    if (readout.thresholdOffset.isEmpty() && readout.makeUpOffset.isEmpty())
+        return QString();
+    const CompressorCurve::Settings settings = currentSettings();
+    const double effective = CompressorCurve::effectiveThreshold(
+        CompressorCurve::threshold(settings.thresholdOffset), CompressorCurve::drive(settings.drive));
+    QStringList lines;
+    if (!readout.thresholdOffset.isEmpty()) {
+        lines << tr("Threshold offset %1").arg(readout.thresholdOffset);
+        lines << tr("Effective threshold %1 dB (offset and drive together)").arg(effective, 0, 'f', 1);
+    }
+    if (!readout.makeUpOffset.isEmpty())
+        lines << tr("Make-up offset %1, added after the curve").arg(readout.makeUpOffset);
+    return lines.join(QLatin1Char('\n'));
+}
+
+bool ORVChStripCompressorGraph::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        // Worded when asked, so the tip shows the values of that moment.
+        const QString text = toolTipText();
+        if (text.isEmpty()) {
+            QToolTip::hideText();
+            event->ignore();
+        } else {
+            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), text, this, rect());
+        }
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void ORVChStripCompressorGraph::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.drawPixmap(0, 0, m_grid.pixmap(size(), PixelGridSnap::devicePixelRatio(painter)));
     if (!m_parameters.memAPI())
         return;
-    painter.drawPixmap(0, 0, curveLayer(currentSettings(), PixelGridSnap::devicePixelRatio(painter)));
+    painter.drawPixmap(
+        0, 0, curveLayer(currentSettings(), currentReadout(), PixelGridSnap::devicePixelRatio(painter)));
     if (m_hasOperatingPoint && isEnabled())
         CompressorGraphPainter::paintOperatingPoint(painter, size(), m_operatingPoint);
 }
@@ -84,15 +159,15 @@ void ORVChStripCompressorGraph::setOperatingPoint(double inputDb, double outputD
     update(before | operatingPointRect());
 }
 
-const QPixmap &ORVChStripCompressorGraph::curveLayer(
-    const CompressorCurve::Settings &settings, double devicePixelRatio)
+const QPixmap &ORVChStripCompressorGraph::curveLayer(const CompressorCurve::Settings &settings,
+    const CompressorGraphPainter::Readout &readout, double devicePixelRatio)
 {
     const QSize pixels = size() * devicePixelRatio;
     const CompressorCurve::Settings &cached = m_curveSettings;
     if (m_curveLayer.size() == pixels && m_curveLayer.devicePixelRatio() == devicePixelRatio
         && m_curveEnabled == isEnabled() && cached.ratioIndex == settings.ratioIndex
         && cached.knee == settings.knee && cached.thresholdOffset == settings.thresholdOffset
-        && cached.drive == settings.drive)
+        && cached.drive == settings.drive && m_curveReadout == readout)
         return m_curveLayer;
     m_curveLayer = QPixmap(pixels);
     m_curveLayer.setDevicePixelRatio(devicePixelRatio);
@@ -100,7 +175,9 @@ const QPixmap &ORVChStripCompressorGraph::curveLayer(
     QPainter painter(&m_curveLayer);
     m_painter.setEnabled(isEnabled());
     m_painter.paintCurve(painter, size(), settings);
+    m_painter.paintReadout(painter, size(), font(), readout);
     m_curveSettings = settings;
+    m_curveReadout = readout;
     m_curveEnabled = isEnabled();
     return m_curveLayer;
 }

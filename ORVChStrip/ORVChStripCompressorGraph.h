@@ -14,13 +14,17 @@ class IMemAPI;
 
 // The compressor's static transfer curve (output against input level, -60 to
 // 0 dB on both axes) for one channel. It keeps no values of its own: every
-// paint reads ratio, knee, threshold offset and drive from the host.
+// paint reads ratio, knee, threshold offset and drive from the host. A
+// readout in its corner, and its tool tip, give the threshold and make-up
+// offsets, which the morph knob moves and no control on the panel shows.
 //
 // A form creates it with its parent alone; the editor then hands itself over
 // with setEditor(), through which the parameter keys are looked up.
 class ORVChStripCompressorGraph : public QWidget, public IPrmObserver
 {
     Q_OBJECT
+    // "Threshold offset +2.0 dB, make-up offset -1.5 dB": what the readout shows.
+    Q_PROPERTY(QString readout READ readoutText)
 
 public:
     explicit ORVChStripCompressorGraph(QWidget *parent = nullptr);
@@ -34,6 +38,10 @@ public:
     int ch() const { return m_parameters.ch(); }
     // The host's current values; defaults without a memory.
     CompressorCurve::Settings currentSettings() const;
+    // The offsets as the host words them, with their unit; empty without a memory.
+    CompressorGraphPainter::Readout currentReadout() const;
+    QString readoutText() const;
+    QString toolTipText() const;
 
     int Update(unsigned short prmId, unsigned short ch, int value, const char *text) override;
     int UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *) override
@@ -52,15 +60,21 @@ public:
     QPointF operatingPoint() const { return m_operatingPoint; }
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    enum Parameter { Ratio, Knee, ThresholdOffset, Drive, ParameterCount };
+    enum Parameter { Ratio, Knee, ThresholdOffset, Drive, MakeUpOffset, ParameterCount };
 
-    // The curve over a transparent background, kept while settings, size,
-    // ratio and enabled state stay: the operating point moves over it at
-    // the meters' rate.
-    const QPixmap &curveLayer(const CompressorCurve::Settings &settings, double devicePixelRatio);
+    // A parameter's value text with " dB" where the host leaves the unit
+    // out; `fallback` words the value where the host has no text for it.
+    QString decibelText(Parameter parameter, double (*fallback)(int)) const;
+
+    // The curve and readout over a transparent background, kept while
+    // settings, readout, size and enabled state stay: the operating point
+    // moves over it at the meters' rate.
+    const QPixmap &curveLayer(const CompressorCurve::Settings &settings,
+        const CompressorGraphPainter::Readout &readout, double devicePixelRatio);
     QRect operatingPointRect() const;
 
     ObservedParameters m_parameters;
@@ -68,6 +82,7 @@ private:
     GraphGridCache m_grid;
     QPixmap m_curveLayer;
     CompressorCurve::Settings m_curveSettings;
+    CompressorGraphPainter::Readout m_curveReadout;
     bool m_curveEnabled = false;
     QPointF m_operatingPoint;
     bool m_hasOperatingPoint = false;

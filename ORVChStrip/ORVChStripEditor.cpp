@@ -87,7 +87,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pPresetConverter->setObjectName(QStringLiteral("m_pPresetConverter"));
     m_pPresetConverter->setGeometry(rect());
     m_pConverterOffer = std::make_unique<PresetConverterOffer>(m_pPresetConverter);
-    setPalette(ORVChStripPalette::editorPalette());
+    ORVChStripPalette::applyTo(this);
     // Explicit roles: a host's container (a scroll area with a dark
     // background role, say) must not change the panel's colours.
     setBackgroundRole(QPalette::Window);

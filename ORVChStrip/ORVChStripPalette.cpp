@@ -1,5 +1,9 @@
 #include "ORVChStrip/ORVChStripPalette.h"
 
+#include <QWidget>
+
+#include "ORVChStrip/PanelToolTips.h"
+
 namespace ORVChStripPalette {
 
 QPalette editorPalette()
@@ -46,6 +50,12 @@ QPalette editorPalette()
     palette.setColor(QPalette::Disabled, QPalette::HighlightedText, disabledText);
     palette.setColor(QPalette::Disabled, QPalette::BrightText, disabledText);
     return palette;
+}
+
+void applyTo(QWidget *panel)
+{
+    panel->setPalette(editorPalette());
+    new PanelToolTips(panel);
 }
 
 } // namespace ORVChStripPalette

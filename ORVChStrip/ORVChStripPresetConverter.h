@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "ORVChStrip/FadingOverlay.h"
+#include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 
 class QThread;
 
@@ -12,9 +13,10 @@ class ORVChStripPresetConverter;
 
 // The overlay that offers to convert the presets of older versions into the
 // folders the current version loads from. "Yes" converts on a worker thread,
-// so the editor and its meters keep moving, and fades out when done; "Not
-// Now" fades out. The "Don't ask me again" choice is saved whenever the
-// overlay hides.
+// so the editor and its meters keep moving, and then shows what was converted
+// and what was skipped and why, until "Close"; "Not Now" fades out. The
+// "Don't ask me again" choice is saved whenever the overlay hides. Whether to
+// offer it at all is ORVChStripPresetConversion::shouldOfferConversion().
 class ORVChStripPresetConverter : public FadingOverlay
 {
     Q_OBJECT
@@ -24,19 +26,17 @@ public:
     // Waits for a running conversion: its files are being written.
     ~ORVChStripPresetConverter() override;
 
-    // True when the setting asks again and at least one old preset in the
-    // source folders has not been converted yet (its converted copy is
-    // missing or older than it).
-    static bool shouldOfferConversion();
-
     bool isConverting() const { return m_pConversion != nullptr; }
+    // Whether the overlay shows the outcome of a conversion rather than the
+    // question; it asks again the next time it opens.
+    bool isShowingResult() const { return m_showingResult; }
 
 public slots:
-    // Converts both folder pairs, then fades out. Ignored while converting.
+    // Converts both folder pairs, then shows the outcome. Ignored while converting.
     void execute();
     void setOpacity(double opacity) override;
 
-    // Escape answers "no"; a conversion under way runs to its end.
+    // Escape answers "no", or closes the outcome; a conversion under way runs to its end.
     void escape() override;
 
 signals:
@@ -45,13 +45,21 @@ signals:
 protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void loadChoice();
     void conversionDone();
     void setButtonsEnabled(bool enabled);
+    QList<QWidget *> questionControls() const;
+    void showQuestion();
+    void showResult();
+    void styleResultList(double opacity);
 
     std::unique_ptr<Ui::ORVChStripPresetConverter> m_ui;
     QThread *m_pConversion = nullptr; // a child while it runs
+    PresetConversionReport m_report;  // written by the worker, read once it has finished
+    bool m_showingResult = false;
+    QStringList m_question; // the form's two lines, for when it asks again
 };

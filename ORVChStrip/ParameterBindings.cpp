@@ -33,7 +33,7 @@ ParameterBindings::ParameterBindings(const Ui::ORVChStripEditor &ui)
     add(Keys::EqualizerHighFrequency, ui.m_pEqualizerHighFrequencyKnob, ui.m_pEqualizerHighFrequencyTextEdit);
     add(Keys::EqualizerHighGain, ui.m_pEqualizerHighGainKnob, ui.m_pEqualizerHighGainTextEdit);
     add(Keys::EqualizerHighOn, ui.m_pEqualizerHighButton);
-    add(Keys::MorphValue, ui.m_pMorphingKnob);
+    add(Keys::MorphValue, ui.m_pMorphingKnob, ui.m_pMorphingTextEdit);
     add(Keys::OutputLevel, ui.m_pOutputKnob, ui.m_pOutputTextEdit);
 }
 

@@ -9,7 +9,7 @@ PresetConverterOffer::PresetConverterOffer(ORVChStripPresetConverter *converter,
 
 PresetConverterOffer::Rule PresetConverterOffer::defaultRule()
 {
-    return &ORVChStripPresetConverter::shouldOfferConversion;
+    return &ORVChStripPresetConversion::shouldOfferConversion;
 }
 
 void PresetConverterOffer::offerOnce()

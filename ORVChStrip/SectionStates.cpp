@@ -30,7 +30,8 @@ SectionStates::SectionStates(const Ui::ORVChStripEditor &ui)
             ui.m_pEqualizerMiddleGainArea });
     addControls(HighBandControls, { ui.m_pEqualizerHighFrequencyArea, ui.m_pEqualizerHighGainArea });
     addControls(UncoveredControls,
-        { ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingPresetButton });
+        { ui.m_pCompressorButton, ui.m_pEqualizerButton, ui.m_pMorphingKnob, ui.m_pMorphingTextEdit,
+            ui.m_pMorphingPresetButton });
 
     // Every caption of a section dims with it; the compressor's title a little less.
     dimmer(Compressor).addCaptionsOf(ui.m_pCompressorArea, CompressorDimmedOpacity);

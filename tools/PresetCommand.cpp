@@ -137,15 +137,30 @@ QString outcomeName(PresetConversionItem::Outcome outcome)
     case PresetConversionItem::WouldConvert: return QStringLiteral("would convert");
     case PresetConversionItem::Skipped: return QStringLiteral("skipped");
     case PresetConversionItem::Failed: return QStringLiteral("failed");
+    case PresetConversionItem::Ignored: return QStringLiteral("ignored");
+    case PresetConversionItem::Removed: return QStringLiteral("removed");
     }
     return QString();
+}
+
+// Every outcome counted, so that what was left out adds up to the files met.
+QJsonObject totalsToJson(const PresetConversionReport &report)
+{
+    QJsonObject totals;
+    for (auto outcome :
+        { PresetConversionItem::Converted, PresetConversionItem::WouldConvert, PresetConversionItem::Skipped,
+            PresetConversionItem::Failed, PresetConversionItem::Ignored, PresetConversionItem::Removed })
+        totals.insert(
+            outcomeName(outcome).replace(QLatin1Char(' '), QLatin1Char('_')), report.count(outcome));
+    return totals;
 }
 
 void printItem(QTextStream &out, const PresetConversionItem &item)
 {
     const QString name = outcomeName(item.outcome);
     out << (name + QLatin1Char(':')).leftJustified(15) << shownPath(item.source);
-    if (item.outcome != PresetConversionItem::Skipped)
+    if (item.outcome == PresetConversionItem::Converted || item.outcome == PresetConversionItem::WouldConvert
+        || item.outcome == PresetConversionItem::Failed)
         out << " -> " << shownPath(item.destination);
     out << " (" << item.reason << ")\n";
 }
@@ -210,9 +225,6 @@ int runConvert(ToolContext &context, const QStringList &arguments)
             context.fail(Convert, QString(), error);
     }
 
-    const int converted = total.count(PresetConversionItem::Converted);
-    const int wouldConvert = total.count(PresetConversionItem::WouldConvert);
-    const int skipped = total.count(PresetConversionItem::Skipped);
     const int failed = total.count(PresetConversionItem::Failed);
     if (context.json) {
         QJsonArray files;
@@ -229,20 +241,14 @@ int runConvert(ToolContext &context, const QStringList &arguments)
             { QStringLiteral("pairs"), jsonPairs },
             { QStringLiteral("files"), files },
             { QStringLiteral("errors"), QJsonArray::fromStringList(total.errors) },
-            { QStringLiteral("totals"),
-                QJsonObject {
-                    { QStringLiteral("converted"), converted },
-                    { QStringLiteral("would_convert"), wouldConvert },
-                    { QStringLiteral("skipped"), skipped },
-                    { QStringLiteral("failed"), failed },
-                } },
+            { QStringLiteral("totals"), totalsToJson(total) },
+            { QStringLiteral("summary"), total.summary() },
         };
         context.out << QJsonDocument(object).toJson(QJsonDocument::Indented);
     } else if (options.dryRun) {
-        context.out << "Dry run: " << wouldConvert << " would be converted, " << skipped << " skipped, "
-                    << failed << " failed; nothing written\n";
+        context.out << "Dry run: " << total.summary() << "; nothing written\n";
     } else {
-        context.out << converted << " converted, " << skipped << " skipped, " << failed << " failed\n";
+        context.out << total.summary() << '\n';
     }
     context.out.flush();
     return failed > 0 || !total.errors.isEmpty() ? 1 : 0;

@@ -74,6 +74,28 @@ QRegularExpression leftoverPattern(const QString &presetName)
         QStringLiteral("^%1\\.[A-Za-z0-9]{6}$").arg(QRegularExpression::escape(presetName)));
 }
 
+// Whether a folder at this path could be made, if it is missing, and
+// written into: its nearest existing part is a folder we may write in.
+bool canWriteFolder(const QString &folder)
+{
+    QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    while (!QFileInfo::exists(path)) {
+        const QString parent = QFileInfo(path).absolutePath();
+        if (parent == path)
+            return false;
+        path = parent;
+    }
+    const QFileInfo existing(path);
+    return existing.isDir() && existing.isWritable();
+}
+
+// A converted copy at least as new as its source: an earlier conversion's.
+bool isConvertedAlready(const QFileInfo &source, const QString &target)
+{
+    const QFileInfo converted(target);
+    return converted.isFile() && converted.lastModified() >= source.lastModified();
+}
+
 PresetConversionItem item(const QString &source, const QString &destination,
     PresetConversionItem::Outcome outcome, const QString &reason)
 {
@@ -92,6 +114,37 @@ void PresetConversionReport::append(const PresetConversionReport &other)
 {
     items += other.items;
     errors += other.errors;
+}
+
+QString PresetConversionReport::summary() const
+{
+    using Item = PresetConversionItem;
+    struct Part
+    {
+        Item::Outcome outcome;
+        const char *one;
+        const char *many;
+    };
+    static const Part parts[] = {
+        { Item::Converted, "1 preset converted", "%1 presets converted" },
+        { Item::WouldConvert, "1 preset would be converted", "%1 presets would be converted" },
+        { Item::Skipped, "1 skipped", "%1 skipped" },
+        { Item::Failed, "1 failed", "%1 failed" },
+        { Item::Removed, "1 leftover temporary file removed", "%1 leftover temporary files removed" },
+        { Item::Ignored, "1 other file left alone", "%1 other files left alone" },
+    };
+    QStringList said;
+    for (const Part &part : parts) {
+        const int n = count(part.outcome);
+        if (n > 0)
+            said << (n == 1 ? QString::fromLatin1(part.one) : QString::fromLatin1(part.many).arg(n));
+    }
+    if (said.isEmpty())
+        return QStringLiteral("no old presets found");
+    // What was left out always follows what was done, even when that is nothing.
+    if (count(Item::Converted) == 0 && count(Item::WouldConvert) == 0)
+        said.prepend(QStringLiteral("no preset converted"));
+    return said.join(QStringLiteral(", "));
 }
 
 QString ORVChStripPresetConversion::presetBase()
@@ -142,6 +195,14 @@ PresetConversionReport ORVChStripPresetConversion::convertAll(Options options)
     return report;
 }
 
+bool ORVChStripPresetConversion::hasPendingConversion()
+{
+    Options options;
+    options.dryRun = true;
+    options.pendingOnly = true;
+    return convertAll(options).count(PresetConversionItem::WouldConvert) > 0;
+}
+
 PresetConversionReport ORVChStripPresetConversion::convert(
     const QString &source, const QString &destination, Options options)
 {
@@ -173,11 +234,14 @@ void ORVChStripPresetConversion::convertFolder(
         return;
     }
     const QFileInfoList entries = dir.entryInfoList(
-        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System, QDir::Name | QDir::DirsLast);
+        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System, QDir::Name | QDir::DirsLast);
 
     for (const QFileInfo &entry : entries) {
         const QString target = destination + QLatin1Char('/') + entry.fileName();
-        if (entry.isSymLink()) {
+        if (entry.isHidden()) {
+            report.items << item(entry.filePath(), target, PresetConversionItem::Ignored,
+                entry.isDir() ? QStringLiteral("hidden folder") : QStringLiteral("hidden file"));
+        } else if (entry.isSymLink()) {
             report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
                 entry.isDir() ? QStringLiteral("symbolic link to a folder")
                               : QStringLiteral("symbolic link"));
@@ -188,7 +252,7 @@ void ORVChStripPresetConversion::convertFolder(
                 report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
                     QStringLiteral("folder not readable"));
         } else if (!QDir::match(kPresetPattern, entry.fileName())) {
-            report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
+            report.items << item(entry.filePath(), target, PresetConversionItem::Ignored,
                 QStringLiteral("not a .plxpreset file"));
         } else if (!entry.isFile()) {
             report.items << item(entry.filePath(), target, PresetConversionItem::Skipped,
@@ -196,7 +260,7 @@ void ORVChStripPresetConversion::convertFolder(
         } else if (!entry.isReadable()) {
             report.items << item(
                 entry.filePath(), target, PresetConversionItem::Skipped, QStringLiteral("not readable"));
-        } else {
+        } else if (!(options.pendingOnly && isConvertedAlready(entry, target))) {
             convertFile(entry.filePath(), destination, options, report);
         }
     }
@@ -224,7 +288,8 @@ void ORVChStripPresetConversion::removeLeftovers(const QString &target, PresetCo
             continue;
         leftover.close();
         const bool removed = leftover.remove();
-        report.items << item(file.filePath(), QString(), PresetConversionItem::Skipped,
+        report.items << item(file.filePath(), QString(),
+            removed ? PresetConversionItem::Removed : PresetConversionItem::Skipped,
             removed ? QStringLiteral("temporary file left by an interrupted conversion; removed")
                     : QStringLiteral("temporary file left by an interrupted conversion; cannot remove it: %1")
                           .arg(leftover.errorString()));
@@ -285,7 +350,12 @@ void ORVChStripPresetConversion::convertFile(
         result
             = item(source, target, PresetConversionItem::Failed, QStringLiteral("destination is a folder"));
     } else if (options.dryRun) {
-        result = item(source, target, PresetConversionItem::WouldConvert, done);
+        // What the conversion itself would run into, so that a dry run does
+        // not promise a file that cannot be written.
+        result = canWriteFolder(destination) ? item(source, target, PresetConversionItem::WouldConvert, done)
+                                             : item(source, target, PresetConversionItem::Failed,
+                                                 QStringLiteral("cannot create or write the folder '%1'")
+                                                     .arg(QDir::toNativeSeparators(destination)));
     } else if (!createDirectory(destination)) {
         result = item(source, target, PresetConversionItem::Failed,
             QStringLiteral("cannot create the folder '%1'").arg(QDir::toNativeSeparators(destination)));

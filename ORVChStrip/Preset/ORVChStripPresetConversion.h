@@ -13,8 +13,10 @@ struct PresetConversionItem
     enum Outcome {
         Converted,    // written to the destination
         WouldConvert, // a dry run found it convertible
-        Skipped,      // not a preset of either class, a symbolic link, unreadable, ...
-        Failed,       // a preset that could not be loaded or written
+        Skipped,      // not a preset of either class, damaged, a symbolic link, unreadable, ...
+        Failed,       // a preset that could not be written
+        Ignored,      // not a preset by its name: another extension, or hidden
+        Removed,      // a temporary file an interrupted conversion left in the destination
     };
 
     QString source;
@@ -31,11 +33,18 @@ struct PresetConversionReport
 
     int count(PresetConversionItem::Outcome outcome) const;
     void append(const PresetConversionReport &other);
+    // The counts in words, those of zero left out: "3 presets converted,
+    // 1 skipped, 2 other files left alone", "no preset converted, 1 failed";
+    // "no old presets found" when the folders held nothing.
+    QString summary() const;
 };
 
 struct PresetConversionOptions
 {
     bool dryRun = false; // report what would be done, write nothing
+    // Leave out, unreported, presets whose converted copy is at least as new
+    // as they are: what an earlier conversion already did.
+    bool pendingOnly = false;
     // Called with the path of each source preset once it has been read and
     // before it is checked for changes during the read; for observers and
     // for tests that change a file at exactly that moment.
@@ -79,6 +88,15 @@ public:
     }
     // Converts both folder pairs.
     static PresetConversionReport convertAll(Options options = Options());
+
+    // Whether converting both folder pairs now would write at least one
+    // preset: one of the old classes that reads whole, whose converted copy
+    // is missing or older than it, and whose destination can be written. A
+    // damaged preset, or one converted already, does not count, so the offer
+    // ends once "Yes" has done what it can.
+    static bool hasPendingConversion();
+    // The user still wants to be asked and there is something to convert.
+    static bool shouldOfferConversion() { return askAgain() && hasPendingConversion(); }
 
     // Creates dir with all its missing parents; true when it exists afterwards.
     static bool createDirectory(const QString &dir);

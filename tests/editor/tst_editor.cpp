@@ -68,7 +68,8 @@ void tst_Editor::everyKeyReachesItsControls_data()
         { Keys::EqualizerMiddleFrequency, "EqualizerMiddleFrequency" },
         { Keys::EqualizerMiddleGain, "EqualizerMiddleGain" },
         { Keys::EqualizerHighFrequency, "EqualizerHighFrequency" },
-        { Keys::EqualizerHighGain, "EqualizerHighGain" }, { Keys::OutputLevel, "Output" } };
+        { Keys::EqualizerHighGain, "EqualizerHighGain" }, { Keys::MorphValue, "Morphing" },
+        { Keys::OutputLevel, "Output" } };
     for (const auto &[key, stem] : knobs)
         QTest::newRow(key) << QString::fromLatin1(key)
                            << QStringList { QStringLiteral("m_p%1Knob").arg(QLatin1String(stem)),
@@ -78,7 +79,7 @@ void tst_Editor::everyKeyReachesItsControls_data()
         { Keys::CompressorKnee, "m_pCompressorKneeButtonGroup" }, { Keys::SideChainOn, "m_pSideChainButton" },
         { Keys::EqualizerBypass, "m_pEqualizerButton" }, { Keys::EqualizerLowOn, "m_pEqualizerLowButton" },
         { Keys::EqualizerMiddleOn, "m_pEqualizerMiddleButton" },
-        { Keys::EqualizerHighOn, "m_pEqualizerHighButton" }, { Keys::MorphValue, "m_pMorphingKnob" } };
+        { Keys::EqualizerHighOn, "m_pEqualizerHighButton" } };
     for (const auto &[key, name] : singles)
         QTest::newRow(key) << QString::fromLatin1(key) << QStringList { QString::fromLatin1(name) };
 }

@@ -91,7 +91,7 @@ void tst_EditorAccessibility::valueControls_data()
                                     << "Low gain value"
                                     << "m_pEqualizerLowGainTextEdit";
     QTest::newRow("morph knob") << "m_pMorphingKnob" << QAccessible::Dial << "Morph position"
-                                << "";
+                                << "m_pMorphingTextEdit";
 }
 
 // A reader finds each control by its role and name, hears the value as the

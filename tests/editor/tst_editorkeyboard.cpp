@@ -32,7 +32,7 @@ const QStringList TabOrder { "m_pAboutButton", "m_pPresetConverterButton", "m_pC
     "m_pEqualizerMiddleFrequencyTextEdit", "m_pEqualizerMiddleGainKnob", "m_pEqualizerMiddleGainTextEdit",
     "m_pEqualizerMiddleButton", "m_pEqualizerHighFrequencyKnob", "m_pEqualizerHighFrequencyTextEdit",
     "m_pEqualizerHighGainKnob", "m_pEqualizerHighGainTextEdit", "m_pEqualizerHighButton", "m_pMorphingKnob",
-    "m_pMorphingPresetButton", "m_pOutputKnob", "m_pOutputTextEdit" };
+    "m_pMorphingTextEdit", "m_pMorphingPresetButton", "m_pOutputKnob", "m_pOutputTextEdit" };
 
 struct ShownEditor : EditorHost
 {

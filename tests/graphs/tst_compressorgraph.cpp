@@ -44,6 +44,10 @@ private slots:
     void painterDrawsTheArea();
     void widgetShowsThePainterImage_data();
     void widgetShowsThePainterImage();
+    void readoutFollowsTheOffsets_data();
+    void readoutFollowsTheOffsets();
+    void readoutStaysClearOfTheCurve_data();
+    void readoutStaysClearOfTheCurve();
 };
 
 void TestCompressorGraph::effectiveThreshold_data()
@@ -157,9 +161,9 @@ void TestCompressorGraph::observers()
         if (editorFirst)
             graph.setEditor(&editor);
         graph.setMemAPI(&memory);
-        QCOMPARE(memory.totalObserverCount(), editorFirst ? 4 : 0);
+        QCOMPARE(memory.totalObserverCount(), editorFirst ? 5 : 0);
         graph.setEditor(&editor);
-        QCOMPARE(memory.totalObserverCount(), 4);
+        QCOMPARE(memory.totalObserverCount(), 5);
         QCOMPARE(memory.observerCount(ratioId, 0), 1);
         graph.setCh(1);
         QCOMPARE(memory.observerCount(ratioId, 0), 0);
@@ -265,6 +269,7 @@ void TestCompressorGraph::widgetShowsThePainterImage()
     const QImage wanted = picture([&] {
         QPainter p(&pixmap);
         painter.paint(p, graph.size(), graph.currentSettings());
+        painter.paintReadout(p, graph.size(), graph.font(), graph.currentReadout());
     });
     QCOMPARE(graph.currentSettings().ratioIndex, 80);
     // The widget blends a cached curve layer where the painter draws
@@ -280,6 +285,68 @@ void TestCompressorGraph::widgetShowsThePainterImage()
         }
     }
     QVERIFY2(worst <= 2, qPrintable(QStringLiteral("a channel differs by %1").arg(worst)));
+}
+
+void TestCompressorGraph::readoutFollowsTheOffsets_data()
+{
+    QTest::addColumn<int>("threshold");
+    QTest::addColumn<int>("makeUp");
+    QTest::addColumn<QString>("readout");
+    QTest::newRow("defaults") << 100 << 100 << "Threshold offset 0.0 dB, make-up offset 0.0 dB";
+    QTest::newRow("both raised") << 110 << 115 << "Threshold offset +2.0 dB, make-up offset +1.5 dB";
+    QTest::newRow("lowest") << 0 << 0 << "Threshold offset -20.0 dB, make-up offset -10.0 dB";
+}
+
+void TestCompressorGraph::readoutFollowsTheOffsets()
+{
+    QFETCH(int, threshold);
+    QFETCH(int, makeUp);
+    QFETCH(QString, readout);
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    MinimalEditor editor;
+    editor.setModelInfo(&model);
+    ORVChStripCompressorGraph graph;
+    graph.setEditor(&editor);
+    QVERIFY(graph.readoutText().isEmpty());
+    QVERIFY(graph.toolTipText().isEmpty());
+    graph.setMemAPI(&memory);
+    memory.setValueByKey(ChannelStripKeys::CompressorThresholdOffset, threshold);
+    memory.setValueByKey(ChannelStripKeys::CompressorMakeUpOffset, makeUp);
+    memory.setValueByKey(ChannelStripKeys::CompressorDrive, 0);
+
+    QCOMPARE(graph.readoutText(), readout);
+    QCOMPARE(graph.property("readout").toString(), readout);
+    // The tip adds where the curve bends: no drive leaves it at 0 dB below a 0 dB threshold.
+    const QString tip = graph.toolTipText();
+    QVERIFY2(tip.contains(graph.currentReadout().thresholdOffset)
+            && tip.contains(graph.currentReadout().makeUpOffset)
+            && tip.contains(QLatin1String("Effective threshold 0.0 dB")),
+        qPrintable(tip));
+}
+
+void TestCompressorGraph::readoutStaysClearOfTheCurve_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::newRow("scale 1") << 1.0;
+    QTest::newRow("scale 1.5") << 1.5;
+    QTest::newRow("scale 2") << 2.0;
+}
+
+void TestCompressorGraph::readoutStaysClearOfTheCurve()
+{
+    QFETCH(double, scale);
+    const QSize size = QSize(191, 191) * scale;
+    QFont font(QStringLiteral("M+ 1c"));
+    font.setPixelSize(int(9 * scale));
+    // The widest texts the offsets take, over the highest curve there is:
+    // a ratio of 1:1 leaves every level as it is.
+    const CompressorGraphPainter::Readout readout { QStringLiteral("-20.0 dB"), QStringLiteral("-10.0 dB") };
+    const QRectF box = CompressorGraphPainter::readoutBounds(size, font, readout);
+    const QPolygonF area
+        = CompressorGraphPainter::outline(QSizeF(size), 1, { 200, 0, 0, CompressorCurve::Hard });
+    QVERIFY(!area.intersects(QPolygonF(box)));
+    QVERIFY(box.right() < size.width() * 2.0 / 3.0 && box.bottom() < size.height() / 3.0);
 }
 
 QTEST_MAIN(TestCompressorGraph)

@@ -1,10 +1,14 @@
+#include <QHelpEvent>
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 #include <functional>
 
 #include "ORVChStrip/ORVChStripAbout.h"
+#include "ORVChStrip/ORVChStripPalette.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
+#include "ORVChStrip/PanelToolTips.h"
 
 namespace {
 
@@ -93,6 +97,8 @@ private slots:
     void opacityFadesVeilAndTexts_data();
     void opacityFadesVeilAndTexts();
     void aboutShowsProductRelease();
+    void toolTipsWearThePanelColours_data();
+    void toolTipsWearThePanelColours();
 
 private:
     QTemporaryDir m_home;
@@ -231,6 +237,52 @@ void TestOverlayPanels::aboutShowsProductRelease()
     QEvent change(QEvent::LanguageChange);
     QCoreApplication::sendEvent(&about, &change);
     QCOMPARE(version->text(), QStringLiteral("Orvane Channel Strip Ver 3.3.0"));
+}
+
+void TestOverlayPanels::toolTipsWearThePanelColours_data()
+{
+    QTest::addColumn<QString>("asked"); // the widget under the pointer
+    QTest::addColumn<bool>("dressed");
+    QTest::newRow("a control of the panel") << "control" << true;
+    // Asked of a child without a tip, the control above it answers.
+    QTest::newRow("inside a control") << "inner" << true;
+    QTest::newRow("beside the panel, in the host") << "host" << false;
+}
+
+void TestOverlayPanels::toolTipsWearThePanelColours()
+{
+    QFETCH(QString, asked);
+    QFETCH(bool, dressed);
+    QWidget window;
+    window.resize(400, 200);
+    auto *panel = new QWidget(&window);
+    panel->setGeometry(0, 0, 200, 200);
+    ORVChStripPalette::applyTo(panel);
+    auto *control = new QWidget(panel);
+    control->setGeometry(10, 10, 100, 50);
+    control->setToolTip(QStringLiteral("Threshold"));
+    auto *inner = new QWidget(control);
+    inner->setGeometry(0, 0, 20, 20);
+    auto *host = new QWidget(&window);
+    host->setGeometry(250, 10, 100, 50);
+    host->setToolTip(QStringLiteral("The host's own"));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    QWidget *target = asked == QLatin1String("control") ? control
+        : asked == QLatin1String("inner")               ? inner
+                                                        : host;
+    QHelpEvent request(QEvent::ToolTip, QPoint(5, 5), target->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(target, &request);
+    QTRY_VERIFY(PanelToolTips::shownTip());
+    const QWidget *tip = PanelToolTips::shownTip();
+    QCOMPARE(QToolTip::text(), target->toolTip().isEmpty() ? control->toolTip() : target->toolTip());
+    const QColor panelBase = panel->palette().color(QPalette::ToolTipBase);
+    QCOMPARE(tip->palette().color(QPalette::ToolTipBase) == panelBase, dressed);
+    QCOMPARE(tip->palette().color(QPalette::ToolTipBase) == QToolTip::palette().color(QPalette::ToolTipBase),
+        !dressed);
+    QToolTip::hideText();
+    QTRY_VERIFY(!PanelToolTips::shownTip());
 }
 
 QTEST_MAIN(TestOverlayPanels)

@@ -1,4 +1,5 @@
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -41,11 +42,9 @@ class TestPresetConverterDialog : public QObject
 private slots:
     void initTestCase();
     void init();
-    void offeredOnlyWithPresetsToConvert_data();
-    void offeredOnlyWithPresetsToConvert();
     void choiceSavedOnEveryHide_data();
     void choiceSavedOnEveryHide();
-    void yesConvertsBothFolderPairs();
+    void yesConvertsAndShowsWhatItSkipped();
     void conversionLeavesEventLoopTurning();
     void destroyedWhileConvertingFinishesFiles();
 
@@ -65,58 +64,6 @@ void TestPresetConverterDialog::init()
 {
     QDir(Conversion::presetBase()).removeRecursively();
     QDir(m_home.filePath(QStringLiteral("config"))).removeRecursively();
-}
-
-void TestPresetConverterDialog::offeredOnlyWithPresetsToConvert_data()
-{
-    QTest::addColumn<QString>("kind"); // what lies in the stereo source; "" nothing
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<bool>("askAgain");
-    QTest::addColumn<bool>("offered");
-
-    QTest::newRow("nothing there") << "" << QStringLiteral("") << true << false;
-    QTest::newRow("another class") << "third" << QStringLiteral("Other.plxpreset") << true << false;
-    QTest::newRow("not a preset") << "text" << QStringLiteral("Notes.plxpreset") << true << false;
-    QTest::newRow("a link to a preset") << "link" << QStringLiteral("Linked.plxpreset") << true << false;
-    QTest::newRow("mono preset") << "mono" << QStringLiteral("Bass.plxpreset") << true << true;
-    QTest::newRow("nested, upper-case suffix")
-        << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
-    QTest::newRow("already converted") << "converted" << QStringLiteral("Lead.plxpreset") << true << false;
-    QTest::newRow("changed since converted") << "stale" << QStringLiteral("Lead.plxpreset") << true << true;
-    QTest::newRow("not to ask again") << "mono" << QStringLiteral("Bass.plxpreset") << false << false;
-}
-
-void TestPresetConverterDialog::offeredOnlyWithPresetsToConvert()
-{
-    QFETCH(QString, kind);
-    QFETCH(QString, file);
-    QFETCH(bool, askAgain);
-    QFETCH(bool, offered);
-    const QString source = sourcePath(true, file);
-    const QString converted = Conversion::stereoFolders().destination + QLatin1Char('/') + file;
-
-    if (kind == QLatin1String("third")) {
-        QVERIFY(writePreset(source, ThirdID, stateBytes(64)));
-    } else if (kind == QLatin1String("text")) {
-        QVERIFY(writeFile(source, "not a preset"));
-    } else if (kind == QLatin1String("link")) {
-        const QString target = m_home.filePath(QStringLiteral("elsewhere.plxpreset"));
-        QVERIFY(writePreset(target, StereoID, stateBytes(64)));
-        QVERIFY(QDir().mkpath(QFileInfo(source).path()));
-        QVERIFY(QFile::link(target, source));
-    } else if (!kind.isEmpty()) {
-        QVERIFY(writePreset(source, kind == QLatin1String("mono") ? MonoID : StereoID, stateBytes(64)));
-    }
-    if (kind == QLatin1String("converted") || kind == QLatin1String("stale")) {
-        QVERIFY(writePreset(converted, StereoID, stateBytes(64)));
-        // The older of the two decides whether it still waits.
-        QFile older(kind == QLatin1String("converted") ? source : converted);
-        QVERIFY(older.open(QIODevice::ReadWrite));
-        QVERIFY(
-            older.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
-    }
-    Conversion::setAskAgain(askAgain);
-    QCOMPARE(ORVChStripPresetConverter::shouldOfferConversion(), offered);
 }
 
 void TestPresetConverterDialog::choiceSavedOnEveryHide_data()
@@ -161,17 +108,21 @@ void TestPresetConverterDialog::choiceSavedOnEveryHide()
     ORVChStripPresetConverter next;
     QVERIFY(next.isHidden());
     QCOMPARE(button(&next, "m_pAgainButton")->isChecked(), !askAgain);
-    QCOMPARE(ORVChStripPresetConverter::shouldOfferConversion(), askAgain);
+    QCOMPARE(Conversion::shouldOfferConversion(), askAgain);
 }
 
-// What each file becomes is the conversion's business; Yes runs it over both folder pairs.
-void TestPresetConverterDialog::yesConvertsBothFolderPairs()
+// What each file becomes is the conversion's business; Yes runs it over both
+// folder pairs and shows the outcome until Close, and a damaged preset it
+// skipped is not offered again.
+void TestPresetConverterDialog::yesConvertsAndShowsWhatItSkipped()
 {
     const QByteArray monoState = stateBytes(700, 1);
     const QByteArray nestedState = stateBytes(300, 2);
     QVERIFY(writePreset(sourcePath(false, QStringLiteral("Bass.plxpreset")), MonoID, monoState));
     QVERIFY(
         writePreset(sourcePath(true, QStringLiteral("Vocals/Warm/Soft.plxpreset")), StereoID, nestedState));
+    QVERIFY(writeFile(
+        sourcePath(true, QStringLiteral("Cut.plxpreset")), presetBytes(StereoID, nestedState).chopped(8)));
 
     QWidget editor;
     auto *dialog = new ORVChStripPresetConverter(&editor);
@@ -180,7 +131,6 @@ void TestPresetConverterDialog::yesConvertsBothFolderPairs()
     openFully(*dialog);
     QTest::mouseClick(button(dialog, "m_pYesButton"), Qt::LeftButton);
     QTRY_COMPARE(finished.count(), 1);
-    QTRY_VERIFY(dialog->isHidden());
 
     QCOMPARE(loadState(Conversion::monoFolders().destination + QStringLiteral("/Bass.plxpreset"), StereoID),
         monoState);
@@ -188,7 +138,29 @@ void TestPresetConverterDialog::yesConvertsBothFolderPairs()
         loadState(Conversion::stereoFolders().destination + QStringLiteral("/Vocals/Warm/Soft.plxpreset"),
             StereoID),
         nestedState);
-    QVERIFY(!ORVChStripPresetConverter::shouldOfferConversion());
+    QVERIFY(!Conversion::shouldOfferConversion());
+
+    // The outcome stays in view, the question's controls give way to Close.
+    QVERIFY(dialog->isVisible() && dialog->isShowingResult());
+    QVERIFY(button(dialog, "m_pYesButton")->isHidden());
+    QVERIFY(button(dialog, "m_pCloseButton")->hasFocus());
+    QCOMPARE(dialog->findChild<QLabel *>(QStringLiteral("m_pMessageLabel1"))->text(),
+        QStringLiteral("2 presets converted, 1 skipped."));
+    const QString shown = dialog->findChild<QPlainTextEdit *>(QStringLiteral("m_pResultText"))->toPlainText();
+    const QString cut = QDir::toNativeSeparators(
+        QDir(Conversion::presetBase()).relativeFilePath(sourcePath(true, QStringLiteral("Cut.plxpreset"))));
+    QVERIFY2(shown.startsWith(
+                 QStringLiteral("Skipped (1)\n    ") + cut + QStringLiteral("\n        not a preset: ")),
+        qPrintable(shown));
+    QVERIFY2(shown.contains(QStringLiteral("\nConverted (2)\n")), qPrintable(shown));
+
+    QTest::mouseClick(button(dialog, "m_pCloseButton"), Qt::LeftButton);
+    QTRY_VERIFY(dialog->isHidden());
+    // Opened again, it asks again.
+    openFully(*dialog);
+    QVERIFY(!dialog->isShowingResult());
+    QVERIFY(button(dialog, "m_pYesButton")->isVisible());
+    QVERIFY(button(dialog, "m_pCloseButton")->isHidden());
 }
 
 void TestPresetConverterDialog::conversionLeavesEventLoopTurning()

@@ -27,7 +27,7 @@ private slots:
     void info_data();
     void info();
     void infoJson();
-    void convertDryRunJson();
+    void convertDryRunCountsWhatItLeavesOut();
 
 private:
     QTemporaryDir m_dir;
@@ -88,13 +88,15 @@ void TestPresetTool::infoJson()
     QCOMPARE(QJsonDocument::fromJson(missing.out).object().value("valid").toBool(true), false);
 }
 
-void TestPresetTool::convertDryRunJson()
+void TestPresetTool::convertDryRunCountsWhatItLeavesOut()
 {
     const QString source = m_dir.filePath(QStringLiteral("tree/src"));
     const QString destination = m_dir.filePath(QStringLiteral("tree/dst"));
     QVERIFY(writePreset(source + QStringLiteral("/A.plxpreset"), MonoID, stateBytes(40)));
     QVERIFY(writePreset(source + QStringLiteral("/Vocals/Warm/B.plxpreset"), StereoID, stateBytes(40)));
     QVERIFY(writePreset(source + QStringLiteral("/C.plxpreset"), ThirdID, stateBytes(40)));
+    QVERIFY(writePreset(source + QStringLiteral("/.D.plxpreset"), StereoID, stateBytes(40)));
+    QVERIFY(writeFile(source + QStringLiteral("/notes.txt"), "x"));
 
     const ProcessRun run
         = runTool({ "preset", "convert", "--dry-run", "--json", "--from", source, "--to", destination });
@@ -106,8 +108,23 @@ void TestPresetTool::convertDryRunJson()
     QCOMPARE(totals.value("would_convert").toInt(), 2);
     QCOMPARE(totals.value("skipped").toInt(), 1);
     QCOMPARE(totals.value("converted").toInt(), 0);
-    QCOMPARE(object.value("files").toArray().size(), 3);
+    // What it leaves out is listed and counted too.
+    QCOMPARE(totals.value("ignored").toInt(), 2);
+    QCOMPARE(object.value("files").toArray().size(), 5);
+    QCOMPARE(object.value("summary").toString(),
+        QStringLiteral("2 presets would be converted, 1 skipped, 2 other files left alone"));
     QVERIFY(!QFileInfo::exists(destination));
+
+    const ProcessRun text
+        = runTool({ "preset", "convert", "--dry-run", "--from", source, "--to", destination });
+    QCOMPARE(text.exitCode, 0);
+    QVERIFY2(text.out.contains(
+                 "ignored:       " + QFile::encodeName(source) + "/notes.txt (not a .plxpreset file)\n"),
+        text.out.constData());
+    QVERIFY2(
+        text.out.endsWith(
+            "Dry run: 2 presets would be converted, 1 skipped, 2 other files left alone; nothing written\n"),
+        text.out.constData());
 }
 
 QTEST_GUILESS_MAIN(TestPresetTool)

@@ -46,6 +46,10 @@ private slots:
     void overlappingFoldersRefused_data();
     void overlappingFoldersRefused();
     void createDirectory();
+    void offeredOnlyWhileSomethingWouldConvert_data();
+    void offeredOnlyWhileSomethingWouldConvert();
+    void summary_data();
+    void summary();
 
 private:
     QString m_root;
@@ -122,8 +126,10 @@ void TestPresetConversion::convertTree_data()
                                         << "nostate" << int(PresetConversionItem::Skipped)
                                         << "not a preset: chunk list at offset 748: no 'Comp' chunk";
     QTest::newRow("other extension") << "Bass.fxp"
-                                     << "stereo" << int(PresetConversionItem::Skipped)
+                                     << "stereo" << int(PresetConversionItem::Ignored)
                                      << "not a .plxpreset file";
+    QTest::newRow("hidden") << ".Lead.plxpreset"
+                            << "stereo" << int(PresetConversionItem::Ignored) << "hidden file";
     QTest::newRow("file link") << "Linked.plxpreset"
                                << "link" << int(PresetConversionItem::Skipped) << "symbolic link";
     QTest::newRow("folder link") << "Elsewhere"
@@ -339,8 +345,10 @@ void TestPresetConversion::leftoverTemporaryFiles()
         QCOMPARE(readFile(leftover), bytes);
     const PresetConversionItem *item = findItem(report, name);
     QCOMPARE(item != nullptr, removed);
-    if (item)
+    if (item) {
+        QCOMPARE(item->outcome, PresetConversionItem::Removed);
         QVERIFY2(item->reason.endsWith(QLatin1String("; removed")), qPrintable(item->reason));
+    }
     if (!dryRun)
         QCOMPARE(readFile(destination + QStringLiteral("/Nested/Keep.plxpreset")), converted);
 }
@@ -379,6 +387,98 @@ void TestPresetConversion::createDirectory()
     QVERIFY(!Conversion::createDirectory(m_root + QStringLiteral("/file")));
     QVERIFY(!Conversion::createDirectory(m_root + QStringLiteral("/file/below")));
     QCOMPARE(readFile(m_root + QStringLiteral("/file")), QByteArray("x"));
+}
+
+void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert_data()
+{
+    QTest::addColumn<QString>("kind"); // what lies in the stereo source; "" nothing
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<bool>("askAgain");
+    QTest::addColumn<bool>("offered");
+
+    QTest::newRow("nothing there") << "" << QStringLiteral("") << true << false;
+    QTest::newRow("another class") << "third" << QStringLiteral("Other.plxpreset") << true << false;
+    QTest::newRow("not a preset") << "text" << QStringLiteral("Notes.plxpreset") << true << false;
+    QTest::newRow("damaged old preset") << "cut" << QStringLiteral("Cut.plxpreset") << true << false;
+    QTest::newRow("a link to a preset") << "link" << QStringLiteral("Linked.plxpreset") << true << false;
+    QTest::newRow("hidden preset") << "stereo" << QStringLiteral(".Hidden.plxpreset") << true << false;
+    QTest::newRow("mono preset") << "mono" << QStringLiteral("Bass.plxpreset") << true << true;
+    QTest::newRow("nested, upper-case suffix")
+        << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
+    QTest::newRow("already converted") << "converted" << QStringLiteral("Lead.plxpreset") << true << false;
+    QTest::newRow("changed since converted") << "stale" << QStringLiteral("Lead.plxpreset") << true << true;
+    QTest::newRow("destination cannot be made")
+        << "blocked" << QStringLiteral("Lead.plxpreset") << true << false;
+    QTest::newRow("not to ask again") << "mono" << QStringLiteral("Bass.plxpreset") << false << false;
+}
+
+void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, file);
+    QFETCH(bool, askAgain);
+    QFETCH(bool, offered);
+    QDir(Conversion::presetBase()).removeRecursively();
+    const Conversion::FolderPair folders = Conversion::stereoFolders();
+    const QString source = folders.source + QLatin1Char('/') + file;
+    const QString converted = folders.destination + QLatin1Char('/') + file;
+    const QByteArray state = stateBytes(64);
+
+    if (kind == QLatin1String("third")) {
+        QVERIFY(writePreset(source, ThirdID, state));
+    } else if (kind == QLatin1String("text")) {
+        QVERIFY(writeFile(source, "not a preset"));
+    } else if (kind == QLatin1String("cut")) {
+        // The header still names the old class; the chunk list is gone.
+        QVERIFY(writeFile(source, presetBytes(MonoID, state).chopped(8)));
+    } else if (kind == QLatin1String("link")) {
+        QVERIFY(writePreset(m_root + QStringLiteral("/elsewhere.plxpreset"), StereoID, state));
+        QVERIFY(QDir().mkpath(QFileInfo(source).path()));
+        QVERIFY(QFile::link(m_root + QStringLiteral("/elsewhere.plxpreset"), source));
+    } else if (!kind.isEmpty()) {
+        QVERIFY(writePreset(source, kind == QLatin1String("mono") ? MonoID : StereoID, state));
+    }
+    if (kind == QLatin1String("converted") || kind == QLatin1String("stale")) {
+        QVERIFY(writePreset(converted, StereoID, state));
+        // The older of the two decides whether it still waits.
+        QFile older(kind == QLatin1String("converted") ? source : converted);
+        QVERIFY(older.open(QIODevice::ReadWrite));
+        QVERIFY(
+            older.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
+    } else if (kind == QLatin1String("blocked")) {
+        QVERIFY(writeFile(QFileInfo(folders.destination).path(), "a file where the folder goes"));
+    }
+    Conversion::setAskAgain(askAgain);
+    QCOMPARE(Conversion::shouldOfferConversion(), offered);
+
+    // Whatever is offered, a conversion ends the offer.
+    Conversion::convertAll();
+    QVERIFY(!Conversion::shouldOfferConversion());
+}
+
+void TestPresetConversion::summary_data()
+{
+    QTest::addColumn<QList<int>>("outcomes");
+    QTest::addColumn<QString>("summary");
+    using I = PresetConversionItem;
+    QTest::newRow("nothing") << QList<int> {} << "no old presets found";
+    QTest::newRow("one of each left out") << QList<int> { I::Skipped, I::Failed, I::Ignored, I::Removed }
+                                          << "no preset converted, 1 skipped, 1 failed, 1 leftover temporary "
+                                             "file removed, 1 other file left alone";
+    QTest::newRow("many") << QList<int> { I::Converted, I::Converted, I::Skipped, I::Ignored, I::Ignored }
+                          << "2 presets converted, 1 skipped, 2 other files left alone";
+    QTest::newRow("dry run") << QList<int> { I::WouldConvert } << "1 preset would be converted";
+}
+
+void TestPresetConversion::summary()
+{
+    QFETCH(QList<int>, outcomes);
+    QFETCH(QString, summary);
+    PresetConversionReport report;
+    for (int outcome : outcomes)
+        report.items << PresetConversionItem { QString(), QString(), PresetConversionItem::Outcome(outcome),
+            QString() };
+    QCOMPARE(report.summary(), summary);
 }
 
 QTEST_GUILESS_MAIN(TestPresetConversion)
