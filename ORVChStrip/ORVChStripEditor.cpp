@@ -22,6 +22,7 @@
 #include "ORVChStrip/PanelFocus.h"
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/ReversibleProgress.h"
+#include "ORVChStrip/SpectrumSwitch.h"
 #include "ui_ORVChStripEditor.h"
 
 using namespace CommonController_MemAPI;
@@ -124,6 +125,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pUi->m_pEqualizerGraph->setEditor(this);
     buildBindings();
     connectForm();
+    m_pSpectrum = new SpectrumSwitch(m_pUi->m_pEqualizerSpectrumButton, m_pUi->m_pEqualizerGraph, this);
     updateKnee();
     updateSections();
     updateMorphingName();
@@ -315,6 +317,7 @@ void ORVChStripEditor::setMemAPI(IMemAPI *memAPI)
     m_pUi->m_pCompressorGraph->setMemAPI(memAPI);
     m_pUi->m_pEqualizerGraph->setMemAPI(memAPI);
     m_pMorphingPresetList->setMemAPI(memAPI);
+    m_pSpectrum->setMemAPI(memAPI);
     updateParameters();
 }
 
@@ -327,6 +330,7 @@ void ORVChStripEditor::setCh(int ch1, int ch2)
     m_pUi->m_pCompressorGraph->setCh(ch1);
     m_pUi->m_pEqualizerGraph->setCh(ch1);
     m_pMorphingPresetList->setCh(ch1);
+    m_pSpectrum->setCh(ch1, ch2);
     updateParameters();
 }
 
@@ -586,12 +590,16 @@ void ORVChStripEditor::showMorphMatch(bool matches)
 
 QMap<QString, QVariant> ORVChStripEditor::getEditorSettings() const
 {
-    return MorphingListSettings::save(m_pMorphManager.get(), m_pMorphingPresetList);
+    QMap<QString, QVariant> settings
+        = MorphingListSettings::save(m_pMorphManager.get(), m_pMorphingPresetList);
+    m_pSpectrum->saveSettings(settings);
+    return settings;
 }
 
 void ORVChStripEditor::setEditorSettings(const QMap<QString, QVariant> &settings)
 {
     MorphingListSettings::restore(settings, m_pMorphManager.get(), m_pMorphingPresetList);
+    m_pSpectrum->restoreSettings(settings);
 }
 
 QRect ORVChStripEditor::morphingPresetGeometry() const

@@ -28,6 +28,7 @@ class ORVD_Manager;
 class ORVChStripComponent;
 class PanelFocus;
 class ReversibleProgress;
+class SpectrumSwitch;
 
 // The channel strip's editor panel (1015 x 572 design pixels, built by the
 // form in ORVChStripEditor.ui). It binds every control of the form to its
@@ -149,4 +150,5 @@ private:
     ORVChStripAbout *m_pAbout;
     ORVChStripPresetConverter *m_pPresetConverter;
     bool m_conversionOffered = false;
+    SpectrumSwitch *m_pSpectrum;
 };
