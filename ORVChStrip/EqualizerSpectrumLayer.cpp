@@ -1,9 +1,8 @@
 #include "ORVChStrip/EqualizerSpectrumLayer.h"
 
 #include <QCoreApplication>
-#include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
+#include <QPolygonF>
 #include <algorithm>
 
 #include "Interfaces/ISpectrumSource.h"
@@ -14,8 +13,7 @@ namespace {
 
 struct SpectrumColors
 {
-    QColor fillTop;
-    QColor fillBottom;
+    QColor fill;
     QColor outline;
     QColor input;
     QColor peak;
@@ -23,10 +21,10 @@ struct SpectrumColors
 
 // A cool blue-grey that sits apart from the bands' orange, purple and blue
 // and stays under the white total curve.
-const SpectrumColors EnabledColors { QColor(96, 170, 214, 120), QColor(96, 170, 214, 28),
-    QColor(150, 205, 235, 190), QColor(255, 255, 255, 56), QColor(190, 225, 245, 150) };
-const SpectrumColors DisabledColors { QColor(128, 128, 128, 80), QColor(128, 128, 128, 20),
-    QColor(150, 150, 150, 140), QColor(160, 160, 160, 40), QColor(160, 160, 160, 100) };
+const SpectrumColors EnabledColors { QColor(96, 170, 214, 64), QColor(150, 205, 235, 190),
+    QColor(255, 255, 255, 56), QColor(190, 225, 245, 150) };
+const SpectrumColors DisabledColors { QColor(128, 128, 128, 40), QColor(150, 150, 150, 140),
+    QColor(160, 160, 160, 40), QColor(160, 160, 160, 100) };
 
 QString frequencyText(double hz)
 {
@@ -93,11 +91,13 @@ QString EqualizerSpectrumLayer::description() const
         .arg(frequencyText(SpectrumBands::frequency(band)), QString::number(m_output[band], 'f', 0));
 }
 
-// A smooth curve through the band levels (Catmull-Rom segments as cubic
-// Béziers), carried flat to the plot's edges.
-QPainterPath EqualizerSpectrumLayer::curveThrough(
-    const EqualizerGraphGeometry &g, const std::vector<float> &levels) const
+// A smooth curve through the band levels (Catmull-Rom segments, sampled
+// as short lines), carried flat to the plot's edges. Lines rather than
+// Bézier curves keep a frame's fill and strokes cheap.
+QPolygonF EqualizerSpectrumLayer::curveThrough(
+    const EqualizerGraphGeometry &g, const std::vector<float> &levels)
 {
+    constexpr int Steps = 4; // lines per band, a few device pixels each
     const int count = int(levels.size());
     // Just below the plot, so that silence leaves no line along its bottom.
     const double floorY = g.margin() + g.plotHeight() + g.unit();
@@ -106,16 +106,26 @@ QPainterPath EqualizerSpectrumLayer::curveThrough(
         const double y = g.yForGain(levels[b] + DisplayOffsetDb);
         points[b] = QPointF(g.xForFrequency(SpectrumBands::frequency(b)), std::min(y, floorY));
     }
-    QPainterPath path(QPointF(g.margin() - g.unit(), points.front().y()));
-    path.lineTo(points.front());
+    QPolygonF curve;
+    curve.reserve(count * Steps + 2);
+    curve << QPointF(g.margin() - g.unit(), points.front().y());
     for (int b = 0; b + 1 < count; ++b) {
-        const QPointF &before = points[std::max(b - 1, 0)];
-        const QPointF &after = points[std::min(b + 2, count - 1)];
-        path.cubicTo(points[b] + (points[b + 1] - before) / 6.0, points[b + 1] - (after - points[b]) / 6.0,
-            points[b + 1]);
+        const QPointF &p0 = points[std::max(b - 1, 0)];
+        const QPointF &p1 = points[b];
+        const QPointF &p2 = points[b + 1];
+        const QPointF &p3 = points[std::min(b + 2, count - 1)];
+        for (int step = 0; step < Steps; ++step) {
+            const double t = double(step) / Steps;
+            const double t2 = t * t;
+            const double t3 = t2 * t;
+            const QPointF point = 0.5
+                * (2.0 * p1 + (p2 - p0) * t + (2.0 * p0 - 5.0 * p1 + 4.0 * p2 - p3) * t2
+                    + (3.0 * p1 - p0 - 3.0 * p2 + p3) * t3);
+            curve << QPointF(point.x(), std::min(point.y(), floorY));
+        }
     }
-    path.lineTo(QPointF(g.margin() + g.plotWidth() + g.unit(), points.back().y()));
-    return path;
+    curve << points.back() << QPointF(g.margin() + g.plotWidth() + g.unit(), points.back().y());
+    return curve;
 }
 
 void EqualizerSpectrumLayer::paint(QPainter &painter, const QSize &size, bool enabled) const
@@ -123,38 +133,40 @@ void EqualizerSpectrumLayer::paint(QPainter &painter, const QSize &size, bool en
     if (m_output.size() < 2)
         return;
     const EqualizerGraphGeometry g(size.width(), size.height());
-    const PixelGridSnap snap(PixelGridSnap::devicePixelRatio(painter));
-    const QRectF plot = snap.rect(g.plotRect());
+    const double ratio = PixelGridSnap::devicePixelRatio(painter);
+    const QRectF plot = PixelGridSnap(ratio).rect(g.plotRect());
     const SpectrumColors &colors = enabled ? EnabledColors : DisabledColors;
-    const double lineWidth = snap.lineWidth(g.unit());
+    // The outline is as many device pixels wide as the graph's lines.
+    const int outlinePixels = std::max(1, int(g.unit() * ratio + 0.5));
 
     painter.save();
     painter.setClipRect(plot);
-    painter.setRenderHint(QPainter::Antialiasing);
-
-    const QPainterPath outline = curveThrough(g, m_output);
-    QPainterPath body = outline;
-    body.lineTo(QPointF(plot.right() + g.unit(), plot.bottom() + g.unit()));
-    body.lineTo(QPointF(plot.left() - g.unit(), plot.bottom() + g.unit()));
-    body.closeSubpath();
-    QLinearGradient gradient(plot.topLeft(), plot.bottomLeft());
-    gradient.setColorAt(0.0, colors.fillTop);
-    gradient.setColorAt(1.0, colors.fillBottom);
+    // The faint body is filled without antialiasing, which costs a tenth as
+    // much; its edge lies under the antialiased outline.
+    const QPolygonF outline = curveThrough(g, m_output);
+    QPolygonF body = outline;
+    body << QPointF(plot.right() + g.unit(), plot.bottom() + g.unit())
+         << QPointF(plot.left() - g.unit(), plot.bottom() + g.unit());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(gradient);
-    painter.drawPath(body);
+    painter.setBrush(colors.fill);
+    painter.drawPolygon(body);
 
+    // Lines one device pixel wide take the painter's fast path; a wider
+    // outline is drawn as several, a device pixel apart, into the body.
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
+    QPen pen(colors.input, 1.0);
+    pen.setCosmetic(true);
     if (m_input.size() == m_output.size()) {
-        painter.setPen(QPen(colors.input, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
-        painter.drawPath(curveThrough(g, m_input));
+        painter.setPen(pen);
+        painter.drawPolyline(curveThrough(g, m_input));
     }
-    painter.setPen(QPen(colors.outline, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
-    painter.drawPath(outline);
-    // Thinner than the outline: the peaks are a hint above the body, not a second curve.
-    const double ratio = PixelGridSnap::devicePixelRatio(painter);
-    painter.setPen(
-        QPen(colors.peak, std::max(1.0 / ratio, 0.6 * g.unit()), Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
-    painter.drawPath(curveThrough(g, m_peakLevels));
+    pen.setColor(colors.peak);
+    painter.setPen(pen);
+    painter.drawPolyline(curveThrough(g, m_peakLevels));
+    pen.setColor(colors.outline);
+    painter.setPen(pen);
+    for (int line = 0; line < outlinePixels; ++line)
+        painter.drawPolyline(outline.translated(0.0, line / ratio));
     painter.restore();
 }

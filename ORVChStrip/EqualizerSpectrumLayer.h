@@ -5,7 +5,7 @@
 #include <vector>
 
 class QPainter;
-class QPainterPath;
+class QPolygonF;
 class EqualizerGraphGeometry;
 
 // The live spectrum behind the equalizer graph's curves: the output's band
@@ -48,7 +48,7 @@ private:
         float level;
         qint64 heldSinceMs;
     };
-    QPainterPath curveThrough(const EqualizerGraphGeometry &g, const std::vector<float> &levels) const;
+    static QPolygonF curveThrough(const EqualizerGraphGeometry &g, const std::vector<float> &levels);
 
     std::vector<float> m_output;
     std::vector<float> m_input;
