@@ -22,7 +22,7 @@ struct SpectrumColors
 // A cool blue-grey that sits apart from the bands' orange, purple and blue
 // and stays under the white total curve.
 const SpectrumColors EnabledColors { QColor(96, 170, 214, 64), QColor(150, 205, 235, 190),
-    QColor(255, 255, 255, 56), QColor(190, 225, 245, 150) };
+    QColor(255, 255, 255, 56), QColor(190, 225, 245, 100) };
 const SpectrumColors DisabledColors { QColor(128, 128, 128, 40), QColor(150, 150, 150, 140),
     QColor(160, 160, 160, 40), QColor(160, 160, 160, 100) };
 
