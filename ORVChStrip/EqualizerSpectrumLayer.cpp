@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPolygonF>
 #include <algorithm>
+#include <cmath>
 
 #include "Interfaces/ISpectrumSource.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
@@ -26,6 +27,17 @@ const SpectrumColors EnabledColors { QColor(96, 170, 214, 64), QColor(150, 205, 
 const SpectrumColors DisabledColors { QColor(128, 128, 128, 40), QColor(150, 150, 150, 140),
     QColor(160, 160, 160, 40), QColor(160, 160, 160, 100) };
 
+// A level that is not a number draws as silence.
+std::vector<float> levelsOf(const float *levels, int count)
+{
+    std::vector<float> kept(levels, levels + count);
+    for (float &level : kept) {
+        if (!std::isfinite(level))
+            level = SpectrumBands::SilenceDb;
+    }
+    return kept;
+}
+
 QString frequencyText(double hz)
 {
     if (hz >= 1000.0)
@@ -41,12 +53,10 @@ void EqualizerSpectrumLayer::setFrame(const float *output, const float *input, i
         clear();
         return;
     }
+    count = std::min(count, SpectrumBands::Count);
     const double elapsedMs = m_peaks.size() == size_t(count) ? double(nowMs - m_lastMs) : 0.0;
-    m_output.assign(output, output + count);
-    if (input)
-        m_input.assign(input, input + count);
-    else
-        m_input.clear();
+    m_output = levelsOf(output, count);
+    m_input = input ? levelsOf(input, count) : std::vector<float>();
     if (m_peaks.size() != size_t(count)) {
         m_peaks.assign(size_t(count), Peak { SpectrumBands::SilenceDb, nowMs });
         m_peakLevels.assign(size_t(count), SpectrumBands::SilenceDb);

@@ -25,15 +25,13 @@ public:
     static constexpr int PeakHoldMs = 1000;
     static constexpr double PeakFallDbPerSecond = 24.0;
 
-    // `count` levels in dB at SpectrumBands' centres; `input` may be null.
+    // `count` levels in dB at SpectrumBands' centres (at most
+    // SpectrumBands::Count are kept); `input` may be null.
     // `nowMs` is a monotonic clock that times the peak hold.
     void setFrame(const float *output, const float *input, int count, qint64 nowMs);
     void clear();
     bool isEmpty() const { return m_output.empty(); }
 
-    int bandCount() const { return int(m_output.size()); }
-    float outputLevel(int band) const { return m_output[band]; }
-    float peakLevel(int band) const { return m_peaks[band].level; }
     // The band with the highest output level; -1 while empty.
     int loudestBand() const;
     // "Spectrum shown, highest band 1 kHz at -12 dB", or empty while empty.
