@@ -14,6 +14,11 @@ void GraphDescription::addControl(QWidget *control)
     m_controls.append(control);
 }
 
+void GraphDescription::addText(std::function<QString()> part)
+{
+    m_texts.append(std::move(part));
+}
+
 QString GraphDescription::text() const
 {
     QStringList parts;
@@ -29,6 +34,11 @@ QString GraphDescription::text() const
         const QString value
             = valueControl ? valueControl->accessibleValueText() : control->accessibleDescription();
         parts.append(value.isEmpty() ? control->accessibleName() : control->accessibleName() + u' ' + value);
+    }
+    for (const std::function<QString()> &part : m_texts) {
+        const QString text = part();
+        if (!text.isEmpty())
+            parts.append(text);
     }
     return parts.join(QStringLiteral(", "));
 }

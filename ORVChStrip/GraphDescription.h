@@ -3,6 +3,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <functional>
 
 class QWidget;
 
@@ -19,6 +20,8 @@ public:
     explicit GraphDescription(QWidget *graph);
 
     void addControl(QWidget *control);
+    // A further part in words, asked for each time; an empty text is left out.
+    void addText(std::function<QString()> part);
     QString text() const;
 
     // The description a graph was given, or null.
@@ -26,4 +29,5 @@ public:
 
 private:
     QList<QPointer<QWidget>> m_controls;
+    QList<std::function<QString()>> m_texts;
 };

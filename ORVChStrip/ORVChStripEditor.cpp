@@ -25,6 +25,7 @@
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
 #include "ORVChStrip/PresetConverterOffer.h"
 #include "ORVChStrip/SectionStates.h"
+#include "ORVChStrip/SpectrumSwitch.h"
 #include "ui_ORVChStripEditor.h"
 
 using namespace CommonController_MemAPI;
@@ -102,6 +103,7 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     buildKneeSelector();
     m_pEditTracker = new EqualizerEditTracker(*m_pUi, this);
     connectForm();
+    m_pSpectrum = new SpectrumSwitch(m_pUi->m_pEqualizerSpectrumButton, m_pUi->m_pEqualizerGraph, this);
     updateKnee();
     updateSections();
     updateMorphingName();
@@ -203,6 +205,7 @@ void ORVChStripEditor::setMemAPI(IMemAPI *memAPI)
     m_pUi->m_pCompressorGraph->setMemAPI(memAPI);
     m_pUi->m_pEqualizerGraph->setMemAPI(memAPI);
     m_pMorphingPresetList->setMemAPI(memAPI);
+    m_pSpectrum->setMemAPI(memAPI);
     updateParameters();
 }
 
@@ -215,6 +218,7 @@ void ORVChStripEditor::setCh(int ch1, int ch2)
     m_pUi->m_pCompressorGraph->setCh(ch1);
     m_pUi->m_pEqualizerGraph->setCh(ch1);
     m_pMorphingPresetList->setCh(ch1);
+    m_pSpectrum->setCh(ch1, ch2);
     updateParameters();
 }
 
@@ -402,10 +406,14 @@ void ORVChStripEditor::closeMorphingPreset()
 
 QMap<QString, QVariant> ORVChStripEditor::getEditorSettings() const
 {
-    return MorphingListSettings::save(m_pMorphManager.get(), m_pMorphingPresetList);
+    QMap<QString, QVariant> settings
+        = MorphingListSettings::save(m_pMorphManager.get(), m_pMorphingPresetList);
+    m_pSpectrum->saveSettings(settings);
+    return settings;
 }
 
 void ORVChStripEditor::setEditorSettings(const QMap<QString, QVariant> &settings)
 {
     MorphingListSettings::restore(settings, m_pMorphManager.get(), m_pMorphingPresetList);
+    m_pSpectrum->restoreSettings(settings);
 }

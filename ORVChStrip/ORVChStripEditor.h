@@ -25,6 +25,7 @@ class ORVChStripMorphingPresetList;
 class ORVD_Manager;
 class ORVChStripComponent;
 class PresetConverterOffer;
+class SpectrumSwitch;
 
 // The channel strip's editor panel (1015 x 572 design pixels, built by the
 // form in ORVChStripEditor.ui) and its boundary with the host. It hands the
@@ -128,4 +129,5 @@ private:
     ORVChStripAbout *m_pAbout;
     ORVChStripPresetConverter *m_pPresetConverter;
     std::unique_ptr<PresetConverterOffer> m_pConverterOffer;
+    SpectrumSwitch *m_pSpectrum;
 };

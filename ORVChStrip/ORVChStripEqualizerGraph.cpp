@@ -124,6 +124,28 @@ EqualizerGraphGeometry ORVChStripEqualizerGraph::geometry() const
     return EqualizerGraphGeometry(width(), height());
 }
 
+void ORVChStripEqualizerGraph::setSpectrum(const float *output, const float *input, int count)
+{
+    if (!m_spectrumClock.isValid())
+        m_spectrumClock.start();
+    m_spectrum.setFrame(output, input, count, m_spectrumClock.elapsed());
+    updatePlot();
+}
+
+void ORVChStripEqualizerGraph::clearSpectrum()
+{
+    if (m_spectrum.isEmpty())
+        return;
+    m_spectrum.clear();
+    updatePlot();
+}
+
+// The spectrum lies inside the plot: the rest of the widget stays as it is.
+void ORVChStripEqualizerGraph::updatePlot()
+{
+    update(geometry().plotRect().toAlignedRect().adjusted(-1, -1, 1, 1));
+}
+
 ORVChStripEqualizerGraph::EditTarget ORVChStripEqualizerGraph::getPointTarget(const QPoint &point) const
 {
     const EqualizerGraphGeometry g = geometry();
@@ -196,6 +218,8 @@ void ORVChStripEqualizerGraph::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const double ratio = PixelGridSnap::devicePixelRatio(painter);
     syncPainter();
+    // Under the grid and curves, which the cached layer draws over it.
+    m_spectrum.paint(painter, size(), isEnabled());
     if (ensureCurves(ratio)) {
         // New curves are usually followed by more new curves (a drag, a
         // knob turned): draw grid and curves straight onto the widget, and

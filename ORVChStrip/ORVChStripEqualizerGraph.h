@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPixmap>
 #include <QPoint>
 #include <QPointF>
@@ -12,6 +13,7 @@
 #include "ORVChStrip/EqualizerGraphCurves.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
 #include "ORVChStrip/EqualizerGraphPainter.h"
+#include "ORVChStrip/EqualizerSpectrumLayer.h"
 #include "ORVChStrip/GraphGridCache.h"
 
 class EffectEditor;
@@ -22,6 +24,9 @@ class IMemAPI;
 // gain (with Alt on the middle handle, its Q); the wheel over a handle steps
 // its gain. The graph observes the ten equalizer parameters of one channel
 // and redraws from the host's values only.
+//
+// Behind the curves it can show the signal's spectrum (setSpectrum()); a
+// new frame repaints the plot only, over the cached grid and curves.
 //
 // A form creates it with its parent alone; the editor then hands itself over
 // with setEditor(), through which the parameter keys are looked up.
@@ -57,6 +62,11 @@ public:
         return 0;
     }
 
+    // A frame of SpectrumBands levels in dB; `input` may be null.
+    void setSpectrum(const float *output, const float *input, int count);
+    void clearSpectrum();
+    const EqualizerSpectrumLayer &spectrum() const { return m_spectrum; }
+
     // The band whose handle is under `point` (a later band wins), or none.
     EditTarget getPointTarget(const QPoint &point) const;
     // The centre of a band's handle; (0, 0) for none.
@@ -80,6 +90,7 @@ private:
     void invalidateAllCurves();
 
     EqualizerGraphGeometry geometry() const;
+    void updatePlot();
     EditTarget shownTarget() const;
     void setHoverTarget(EditTarget target);
     void updateHover(const QPoint &pos);
@@ -121,4 +132,6 @@ private:
     bool m_curveLayerValid = false;
     int m_curveLayerBand = EqualizerGraphPainter::NoBand;
     bool m_curveLayerEnabled = true;
+    EqualizerSpectrumLayer m_spectrum;
+    QElapsedTimer m_spectrumClock;
 };

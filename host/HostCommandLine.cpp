@@ -133,6 +133,13 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
                        "host closes."),
         QStringLiteral("file"));
     parser.addOptions({ signalOption, inputOption, outputOption });
+    const QCommandLineOption spectrumOption(QStringLiteral("spectrum"),
+        QStringLiteral("Start with the equaliser's spectrum switched on (kept in the editor settings)."));
+    const QCommandLineOption dumpSpectrumOption(QStringLiteral("dump-spectrum"),
+        QStringLiteral("Write the last spectrum frame of the strip's output as 'frequency_hz db' lines to a "
+                       "file when the editor closes, and again whenever the host receives SIGUSR1."),
+        QStringLiteral("file"));
+    parser.addOptions({ spectrumOption, dumpSpectrumOption });
     helpText = parser.helpText();
 
     if (!parser.parse(arguments)) {
@@ -239,5 +246,13 @@ HostCommandLine::Result HostCommandLine::parse(const QStringList &arguments)
     inputPath = parser.value(inputOption);
     outputPath = parser.value(outputOption);
     error = destinationError(QStringLiteral("--output"), outputPath);
+    if (!error.isEmpty())
+        return Result::Error;
+    spectrum = parser.isSet(spectrumOption);
+    dumpSpectrumPath = parser.value(dumpSpectrumOption);
+    error = missingFolderError(QStringLiteral("--dump-spectrum"), dumpSpectrumPath);
+    if (error.isEmpty() && gallery && (spectrum || !dumpSpectrumPath.isEmpty()))
+        error
+            = QStringLiteral("--spectrum and --dump-spectrum belong to the editor, and --gallery shows none");
     return error.isEmpty() ? Result::Run : Result::Error;
 }

@@ -32,6 +32,8 @@ struct HostCommandLine
     QString signalName = QStringLiteral("drums");
     QString inputPath;
     QString outputPath;
+    bool spectrum = false;    // --spectrum: the editor starts with its spectrum switched on
+    QString dumpSpectrumPath; // --dump-spectrum FILE: the last frame, at the same moments as the exit files
     QString helpText;
     QString error;
 

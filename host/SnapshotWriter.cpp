@@ -19,6 +19,9 @@ bool SnapshotWriter::write(QString *error) const
     QString problem;
     if (!m_statePath.isEmpty() && !StateFile::save(m_pComponent, m_statePath, &problem))
         problems << problem;
+    if (!m_spectrumPath.isEmpty() && m_spectrumText
+        && !AtomicFileWriter::write(m_spectrumPath, m_spectrumText(), &problem))
+        problems << problem;
     if (!m_parametersPath.isEmpty()) {
         QString values;
         QTextStream out(&values);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+#include <functional>
 
 class IComponent;
 class ParameterMemory;
@@ -16,7 +18,16 @@ public:
 
     void setStatePath(const QString &path) { m_statePath = path; }
     void setParametersPath(const QString &path) { m_parametersPath = path; }
-    bool isEmpty() const { return m_statePath.isEmpty() && m_parametersPath.isEmpty(); }
+    // The text of the spectrum frame last drawn, written to `path`.
+    void setSpectrum(const QString &path, std::function<QByteArray()> text)
+    {
+        m_spectrumPath = path;
+        m_spectrumText = std::move(text);
+    }
+    bool isEmpty() const
+    {
+        return m_statePath.isEmpty() && m_parametersPath.isEmpty() && m_spectrumPath.isEmpty();
+    }
 
     // Writes the state first and the values last, so that a reader waiting
     // for the values finds both; false with the reasons when either fails.
@@ -28,4 +39,6 @@ private:
     int m_channel;
     QString m_statePath;
     QString m_parametersPath;
+    QString m_spectrumPath;
+    std::function<QByteArray()> m_spectrumText;
 };

@@ -259,6 +259,11 @@ int main(int argc, char *argv[])
     const EditorSettingsStore editorSettings(options.plugin.channel, options.plugin.stereo);
     if (options.keepEditorSettings)
         options.plugin.editorSettings = editorSettings.load();
+    // The strip model analyses its output for an editor that shows a spectrum.
+    host.memory().offerSpectrum(
+        options.plugin.channel, options.plugin.stereo ? options.plugin.channel + 1 : -1);
+    if (options.spectrum)
+        options.plugin.editorSettings.insert(QStringLiteral("Spectrum"), true);
     IQXEffectEditor *editor = host.createEditor(nullptr, options.plugin, &error);
     if (!editor) {
         err << "orvchstrip-host: " << error << '\n';
@@ -292,6 +297,11 @@ int main(int argc, char *argv[])
     SnapshotWriter snapshot(editor->getPlxComponent(), host.memory(), options.plugin.channel);
     snapshot.setStatePath(options.saveStateOnExitPath);
     snapshot.setParametersPath(options.dumpParametersOnExitPath);
+    if (!options.dumpSpectrumPath.isEmpty()) {
+        model->keepSpectrum();
+        snapshot.setSpectrum(
+            options.dumpSpectrumPath, [&model] { return model->lastSpectrumFrame().outputText(); });
+    }
     const auto writeSnapshot = [&snapshot, &err] {
         QString error;
         if (!snapshot.isEmpty() && !snapshot.write(&error))

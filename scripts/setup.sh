@@ -10,7 +10,7 @@ build_dir=${ORV_BUILD_DIR:-$root/build}
 packages=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-qpa-plugins
           libgl-dev libxkbcommon-dev libsndfile1-dev fonts-mplus xvfb xauth
           dbus at-spi2-core python3-pyatspi xdotool
-          qt6-tools-dev designer-qt6
+          qt6-tools-dev designer-qt6 libfftw3-dev
           help2man dpkg-dev file)
 
 missing=()

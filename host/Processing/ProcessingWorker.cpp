@@ -14,6 +14,8 @@ ProcessingWorker::ProcessingWorker(std::unique_ptr<SignalSource> source, int cha
     , m_source(std::move(source))
     , m_settings(settings)
     , m_processor(m_source->sampleRate(), channelCount)
+    , m_inputSpectrum(m_source->sampleRate(), channelCount)
+    , m_outputSpectrum(m_source->sampleRate(), channelCount)
     , m_left(BlockFrames)
     , m_right(BlockFrames)
 {
@@ -39,14 +41,39 @@ void ProcessingWorker::applyNewSettings()
         m_processor.setSettings(m_settings->read(&m_settingsGeneration));
 }
 
+// A spectrum switched on again starts from new audio, not from what was
+// heard before it went off.
+void ProcessingWorker::followSpectrumWish()
+{
+    const bool wanted = m_spectrumWanted.load(std::memory_order_relaxed);
+    if (wanted && !m_analysing) {
+        m_inputSpectrum.reset();
+        m_outputSpectrum.reset();
+    }
+    m_analysing = wanted;
+}
+
+SpectrumFrame ProcessingWorker::spectrumFrame() const
+{
+    SpectrumFrame frame;
+    frame.input = m_inputSpectrum.levels();
+    frame.output = m_outputSpectrum.levels();
+    return frame;
+}
+
 void ProcessingWorker::processFrames(long long frames)
 {
     float *const channels[2] = { m_left.data(), m_right.data() };
+    followSpectrumWish();
     while (frames > 0) {
         const int block = int(std::min<long long>(frames, BlockFrames));
         applyNewSettings();
         m_source->render(m_left.data(), m_right.data(), block);
+        if (m_analysing)
+            m_inputSpectrum.process(channels, block);
         m_processor.process(channels, block);
+        if (m_analysing)
+            m_outputSpectrum.process(channels, block);
         if (m_output)
             m_output->write(channels, block);
         frames -= block;
@@ -86,4 +113,6 @@ void ProcessingWorker::tick()
         return;
     processFrames(frames);
     emit meterReadingReady(m_processor.takeMeterReading());
+    if (m_analysing)
+        emit spectrumFrameReady(spectrumFrame());
 }

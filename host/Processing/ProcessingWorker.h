@@ -2,11 +2,13 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <atomic>
 #include <memory>
 #include <vector>
 
 #include "ChannelStripProcessor.h"
 #include "MeterReading.h"
+#include "SpectrumAnalyser.h"
 
 class AudioFileWriter;
 class QTimer;
@@ -15,8 +17,10 @@ class SignalSource;
 
 // Runs the strip model on the processing thread: about 30 times a second it
 // renders the programme for the time that has passed, processes it in blocks
-// with the newest settings and sends one meter reading. Processing can also
-// be run directly, for a picture or a test, before the thread starts.
+// with the newest settings and sends one meter reading, and, while a
+// spectrum is wanted, one frame of the input's and output's spectrum.
+// Processing can also be run directly, for a picture or a test, before the
+// thread starts.
 class ProcessingWorker : public QObject
 {
     Q_OBJECT
@@ -35,6 +39,11 @@ public:
     void processFrames(long long frames);
     MeterReading takeMeterReading() { return m_processor.takeMeterReading(); }
 
+    // From any thread: analyse from the next block on, or stop analysing.
+    void setSpectrumWanted(bool wanted) { m_spectrumWanted.store(wanted, std::memory_order_relaxed); }
+    bool isAnalysing() const { return m_analysing; }
+    SpectrumFrame spectrumFrame() const;
+
 public slots:
     // Both run on the processing thread.
     void start();
@@ -42,17 +51,23 @@ public slots:
 
 signals:
     void meterReadingReady(const MeterReading &reading);
+    void spectrumFrameReady(const SpectrumFrame &frame);
     void outputFailed(const QString &message);
 
 private:
     void tick();
     void applyNewSettings();
+    void followSpectrumWish();
 
     std::unique_ptr<SignalSource> m_source;
     const SharedStripSettings *m_settings;
     quint64 m_settingsGeneration = 0;
     ChannelStripProcessor m_processor;
     std::unique_ptr<AudioFileWriter> m_output;
+    SpectrumAnalyser m_inputSpectrum;
+    SpectrumAnalyser m_outputSpectrum;
+    std::atomic<bool> m_spectrumWanted { false };
+    bool m_analysing = false;
     std::vector<float> m_left;
     std::vector<float> m_right;
     QTimer *m_timer = nullptr;

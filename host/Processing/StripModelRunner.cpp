@@ -15,6 +15,7 @@ StripModelRunner::StripModelRunner(ParameterMemory &memory, int firstChannel, bo
     , m_pWorker(new ProcessingWorker(std::move(source), stereo ? 2 : 1, &m_settings))
 {
     qRegisterMetaType<MeterReading>();
+    qRegisterMetaType<SpectrumFrame>();
     m_thread.setObjectName(QStringLiteral("strip model"));
     // Readings still queued when the runner stops are dropped: a stopped
     // strip sends no more meters.
@@ -22,13 +23,31 @@ StripModelRunner::StripModelRunner(ParameterMemory &memory, int firstChannel, bo
         if (m_thread.isRunning())
             publish(reading);
     });
+    connect(m_pWorker, &ProcessingWorker::spectrumFrameReady, this, [this](const SpectrumFrame &frame) {
+        if (m_thread.isRunning())
+            publishSpectrum(frame);
+    });
     connect(m_pWorker, &ProcessingWorker::outputFailed, this, &StripModelRunner::outputFailed);
+    m_memory.spectrumObservers().setObserversChanged([this] { updateSpectrumWish(); });
+    updateSpectrumWish();
 }
 
 StripModelRunner::~StripModelRunner()
 {
     stop();
+    m_memory.spectrumObservers().setObserversChanged(nullptr);
     delete m_pWorker;
+}
+
+void StripModelRunner::keepSpectrum()
+{
+    m_keepSpectrum = true;
+    updateSpectrumWish();
+}
+
+void StripModelRunner::updateSpectrumWish()
+{
+    m_pWorker->setSpectrumWanted(m_keepSpectrum || m_memory.spectrumObservers().isObserved());
 }
 
 void StripModelRunner::setOutput(std::unique_ptr<AudioFileWriter> writer)
@@ -43,6 +62,8 @@ void StripModelRunner::runFor(double seconds)
         return;
     m_pWorker->processFrames(std::llround(seconds * m_pWorker->sampleRate()));
     publish(m_pWorker->takeMeterReading());
+    if (m_pWorker->isAnalysing())
+        publishSpectrum(m_pWorker->spectrumFrame());
 }
 
 void StripModelRunner::start()
@@ -79,4 +100,10 @@ void StripModelRunner::publish(const MeterReading &reading)
     m_lastReading = reading;
     m_memory.publishMeters(m_layout.levels(reading));
     emit meterReadingArrived(reading);
+}
+
+void StripModelRunner::publishSpectrum(const SpectrumFrame &frame)
+{
+    m_lastSpectrum = frame;
+    m_memory.spectrumObservers().publish(frame.output.data(), frame.input.data());
 }

@@ -6,6 +6,7 @@
 
 #include "MeterReading.h"
 #include "SharedStripSettings.h"
+#include "SpectrumFrame.h"
 #include "StripMeterLayout.h"
 
 class AudioFileWriter;
@@ -18,7 +19,9 @@ class StripSettingsObserver;
 // parameters, runs the worker on its own thread, and turns each meter
 // reading that arrives into the host's meter array for the meter observers.
 // meterReadingArrived() carries the same reading on the GUI thread, with the
-// detector level and gain reduction for the compressor graph.
+// detector level and gain reduction for the compressor graph. The strip's
+// spectrum is analysed while an editor observes it through the memory's
+// spectrum source, or always once keepSpectrum() asks for it.
 class StripModelRunner : public QObject
 {
     Q_OBJECT
@@ -37,12 +40,19 @@ public:
 
     MeterReading lastReading() const { return m_lastReading; }
 
+    // Analyse the spectrum even while no editor observes it (for a dump).
+    void keepSpectrum();
+    // The frame last sent to the observers; silence before the first.
+    const SpectrumFrame &lastSpectrumFrame() const { return m_lastSpectrum; }
+
 signals:
     void meterReadingArrived(const MeterReading &reading);
     void outputFailed(const QString &message);
 
 private:
     void publish(const MeterReading &reading);
+    void publishSpectrum(const SpectrumFrame &frame);
+    void updateSpectrumWish();
 
     ParameterMemory &m_memory;
     SharedStripSettings m_settings;
@@ -51,4 +61,6 @@ private:
     ProcessingWorker *m_pWorker; // owned; lives on m_thread once started
     QThread m_thread;
     MeterReading m_lastReading;
+    SpectrumFrame m_lastSpectrum;
+    bool m_keepSpectrum = false;
 };

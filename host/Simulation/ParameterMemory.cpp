@@ -89,6 +89,12 @@ int32_t ParameterMemory::queryInterface(const char *iid, void **obj)
         *obj = static_cast<IORVDMorphHandler *>(m_pMorphHandler);
         return kResultOk;
     }
+    char spectrumIid[16];
+    SpectrumSourceIID.toBytes(spectrumIid);
+    if (m_spectrumOffered && std::memcmp(iid, spectrumIid, sizeof spectrumIid) == 0) {
+        *obj = static_cast<ISpectrumSource *>(&m_spectrum);
+        return kResultOk;
+    }
     return kNoInterface;
 }
 

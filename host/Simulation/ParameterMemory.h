@@ -9,6 +9,7 @@
 #include "HostModel.h"
 #include "Interfaces/IMemAPI.h"
 #include "Interfaces/IORVDMorphHandler.h"
+#include "SpectrumObservers.h"
 
 // The simulated parameter memory: every parameter of the model on every
 // channel, observers per parameter and channel notified on every change, the
@@ -31,7 +32,8 @@ public:
     ParameterMemory(const ParameterMemory &) = delete;
     ParameterMemory &operator=(const ParameterMemory &) = delete;
 
-    // FUnknown: the morph handler answers its interface id.
+    // FUnknown: the morph handler answers its interface id, and the spectrum
+    // source its own once one is set.
     int32_t queryInterface(const char *iid, void **obj) override;
     uint32_t addRef() override { return 1; }
     uint32_t release() override { return 1; }
@@ -78,6 +80,16 @@ public:
     // What the morph handler received, batch by batch.
     int morphBatchCount() const { return m_morphBatches; }
 
+    // A host that analyses a strip offers ISpectrumSource for it; the memory
+    // answers for the interface only once offered (the tests' fake host by
+    // default does not). ch2 is negative for a mono strip.
+    void offerSpectrum(int ch1, int ch2)
+    {
+        m_spectrumOffered = true;
+        m_spectrum.setAnalysedStrip(ch1, ch2);
+    }
+    SpectrumObservers &spectrumObservers() { return m_spectrum; }
+
 private:
     class MeterNotifier;
     class MorphHandler;
@@ -101,5 +113,7 @@ private:
     MorphHandler *m_pMorphHandler;
     QVector<Write> m_writes;
     int m_morphBatches = 0;
+    SpectrumObservers m_spectrum;
+    bool m_spectrumOffered = false;
     bool m_failing = false;
 };

@@ -25,6 +25,8 @@ const QRectF MiddleFrequencyText(643, 354, 60, 14);
 const QRectF MiddleBandSwitch(578, 377, 22, 22);
 const QRectF MiddleBandKnobs(596, 318, 154, 36); // the quality, frequency and gain knobs
 const QRectF MorphingKnob(408, 431, 128, 128);
+const QRectF SpectrumSwitch(868, 68, 17, 17);
+const QRectF EqualizerPlotLowerHalf(470, 180, 400, 75); // below the 0 dB line, clear of the handles
 const QRectF MorphingPresetButton(569, 479, 292, 33);
 // The morphing list slides over the equaliser: its first row and its OK button.
 const QRectF MorphingListTopEdge(408, 40, 505, 1);
@@ -151,6 +153,7 @@ private slots:
     void typedValueReachesTheHost();
     void bandSwitchDisablesItsKnobs_data() { addScaleRows(); }
     void bandSwitchDisablesItsKnobs();
+    void spectrumSwitchShowsTheSignal();
     void morphKnobSweepsTheChosenSet();
     void aboutPanelFadesInAndOut();
     void keyboardAloneDrivesThePanel();
@@ -266,6 +269,26 @@ void TestRealWindow::bandSwitchDisablesItsKnobs()
     VERIFY_SESSION(host,
         waitUntil([&] { return largestDifference(host.grab(knobs), enabled) <= 2; },
             "the band's knobs to look as before"));
+}
+
+void TestRealWindow::spectrumSwitchShowsTheSignal()
+{
+    X11HostSession host;
+    X11HostSession::Options options;
+    options.arguments = QStringList { QStringLiteral("--signal"), QStringLiteral("pink") };
+    VERIFY_SESSION(host, start(options));
+    const QRect plot = host.toScreen(EqualizerPlotLowerHalf);
+    const QImage without = host.grab(plot);
+
+    // Pink noise at -18 dBFS fills the lower half of the plot.
+    VERIFY_SESSION(host, click(host.toScreen(SpectrumSwitch).center()));
+    VERIFY_SESSION(host,
+        waitUntil([&] { return meanLuminance(host.grab(plot)) > meanLuminance(without) + 10.0; },
+            "the spectrum to fill the plot"));
+    VERIFY_SESSION(host, click(host.toScreen(SpectrumSwitch).center()));
+    VERIFY_SESSION(host,
+        waitUntil(
+            [&] { return largestDifference(host.grab(plot), without) <= 2; }, "the plot to look as before"));
 }
 
 void TestRealWindow::morphKnobSweepsTheChosenSet()

@@ -38,6 +38,9 @@ struct ShownEditor : EditorHost
 {
     ShownEditor()
     {
+        // As the reference host does, so that the spectrum switch takes part.
+        memory.offerSpectrum(0, 1);
+        editor->setMemAPI(&memory);
         editor->show();
         QApplication::setActiveWindow(editor.get());
     }
