@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "AudioFileWriter.h"
-#include "CommandRun.h"
+#include "ProcessRun.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ Frame dumpedFrame(const QString &folder, const QStringList &arguments)
     QFile::remove(dump);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    const CommandRun run = CommandRun::start(QStringLiteral(ORV_HOST_PATH),
+    const ProcessRun run = runProcess(QStringLiteral(ORV_HOST_PATH),
         QStringList { "--plugin", ORV_PLUGIN_DIR "/orvchstrip.so", "--no-settings", "--screenshot",
             folder + "/editor.png", "--dump-spectrum", dump }
             + arguments,

@@ -14,7 +14,7 @@ namespace {
 ProcessRun runTool(const QStringList &arguments)
 {
     return runProcess(
-        QStringLiteral(ORV_TOOL_PATH), arguments, QProcessEnvironment::systemEnvironment(), 30000);
+        QStringLiteral(ORV_TOOL_PATH), arguments, QProcessEnvironment::systemEnvironment(), QString(), 30000);
 }
 
 } // namespace

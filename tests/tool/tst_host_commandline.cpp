@@ -4,7 +4,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "CommandRun.h"
+#include "ProcessRun.h"
 #include "TestFiles.h"
 
 #ifdef Q_OS_UNIX
@@ -21,10 +21,10 @@ QProcessEnvironment offscreen()
     return environment;
 }
 
-CommandRun runHost(const QStringList &arguments, const QProcessEnvironment &environment = offscreen(),
+ProcessRun runHost(const QStringList &arguments, const QProcessEnvironment &environment = offscreen(),
     const QString &workingDirectory = QString())
 {
-    return CommandRun::start(QStringLiteral(ORV_HOST_PATH), arguments, environment, workingDirectory);
+    return runProcess(QStringLiteral(ORV_HOST_PATH), arguments, environment, workingDirectory);
 }
 
 #ifdef Q_OS_LINUX
@@ -138,7 +138,7 @@ void TestHostCommandLine::refusedOptions()
     const QString picture = m_dir.filePath(QStringLiteral("refused.png"));
     if (!arguments.contains(QLatin1String("--screenshot")))
         arguments << QStringLiteral("--screenshot") << picture;
-    const CommandRun run = runHost(arguments, offscreen(), m_dir.path());
+    const ProcessRun run = runHost(arguments, offscreen(), m_dir.path());
     QCOMPARE(run.exitCode, exitCode);
     QVERIFY2(run.err.contains(message.toUtf8()), run.err.constData());
     QVERIFY(!QFileInfo::exists(picture));
@@ -164,7 +164,7 @@ void TestHostCommandLine::acceptedEdges()
 {
     QFETCH(QStringList, arguments);
     const QString picture = m_dir.filePath(QStringLiteral("accepted %1.png").arg(QTest::currentDataTag()));
-    const CommandRun run = runHost(arguments << QStringLiteral("--screenshot") << picture);
+    const ProcessRun run = runHost(arguments << QStringLiteral("--screenshot") << picture);
     QVERIFY2(run.exitCode == 0, run.err.constData());
     QCOMPARE(readFile(picture).left(4), QByteArray("\x89PNG"));
 }
@@ -186,7 +186,7 @@ void TestHostCommandLine::screenshotFormat()
     const QString picture = m_dir.filePath(name);
     for (const QStringList &mode : { QStringList(), QStringList { "--gallery" } }) {
         QFile::remove(picture);
-        const CommandRun run = runHost(mode + QStringList { "--screenshot", picture });
+        const ProcessRun run = runHost(mode + QStringList { "--screenshot", picture });
         QVERIFY2(run.exitCode == 0, run.err.constData());
         QCOMPARE(readFile(picture).left(magic.size()), magic);
     }
@@ -195,7 +195,7 @@ void TestHostCommandLine::screenshotFormat()
 void TestHostCommandLine::galleryHonoursScale()
 {
     const QString picture = m_dir.filePath(QStringLiteral("gallery at 2.png"));
-    const CommandRun run
+    const ProcessRun run
         = runHost({ "--gallery", "--scale", "2", "--dial-mode", "2", "--screenshot", picture });
     QVERIFY2(run.exitCode == 0, run.err.constData());
     QCOMPARE(QImage(picture).size(), QSize(2000, 1480));
@@ -210,7 +210,7 @@ void TestHostCommandLine::unreachableDisplay()
     environment.insert(QStringLiteral("DISPLAY"), QStringLiteral("unreachable.invalid:99"));
 
     const QString picture = m_dir.filePath(QStringLiteral("no display.png"));
-    const CommandRun run = runHost({ "--screenshot", picture }, environment);
+    const ProcessRun run = runHost({ "--screenshot", picture }, environment);
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(readFile(picture).left(4), QByteArray("\x89PNG"));
 #else
@@ -226,7 +226,7 @@ void TestHostCommandLine::saveStateWithoutDisplayRendersNothing()
     for (const char *name : { "QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY" })
         environment.remove(QString::fromLatin1(name));
 
-    const CommandRun run = runHost({ "--save-state", "saved.state" }, environment, work.path());
+    const ProcessRun run = runHost({ "--save-state", "saved.state" }, environment, work.path());
     QVERIFY2(run.exitCode == 0, run.err.constData());
     QCOMPARE(QDir(work.path()).entryList(QDir::Files), QStringList { "saved.state" });
     QCOMPARE(QFileInfo(work.filePath(QStringLiteral("saved.state"))).size(), 1664);
@@ -237,7 +237,7 @@ void TestHostCommandLine::exitFilesHoldTheEditedStrip()
     // A run that ends after its picture writes the files as a closed window does.
     QTemporaryDir work;
     QVERIFY(work.isValid());
-    const CommandRun run
+    const ProcessRun run
         = runHost({ "--set", "fx_eq_midfrq=1.25k", "--set", "fx_cmp_kne=hard", "--screenshot", "panel.png",
                       "--save-state-on-exit", "exit.orvstate", "--dump-parameters-on-exit", "exit.txt" },
             offscreen(), work.path());
@@ -251,7 +251,7 @@ void TestHostCommandLine::exitFilesHoldTheEditedStrip()
     QVERIFY(lines.contains("fx_cmp_kne=HARD"));
     QVERIFY(lines.contains("fx_mrp_systmname="));
     // One line per parameter of the listing, and nothing else.
-    const CommandRun listing = runHost({ "--list-parameters" });
+    const ProcessRun listing = runHost({ "--list-parameters" });
     QCOMPARE(lines.count(QByteArray()), 1);
     QCOMPARE(lines.size() - 1, int(listing.out.split('\n').indexOf(QByteArray())) - 1);
 }

@@ -12,18 +12,18 @@
 #include <unistd.h>
 #endif
 
-#include "CommandRun.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
+#include "ProcessRun.h"
 #include "SavedState.h"
 #include "TestFiles.h"
 #include "tools/PrintableName.h"
 
 namespace {
 
-CommandRun runTool(const QStringList &arguments,
+ProcessRun runTool(const QStringList &arguments,
     const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
 {
-    return CommandRun::start(QStringLiteral(ORV_TOOL_PATH), arguments, environment);
+    return runProcess(QStringLiteral(ORV_TOOL_PATH), arguments, environment);
 }
 
 // A morph record the morphing list would send, with another magic or cut to
@@ -63,9 +63,9 @@ QStringList entriesOf(const QString &folder)
 // Runs the tool through the shell, so that a test can give it arguments
 // whose bytes are not UTF-8 (QProcess passes arguments as UTF-8); `script`
 // sees the tool as "$0" and the test folder as "$1".
-CommandRun runToolInShell(const QString &script, const QString &folder)
+ProcessRun runToolInShell(const QString &script, const QString &folder)
 {
-    return CommandRun::start(QStringLiteral("/bin/sh"),
+    return runProcess(QStringLiteral("/bin/sh"),
         { QStringLiteral("-c"), QStringLiteral("exec \"$0\" ") + script, QStringLiteral(ORV_TOOL_PATH),
             folder });
 }
@@ -208,7 +208,7 @@ void TestToolCommandLine::badInputIsReported()
         argument.replace(QLatin1Char('@'), m_dir.path());
     const QStringList before = entriesOf(m_dir.path());
 
-    const CommandRun run = runTool(arguments);
+    const ProcessRun run = runTool(arguments);
     QCOMPARE(run.exitCode, exitCode);
     const QString firstLine = QString::fromUtf8(run.err).section(QLatin1Char('\n'), 0, 0);
     QVERIFY2(QRegularExpression(message).match(firstLine).hasMatch(), qPrintable(QString::fromUtf8(run.err)));
@@ -221,7 +221,7 @@ void TestToolCommandLine::badInputIsReported()
 
 void TestToolCommandLine::stateDumpShowsValueTexts()
 {
-    const CommandRun json = runTool({ "state", "dump", "--json", path("good.state") });
+    const ProcessRun json = runTool({ "state", "dump", "--json", path("good.state") });
     QCOMPARE(json.exitCode, 0);
     QVERIFY(json.err.isEmpty());
     const QJsonObject object = QJsonDocument::fromJson(json.out).object();
@@ -261,7 +261,7 @@ void TestToolCommandLine::jsonOnRequest()
     for (QString &argument : arguments)
         argument.replace(QLatin1Char('@'), m_dir.path());
 
-    const CommandRun run = runTool(arguments);
+    const ProcessRun run = runTool(arguments);
     QCOMPARE(run.exitCode, 0);
     QJsonParseError error;
     const QJsonObject object = QJsonDocument::fromJson(run.out, &error).object();
@@ -276,7 +276,7 @@ void TestToolCommandLine::namesPrintOnOneLine()
     OrvdMorphRecord record;
     record.name = QStringLiteral("Two\nLines\x1b[2J");
     QVERIFY(writeFile(path("two lines.ord"), record.write()));
-    const CommandRun show = runTool({ "morph", "show", path("two lines.ord") });
+    const ProcessRun show = runTool({ "morph", "show", path("two lines.ord") });
     QCOMPARE(show.exitCode, 0);
     QVERIFY2(show.out.contains("\nName:   Two\\nLines\\x1b[2J\n"), show.out.constData());
 
@@ -288,12 +288,12 @@ void TestToolCommandLine::namesPrintOnOneLine()
         QFileDevice::AutoCloseHandle));
     QVERIFY(file.write(savedChannelStripState()) == 1664);
     file.close();
-    const CommandRun dump
+    const ProcessRun dump
         = runToolInShell(QStringLiteral("state dump \"$1/bad$(printf '\\377').state\""), m_dir.path());
     QVERIFY2(dump.exitCode == 0, dump.err.constData());
     QVERIFY2(
         dump.out.startsWith(QFile::encodeName(m_dir.path()) + "/bad\\xff.state:\n"), dump.out.constData());
-    const CommandRun missing
+    const ProcessRun missing
         = runToolInShell(QStringLiteral("morph show \"$1/gone$(printf '\\376').ord\""), m_dir.path());
     QCOMPARE(missing.exitCode, 1);
     QVERIFY2(missing.err.endsWith("/gone\\xfe.ord: cannot read: No such file or directory\n"),
@@ -319,7 +319,7 @@ void TestToolCommandLine::morphListMarksAndAligns()
     ::close(descriptor);
 #endif
 
-    const CommandRun run = runTool({ "morph", "list", "--folder", folder });
+    const ProcessRun run = runTool({ "morph", "list", "--folder", folder });
     QCOMPARE(run.exitCode, 0);
     const QStringList lines = QString::fromUtf8(run.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QStringList fileLines = lines.filter(QStringLiteral(" bytes"));
@@ -346,7 +346,7 @@ void TestToolCommandLine::morphListMarksAndAligns()
     QVERIFY(lines.last().startsWith(QLatin1String("  bad\\xff\\xfe.ord")));
     QVERIFY(lines.contains(QStringLiteral("7 morph data files, 2 of them not sent by the editor")));
 
-    const CommandRun json = runTool({ "morph", "list", "--json", "--folder", folder });
+    const ProcessRun json = runTool({ "morph", "list", "--json", "--folder", folder });
     QCOMPARE(json.exitCode, 0);
     const QJsonObject object = QJsonDocument::fromJson(json.out).object();
     QStringList refused;
@@ -366,7 +366,7 @@ void TestToolCommandLine::missingDefaultMorphFolderIsEmpty()
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"));
     environment.insert(QStringLiteral("XDG_DATA_DIRS"), path("nowhere"));
-    const CommandRun run = runTool({ "morph", "list", "--json" }, environment);
+    const ProcessRun run = runTool({ "morph", "list", "--json" }, environment);
     QCOMPARE(run.exitCode, 0);
     QVERIFY(run.err.isEmpty());
     const QJsonObject object = QJsonDocument::fromJson(run.out).object();
