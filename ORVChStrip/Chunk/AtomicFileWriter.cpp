@@ -46,6 +46,13 @@ bool ownedByUser(const QFileInfo &file)
 #endif
 }
 
+// All one case, or a capital and then small letters.
+bool readsAsWord(const QString &letters)
+{
+    const QString tail = letters.mid(1);
+    return letters == letters.toLower() || letters == letters.toUpper() || tail == tail.toLower();
+}
+
 } // namespace
 
 AtomicFileWriter::AtomicFileWriter(const QString &path, Leftovers leftovers)
@@ -114,10 +121,11 @@ bool AtomicFileWriter::write(const QByteArray &bytes)
 void AtomicFileWriter::removeLeftovers() const
 {
     // A write killed before QSaveFile's rename leaves "NAME.XXXXXX" (six
-    // letters) beside the target, where a symbolic link leads. Only regular
-    // files of that exact pattern that this user owns and that nothing has
-    // written to for a moment are taken, so that a save of the same file in
-    // another process is not disturbed.
+    // random letters of either case) beside the target, where a symbolic link
+    // leads. Only regular files of that exact pattern that this user owns and
+    // that nothing has written to for a moment are taken, so that a save of
+    // the same file in another process is not disturbed; six letters that read
+    // as a word ("backup", "BACKUP", "Backup") are a user's name, not Qt's.
     constexpr int QuietSeconds = 2;
     const QFileInfo target(QFileInfo(m_path).canonicalFilePath());
     if (target.fileName().isEmpty())
@@ -129,7 +137,7 @@ void AtomicFileWriter::removeLeftovers() const
     // name for a character class.
     const QDir folder = target.dir();
     for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden | QDir::System)) {
-        if (!pattern.match(name).hasMatch())
+        if (!pattern.match(name).hasMatch() || readsAsWord(name.right(6)))
             continue;
         const QFileInfo file(folder.filePath(name));
         if (!file.isSymLink() && file.isFile() && ownedByUser(file)

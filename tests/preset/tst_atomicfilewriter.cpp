@@ -112,6 +112,8 @@ void TestAtomicFileWriter::leftoversAreRemoved_data()
     QTest::newRow("another file's") << "other.bin.AbCdEf" << 60 << false << false;
     QTest::newRow("seven letters") << "target.bin.AbCdEfG" << 60 << false << false;
     QTest::newRow("digits") << "target.bin.abc123" << 60 << false << false;
+    QTest::newRow("a user's word") << "target.bin.backup" << 60 << false << false;
+    QTest::newRow("a user's capitalised word") << "target.bin.Backup" << 60 << false << false;
 }
 
 void TestAtomicFileWriter::leftoversAreRemoved()
