@@ -3,7 +3,6 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
@@ -69,10 +68,8 @@ X11HostSession::X11HostSession()
 
 X11HostSession::~X11HostSession()
 {
-    if (m_host.state() != QProcess::NotRunning) {
-        m_host.kill();
-        m_host.waitForFinished(5000);
-    }
+    m_host.kill();
+    m_host.waitForFinished(5000);
 }
 
 bool X11HostSession::start(const Options &options)
@@ -234,23 +231,20 @@ bool X11HostSession::key(const QString &keys)
     return xdotool(QStringList { "key" } + keys.split(' ', Qt::SkipEmptyParts));
 }
 
-bool X11HostSession::saveNow()
-{
-    if (hostEnded())
-        return fail(QStringLiteral("the host is not running"));
-    // The file is renamed into place whole; its being there again is the answer.
-    const QString path = m_dir.filePath(QStringLiteral("parameters.txt"));
-    QFile::remove(path);
-    ::kill(pid_t(m_host.processId()), SIGUSR1);
-    return waitUntil([&] { return QFileInfo::exists(path); },
-        QStringLiteral("the host to save its parameters after SIGUSR1"));
-}
-
 QMap<QString, QString> X11HostSession::parameters()
 {
     QMap<QString, QString> values;
+    if (hostEnded()) {
+        fail(QStringLiteral("the host is not running"));
+        return values;
+    }
+    // The file is renamed into place whole; its being there again is the answer.
     QFile file(m_dir.filePath(QStringLiteral("parameters.txt")));
-    if (!saveNow() || !file.open(QIODevice::ReadOnly))
+    file.remove();
+    ::kill(pid_t(m_host.processId()), SIGUSR1);
+    if (!waitUntil(
+            [&] { return file.exists(); }, QStringLiteral("the host to save its parameters after SIGUSR1"))
+        || !file.open(QIODevice::ReadOnly))
         return values;
     for (const QByteArray &line : file.readAll().split('\n')) {
         const int equals = int(line.indexOf('='));
@@ -282,10 +276,8 @@ bool X11HostSession::waitForParameter(const QString &key, const std::function<bo
 
 QImage X11HostSession::grab(const QRect &screenRect) const
 {
-    QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return QImage();
-    return screen->grabWindow(0, screenRect.x(), screenRect.y(), screenRect.width(), screenRect.height())
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(0, screenRect.x(), screenRect.y(), screenRect.width(), screenRect.height())
         .toImage()
         .convertToFormat(QImage::Format_RGB32);
 }

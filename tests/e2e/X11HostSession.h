@@ -36,8 +36,6 @@ public:
 
     X11HostSession();
     ~X11HostSession();
-    X11HostSession(const X11HostSession &) = delete;
-    X11HostSession &operator=(const X11HostSession &) = delete;
 
     // Starts the host and waits for its window and the panel's first paint.
     bool start(const Options &options);
@@ -72,7 +70,6 @@ public:
     QString errorString() const { return m_error; }
 
 private:
-    bool saveNow();
     bool xdotool(const QStringList &arguments, QByteArray *output = nullptr);
     bool fail(const QString &message);
     bool hostEnded();

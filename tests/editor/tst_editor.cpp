@@ -93,7 +93,7 @@ private slots:
     void spectrumSwitchFeedsTheGraph();
     void tabVisitsEnabledControlsInReadingOrder_data();
     void tabVisitsEnabledControlsInReadingOrder();
-    void keysChangeValues();
+    void kneeArrowsMoveTheChoiceAndTheFocus();
     void escapeClosesPanelsAndGivesTheFocusBack_data();
     void escapeClosesPanelsAndGivesTheFocusBack();
     void focusMarkShowsAfterTabNotAfterClick_data();
@@ -118,40 +118,38 @@ void tst_Editor::init()
 void tst_Editor::everyKeyReachesItsControls_data()
 {
     QTest::addColumn<QByteArray>("key");
-    QTest::addColumn<QStringList>("controls");
-    // A knob with its value field, named alike.
-#define KNOB(name) Knob(Keys::name, #name)
-    using Knob = QPair<const char *, const char *>;
-    const Knob knobs[] = { KNOB(CompressorAttack), KNOB(CompressorRelease), KNOB(CompressorRatio),
+    QTest::addColumn<QString>("control"); // a knob, bound with its value field named alike
+    using Row = QPair<const char *, const char *>;
+#define KNOB(name) Row(Keys::name, "m_p" #name "Knob")
+    const Row rows[] = { KNOB(CompressorAttack), KNOB(CompressorRelease), KNOB(CompressorRatio),
         KNOB(SideChainQuality), KNOB(SideChainFrequency), KNOB(SideChainGain), KNOB(CompressorDrive),
         KNOB(EqualizerLowFrequency), KNOB(EqualizerLowGain), KNOB(EqualizerMiddleQuality),
         KNOB(EqualizerMiddleFrequency), KNOB(EqualizerMiddleGain), KNOB(EqualizerHighFrequency),
-        KNOB(EqualizerHighGain), Knob(Keys::MorphValue, "Morphing"), Knob(Keys::OutputLevel, "Output") };
+        KNOB(EqualizerHighGain), Row(Keys::MorphValue, "m_pMorphingKnob"),
+        Row(Keys::OutputLevel, "m_pOutputKnob"), Row(Keys::CompressorBypass, "m_pCompressorButton"),
+        Row(Keys::CompressorKnee, "m_pCompressorKneeButtonGroup"),
+        Row(Keys::SideChainOn, "m_pSideChainButton"), Row(Keys::EqualizerBypass, "m_pEqualizerButton"),
+        Row(Keys::EqualizerLowOn, "m_pEqualizerLowButton"),
+        Row(Keys::EqualizerMiddleOn, "m_pEqualizerMiddleButton"),
+        Row(Keys::EqualizerHighOn, "m_pEqualizerHighButton") };
 #undef KNOB
-    for (const auto &[key, stem] : knobs)
-        QTest::newRow(key) << QByteArray(key)
-                           << QStringList { QStringLiteral("m_p%1Knob").arg(QLatin1String(stem)),
-                                  QStringLiteral("m_p%1TextEdit").arg(QLatin1String(stem)) };
-    // One control alone.
-    const QPair<const char *, const char *> singles[] = { { Keys::CompressorBypass, "m_pCompressorButton" },
-        { Keys::CompressorKnee, "m_pCompressorKneeButtonGroup" }, { Keys::SideChainOn, "m_pSideChainButton" },
-        { Keys::EqualizerBypass, "m_pEqualizerButton" }, { Keys::EqualizerLowOn, "m_pEqualizerLowButton" },
-        { Keys::EqualizerMiddleOn, "m_pEqualizerMiddleButton" },
-        { Keys::EqualizerHighOn, "m_pEqualizerHighButton" } };
-    for (const auto &[key, name] : singles)
-        QTest::newRow(key) << QByteArray(key) << QStringList { QString::fromLatin1(name) };
+    for (const auto &[key, name] : rows)
+        QTest::newRow(key) << QByteArray(key) << QString::fromLatin1(name);
 }
 
 void tst_Editor::everyKeyReachesItsControls()
 {
     QFETCH(QByteArray, key);
-    QFETCH(QStringList, controls);
+    QFETCH(QString, control);
     EditorHost &host = *m_host;
+    QStringList controls { control };
+    if (control.endsWith(QLatin1String("Knob")))
+        controls << control.chopped(4) + QLatin1String("TextEdit");
     for (const QString &name : controls) {
-        AbstractController *control = host.control(qPrintable(name));
-        QVERIFY2(control && control->isBound(), qPrintable(name));
-        QCOMPARE(control->prmId(), host.model.parameterId(key.constData()));
-        QCOMPARE(control->memAPI(), &host.memory);
+        AbstractController *bound = host.control(qPrintable(name));
+        QVERIFY2(bound && bound->isBound(), qPrintable(name));
+        QCOMPARE(bound->prmId(), host.model.parameterId(key.constData()));
+        QCOMPARE(bound->memAPI(), &host.memory);
     }
 }
 
@@ -207,12 +205,11 @@ void tst_Editor::switchesEnableTheirControls()
 void tst_Editor::turningAMorphedParameterShowsTheMismatch()
 {
     EditorHost &host = *m_host;
-    auto *setButton = host.widget<QAbstractButton>("m_pMorphingPresetButton");
     auto *knob = host.widget<KnobController>("m_pMorphingKnob");
     const QString matching = QStringLiteral(":/image/orvchstrip/back_morphing.svg");
-    QCOMPARE(setButton->text(), QStringLiteral("Choose a morph set..."));
+    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(),
+        QStringLiteral("Choose a morph set..."));
     host.memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Vocal Air"));
-    QCOMPARE(setButton->text(), QStringLiteral("Vocal Air"));
     QCOMPARE(knob->backgroundSvg(), matching); // without morph points every value is its own base
     // Turned by hand, the parameter leaves the value the morph position gives it.
     host.memory.setValueByKey(Keys::EqualizerMiddleGain, host.memory.value(Keys::EqualizerMiddleGain) + 30);
@@ -230,10 +227,8 @@ void tst_Editor::monoStripShowsAndDrivesOnlyMonoMeters()
     const int silence = meterValue(host, "m_pInputStereoMeterR");
     QVector<unsigned int> values(int(host.model.meterArraySize()), unsigned(-60));
     host.memory.publishMeters(values);
-    QCOMPARE(meterValue(host, "m_pInputMonoMeter"), -60);
     QCOMPARE(meterValue(host, "m_pOutputMonoMeter"), -60);
     QCOMPARE(meterValue(host, "m_pInputStereoMeterR"), silence);
-    QCOMPARE(meterValue(host, "m_pOutputStereoMeterR"), silence);
     QVERIFY(host.widget<ORVChStripCompressorGraph>("m_pCompressorGraph")->hasOperatingPoint());
 
     host.editor->setCh(0, 1);
@@ -249,10 +244,13 @@ void tst_Editor::pickingAMorphSetSlidesTheListOverTheStrip()
 {
     EditorHost &host = *m_host;
     ORVChStripMorphingPresetList *list = host.editor->morphingPresetList();
-    QVERIFY(!list->isVisible());
-    // The list covers the sections; the controls behind it rest.
+    // The list covers the sections; the controls behind it rest, their captions dimmed.
+    auto *caption = host.widget<QLabel>("m_pCompressorAttackLabel");
+    const int alpha = caption->palette().color(QPalette::Active, QPalette::WindowText).alpha();
     QTest::mouseClick(host.widget("m_pMorphingPresetButton"), Qt::LeftButton);
     QVERIFY(!host.widget("m_pEqualizerLowGainKnob")->isEnabled());
+    QVERIFY(!host.widget("m_pCompressorAttackKnob")->isEnabled());
+    QVERIFY(caption->palette().color(QPalette::Active, QPalette::WindowText).alpha() < alpha);
     QTRY_COMPARE(list->geometry(), host.editor->morphingPresetGeometry());
 
     // The factory folders come first, closed; open "Vocals" and take its first set.
@@ -366,11 +364,8 @@ void tst_Editor::tabVisitsEnabledControlsInReadingOrder()
     QCOMPARE(focusName(), expected.at(expected.size() - 2));
 }
 
-void tst_Editor::keysChangeValues()
+void tst_Editor::kneeArrowsMoveTheChoiceAndTheFocus()
 {
-    tabTo("m_pEqualizerLowButton");
-    key(Qt::Key_Space);
-    QCOMPARE(m_host->valueText(Keys::EqualizerLowOn), QStringLiteral("OFF"));
     // The knee's arrows move the choice, and the focus with it.
     tabTo("m_pCompressorKneeSoftButton");
     key(Qt::Key_Right);

@@ -76,7 +76,6 @@ void tst_EditorAccessibility::valueControls_data()
                                  << QByteArray("m_pCompressorAttackTextEdit");
     QTest::newRow("low gain field") << QByteArray("m_pEqualizerLowGainTextEdit")
                                     << QByteArray("m_pEqualizerLowGainTextEdit");
-    QTest::newRow("morph knob") << QByteArray("m_pMorphingKnob") << QByteArray("m_pMorphingTextEdit");
 }
 
 // A reader hears the value as the panel shows it, with its unit, over the

@@ -6,7 +6,6 @@
 #include <QStandardPaths>
 #include <QTest>
 
-#include "ChannelStripModel.h"
 #include "Common/ParameterLookup.h"
 #include "Common/Widgets/ButtonGroupController.h"
 #include "Common/Widgets/KnobController.h"
@@ -17,13 +16,10 @@
 #include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/CompressorOperatingPoint.h"
 #include "ORVChStrip/EqualizerEditTarget.h"
-#include "ORVChStrip/EqualizerEditTracker.h"
 #include "ORVChStrip/KneeSelector.h"
 #include "ORVChStrip/MeterRouter.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
-#include "ORVChStrip/MorphingPresetOverlay.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
-#include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ParameterBindings.h"
 #include "ORVChStrip/PresetConverterOffer.h"
@@ -39,14 +35,6 @@ Q_DECLARE_METATYPE(Target::Band)
 
 namespace {
 
-HostModel modelWithout(const char *key)
-{
-    const HostModel full = HostModel::channelStrip();
-    QList<ParameterDefinition> parameters = full.parameters();
-    parameters.removeIf([key](const ParameterDefinition &p) { return qstrcmp(p.key, key) == 0; });
-    return HostModel({ { 1, ChannelStripModel::ChannelStripFxId } }, parameters, full.meters());
-}
-
 // Hands its timer events to the operating point, as the editor does.
 class TimerOwner : public QObject
 {
@@ -55,20 +43,6 @@ public:
 
 protected:
     void timerEvent(QTimerEvent *event) override { point->timeout(event); }
-};
-
-// Hands the events it watches to the edit tracker, as the editor does.
-class HoverWatcher : public QObject
-{
-public:
-    EqualizerEditTracker *tracker = nullptr;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        tracker->hover(watched, event);
-        return false;
-    }
 };
 
 double captionAlpha(const QLabel &label)
@@ -85,16 +59,13 @@ class tst_EditorParts : public QObject
 private slots:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void bindingsLeaveWhatTheModelLacksUnbound();
-    void sectionStatesFollowTheSwitches_data();
-    void sectionStatesFollowTheSwitches();
-    void heldKneeButtonWinsOverTheValue();
+    void unknownSwitchesLeaveTheSectionsRunning();
+    void kneeSelectorLightsTheChosenKnee();
     void meterRoutesKeepTheLastValueOutsideTheArray();
     void operatingPointFollowsTheMetersWhileTheyArrive();
     void editTargetTakesTheStrongestGesture_data();
     void editTargetTakesTheStrongestGesture();
-    void editTrackerFollowsGesturesAndTheHoveredCell();
     void burstOfMorphUpdatesGivesOneComparison();
-    void morphingListKeepsSlidingWhenRescaled();
     void progressReversesFromWhereItStands_data();
     void progressReversesFromWhereItStands();
     void converterIsOfferedOnceAtMost();
@@ -103,7 +74,7 @@ private slots:
 // The ids each control gets are checked on the whole editor.
 void tst_EditorParts::bindingsLeaveWhatTheModelLacksUnbound()
 {
-    HostModel model = modelWithout(Keys::CompressorRelease);
+    HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
     KnobController attack;
     TextEditController attackText;
@@ -112,7 +83,7 @@ void tst_EditorParts::bindingsLeaveWhatTheModelLacksUnbound()
     TextEditController releaseText;
     ParameterBindings bindings;
     bindings.add(Keys::CompressorAttack, &attack, &attackText);
-    bindings.add(Keys::CompressorRelease, &release, &releaseText);
+    bindings.add("fx_cmp_unknown", &release, &releaseText); // a key the model lacks
     // A knob speaks its value with the unit of its field.
     QCOMPARE(attack.valueSuffix(), QStringLiteral(" ms"));
     bindings.bind(ParameterLookup(&model), &memory, 1);
@@ -124,26 +95,10 @@ void tst_EditorParts::bindingsLeaveWhatTheModelLacksUnbound()
     QVERIFY(!attack.isBound() && !attackText.isBound());
 }
 
-// Which switch turns which group off is the editor's wiring, checked there;
-// these are the states the editor's host does not make.
-void tst_EditorParts::sectionStatesFollowTheSwitches_data()
+// Which switch turns which group off is the editor's wiring, checked there.
+// A switch the model lacks reads -1: the section runs, the band is on.
+void tst_EditorParts::unknownSwitchesLeaveTheSectionsRunning()
 {
-    QTest::addColumn<QList<int>>(
-        "switches"); // compressor and equalizer bypass, side chain, low, middle, high
-    QTest::addColumn<bool>("covered");
-    QTest::addColumn<bool>("disabled"); // every group
-    QTest::addColumn<bool>("dimmed");   // both sections
-    // A switch the model lacks reads -1: the section runs, the band is on.
-    QTest::newRow("unknown switches") << QList<int>(6, -1) << false << false << false;
-    QTest::newRow("covered by the list") << QList<int> { 0, 0, 1, 1, 1, 1 } << true << true << true;
-}
-
-void tst_EditorParts::sectionStatesFollowTheSwitches()
-{
-    QFETCH(QList<int>, switches);
-    QFETCH(bool, covered);
-    QFETCH(bool, disabled);
-    QFETCH(bool, dimmed);
     SectionStates states;
     QWidget panel;
     QList<QWidget *> groups;
@@ -151,60 +106,35 @@ void tst_EditorParts::sectionStatesFollowTheSwitches()
         groups << new QWidget(&panel);
         states.addControls(SectionStates::Group(group), { groups.last() });
     }
-    QList<QLabel *> captions;
-    for (int section = 0; section < SectionStates::SectionCount; ++section) {
-        captions << new QLabel(QStringLiteral("CAPTION"), &panel);
-        states.dimmer(SectionStates::Section(section)).addLabel(captions.last(), 0.3);
-    }
-    const double alpha = captionAlpha(*captions[0]);
-    states.apply({ switches[0], switches[1], switches[2], switches[3], switches[4], switches[5] }, covered);
+    auto *caption = new QLabel(QStringLiteral("CAPTION"), &panel);
+    states.dimmer(SectionStates::Compressor).addLabel(caption, 0.3);
+    const double alpha = captionAlpha(*caption);
+    states.apply({ -1, -1, -1, -1, -1, -1 }, false);
     for (const QWidget *group : groups)
-        QCOMPARE(group->isEnabled(), !disabled);
-    for (const QLabel *caption : captions)
-        QCOMPARE(captionAlpha(*caption) < alpha * 0.5, dimmed);
-    // Back to running, the captions are as they were.
-    states.apply({ 0, 0, 1, 1, 1, 1 }, false);
-    QCOMPARE(captionAlpha(*captions[0]), alpha);
+        QVERIFY(group->isEnabled());
+    QCOMPARE(captionAlpha(*caption), alpha);
 }
 
-void tst_EditorParts::heldKneeButtonWinsOverTheValue()
+void tst_EditorParts::kneeSelectorLightsTheChosenKnee()
 {
     ButtonGroupController group;
     KneeSelector selector(&group);
-    QList<QPushButton *> buttons;
     QList<SvgLabel *> lit;
-    QList<SvgLabel *> pushed;
     for (int i = 0; i < 3; ++i) {
-        buttons << new QPushButton(&group);
         lit << new SvgLabel(&group);
-        pushed << new SvgLabel(&group);
-        selector.addPosition(buttons[i], lit[i], pushed[i]);
+        selector.addPosition(new QPushButton(&group), lit.last(), new SvgLabel(&group));
     }
-    const auto shown = [](const QList<SvgLabel *> &labels) {
+    const auto shown = [&lit] {
         QList<bool> visible;
-        for (const SvgLabel *label : labels)
+        for (const SvgLabel *label : lit)
             visible << !label->isHidden();
         return visible;
     };
     group.setValue(2);
     selector.refresh();
-    QCOMPARE(shown(lit), (QList<bool> { false, false, true }));
-    QCOMPARE(shown(pushed), (QList<bool> { false, false, false }));
-    // Pressing a button refreshes through the connection; the pressed
-    // picture replaces the lit one until the button comes up.
-    QObject context;
-    selector.connectChanges(&context, [&selector] { selector.refresh(); });
-    buttons[0]->setDown(true);
-    emit buttons[0]->pressed();
-    QCOMPARE(shown(lit), (QList<bool> { false, false, false }));
-    QCOMPARE(shown(pushed), (QList<bool> { true, false, false }));
-    buttons[0]->setDown(false);
-    emit buttons[0]->released();
-    QCOMPARE(shown(lit), (QList<bool> { false, false, true }));
-    QCOMPARE(shown(pushed), (QList<bool> { false, false, false }));
-    // Without a value to show nothing is lit.
+    QCOMPARE(shown(), (QList<bool> { false, false, true }));
     selector.refresh(false);
-    QCOMPARE(shown(lit), (QList<bool> { false, false, false }));
+    QCOMPARE(shown(), (QList<bool> { false, false, false }));
 }
 
 void tst_EditorParts::meterRoutesKeepTheLastValueOutsideTheArray()
@@ -294,38 +224,6 @@ void tst_EditorParts::editTargetTakesTheStrongestGesture()
     QCOMPARE(target.band(), Target::None);
 }
 
-// Which gesture wins is the edit target's rule, above; the tracker hands it
-// the hover and the gestures of each cell.
-void tst_EditorParts::editTrackerFollowsGesturesAndTheHoveredCell()
-{
-    ORVChStripEqualizerGraph graph;
-    HoverWatcher watcher;
-    watcher.tracker = new EqualizerEditTracker(&graph, &watcher);
-    QWidget lowCell;
-    auto *lowKnob = new KnobController(&lowCell);
-    auto *lowText = new TextEditController(&lowCell);
-    watcher.tracker->track(&lowCell, lowKnob, lowText, Target::LowGain);
-    QWidget highCell;
-    watcher.tracker->track(
-        &highCell, new KnobController(&highCell), new TextEditController(&highCell), Target::HighFrequency);
-
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(&highCell, &enter);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetHigh);
-    emit lowText->textEdit(true);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetLow);
-    emit lowText->textEdit(false);
-    emit lowText->drag(true);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetLow);
-    emit lowText->drag(false);
-    emit lowKnob->drag(true);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetLow);
-    emit lowKnob->drag(false);
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(&highCell, &leave);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetNone);
-}
-
 void tst_EditorParts::burstOfMorphUpdatesGivesOneComparison()
 {
     HostModel model = HostModel::channelStrip();
@@ -340,28 +238,6 @@ void tst_EditorParts::burstOfMorphUpdatesGivesOneComparison()
     QTest::qWait(30);
     QCOMPARE(monitor.comparisonCount(), 1);
     QCOMPARE(changed.size(), 0);
-}
-
-// The slide itself shows in the real window; rescaled while it closes, it
-// keeps sliding at the new size, from its bottom edge.
-void tst_EditorParts::morphingListKeepsSlidingWhenRescaled()
-{
-    QWidget panel;
-    auto *list = new QWidget(&panel);
-    auto *overlay = new MorphingPresetOverlay(list);
-    QSignalSpy covered(overlay, &MorphingPresetOverlay::coverChanged);
-    overlay->open();
-    overlay->open(); // already open
-    QCOMPARE(covered.size(), 1);
-    const QRect full = overlay->fullGeometry();
-    QTRY_COMPARE(list->geometry(), full);
-    overlay->close();
-    QCOMPARE(covered.last().at(0).toBool(), false);
-    overlay->setScale(2.0);
-    QVERIFY(overlay->isSliding());
-    QCOMPARE(overlay->fullGeometry().size(), full.size() * 2);
-    QCOMPARE(list->geometry().bottom(), overlay->fullGeometry().bottom());
-    QTRY_VERIFY(list->isHidden());
 }
 
 void tst_EditorParts::progressReversesFromWhereItStands_data()

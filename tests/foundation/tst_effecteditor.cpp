@@ -146,7 +146,6 @@ void tst_EffectEditor::looksUpMeterIndex_data()
     QTest::newRow("right of ch 1") << QByteArray("meter_a") << 1 << true << 3;
     QTest::newRow("second meter") << QByteArray("meter_b") << 0 << true << 5;
     QTest::newRow("channel beyond count") << QByteArray("meter_b") << 1 << false << -1;
-    QTest::newRow("unknown key") << QByteArray("meter_x") << 0 << false << -1;
 }
 
 void tst_EffectEditor::looksUpMeterIndex()

@@ -112,8 +112,7 @@ void tst_PluginEntry::registersAndReleasesObservers()
     // Moving to another memory leaves nothing behind in the old one.
     editor->setMemAPI(&other);
     QCOMPARE(memory.meterObserverCount(), 0);
-    QCOMPARE(memory.observerCount(model.parameterId("fx_cmp_kne"), 2), 0);
-    QCOMPARE(memory.observerCount(model.parameterId("fx_eq_midgain"), 2), 0);
+    QCOMPARE(memory.totalObserverCount(), 0);
     QVERIFY(other.observerCount(model.parameterId("fx_mrp_vl"), 2) >= 1);
 
     delete parent;
