@@ -67,12 +67,6 @@ bool EffectEditor::getParameter(
     return ParameterLookup(modelInfo).parameter(key, prmId, second);
 }
 
-bool EffectEditor::getMeterIndex(
-    IModelInfo *modelInfo, const char *key, unsigned short ch, bool right, unsigned short *index)
-{
-    return ParameterLookup(modelInfo).meterIndex(key, ch, right, index);
-}
-
 void EffectEditor::initializeFontStyle(QWidget *widget)
 {
     for (QWidget *child : childWidgets(widget))

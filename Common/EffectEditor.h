@@ -54,18 +54,12 @@ public:
     {
         return m_lookup.parameter(key, prmId, second);
     }
-    bool getMeterIndex(const char *key, unsigned short ch, bool right, unsigned short *index) const
-    {
-        return m_lookup.meterIndex(key, ch, right, index);
-    }
     // The key lookup through this editor's model, for helpers that need
     // nothing else of the editor. It lives as long as the editor.
     const ParameterLookup &parameterLookup() const { return m_lookup; }
-    // The same lookups for a widget that has a model but is no editor.
+    // The same lookup for a widget that has a model but is no editor.
     static bool getParameter(
         IModelInfo *modelInfo, const char *key, unsigned short *prmId, unsigned short *second = nullptr);
-    static bool getMeterIndex(
-        IModelInfo *modelInfo, const char *key, unsigned short ch, bool right, unsigned short *index);
     const QList<WidgetInformation> &widgetInformationList() const { return m_widgetInformationList; }
     EffectStyle *effectStyle() const { return m_pStyle; }
 

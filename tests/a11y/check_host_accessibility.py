@@ -43,7 +43,7 @@ EXPECTED.update({name + " value": FIELD for name in VALUE_CONTROLS})
 EXPECTED.update({
     "Morph position": KNOB,
     "Compressor bypass": SWITCH, "Equalizer bypass": SWITCH, "Side chain on": SWITCH,
-    "Low band on": SWITCH, "Middle band on": SWITCH, "High band on": SWITCH,
+    "Spectrum": SWITCH, "Low band on": SWITCH, "Middle band on": SWITCH, "High band on": SWITCH,
     "Soft knee": CHOICE, "Medium knee": CHOICE, "Hard knee": CHOICE,
     "Side-chain level": METER, "Gain reduction": METER,
     "Compressor curve": GRAPH, "Equalizer curve": GRAPH,

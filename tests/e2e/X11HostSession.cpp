@@ -3,7 +3,6 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
@@ -11,11 +10,9 @@
 #include <QThread>
 #include <cmath>
 #include <csignal>
-#include <fcntl.h>
-#include <poll.h>
 #include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
+
+#include "PixelChecks.h"
 
 namespace {
 
@@ -36,81 +33,30 @@ const QColor ActiveTitleColor(0xf2, 0xf3, 0xf5);
 constexpr int HostStartTimeoutMs = 30000;
 constexpr int XdotoolTimeoutMs = 10000;
 
-pid_t serverPid = 0;
-
-void stopServer()
-{
-    if (serverPid > 0) {
-        ::kill(serverPid, SIGTERM);
-        ::waitpid(serverPid, nullptr, 0);
-        serverPid = 0;
-    }
-}
-
-// Reads the display number that Xvfb writes to its -displayfd pipe once it
-// listens.
-QByteArray readDisplayNumber(int fd, int timeoutMs)
-{
-    QByteArray number;
-    QDeadlineTimer deadline(timeoutMs);
-    while (!number.endsWith('\n')) {
-        pollfd readable = { fd, POLLIN, 0 };
-        if (::poll(&readable, 1, int(deadline.remainingTime())) <= 0)
-            return QByteArray();
-        char c = 0;
-        if (::read(fd, &c, 1) != 1)
-            return QByteArray();
-        number.append(c);
-    }
-    return number.trimmed();
-}
-
 } // namespace
 
 bool X11HostSession::startServer(QString *why)
 {
-    const QString xvfb = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
-    if (xvfb.isEmpty() || QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty()) {
+    if (QStandardPaths::findExecutable(QStringLiteral("Xvfb")).isEmpty()
+        || QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty()) {
         *why = QStringLiteral("Xvfb or xdotool is not installed (scripts/setup.sh installs both)");
         return false;
     }
-    int fds[2];
-    if (::pipe(fds) != 0) {
-        *why = QStringLiteral("no pipe for Xvfb's display number");
-        return false;
-    }
-    const QByteArray program = QFile::encodeName(xvfb);
-    const QByteArray fd = QByteArray::number(fds[1]);
-    const pid_t parent = ::getpid();
-    serverPid = ::fork();
-    if (serverPid == 0) {
-        // The server ends with the test program, even when that crashes.
-        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-        if (::getppid() != parent)
-            ::_exit(1);
-        ::close(fds[0]);
-        const int null = ::open("/dev/null", O_WRONLY);
-        ::dup2(null, STDOUT_FILENO);
-        ::dup2(null, STDERR_FILENO);
-        ::execl(program.constData(), "Xvfb", "-displayfd", fd.constData(), "-screen", "0", ScreenSize,
-            "-nolisten", "tcp", "-noreset", static_cast<char *>(nullptr));
-        ::_exit(127);
-    }
-    ::close(fds[1]);
-    if (serverPid < 0) {
-        ::close(fds[0]);
-        *why = QStringLiteral("cannot start Xvfb");
-        return false;
-    }
-    std::atexit(stopServer);
-    const QByteArray display = readDisplayNumber(fds[0], 15000);
-    ::close(fds[0]);
-    if (display.isEmpty()) {
-        stopServer();
+    // Xvfb names its display on its output once it listens. It ends with this
+    // program, however that ends.
+    static auto *server = new QProcess;
+    server->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    server->setStandardErrorFile(QProcess::nullDevice());
+    server->start("Xvfb", { "-displayfd", "1", "-screen", "0", ScreenSize, "-nolisten", "tcp", "-noreset" });
+    QByteArray display;
+    const QDeadlineTimer deadline(15000);
+    while (!display.endsWith('\n') && server->waitForReadyRead(int(deadline.remainingTime())))
+        display += server->readAllStandardOutput();
+    if (display.trimmed().isEmpty()) {
         *why = QStringLiteral("Xvfb did not name its display within 15 s");
         return false;
     }
-    qputenv("DISPLAY", ':' + display);
+    qputenv("DISPLAY", ':' + display.trimmed());
     return true;
 }
 
@@ -122,10 +68,8 @@ X11HostSession::X11HostSession()
 
 X11HostSession::~X11HostSession()
 {
-    if (m_host.state() != QProcess::NotRunning) {
-        m_host.kill();
-        m_host.waitForFinished(5000);
-    }
+    m_host.kill();
+    m_host.waitForFinished(5000);
 }
 
 bool X11HostSession::start(const Options &options)
@@ -154,11 +98,8 @@ bool X11HostSession::start(const Options &options)
     m_host.setStandardOutputFile(m_dir.filePath(QStringLiteral("host.log")));
     m_host.setStandardErrorFile(m_dir.filePath(QStringLiteral("host.log")), QIODevice::Append);
     m_host.setProgram(QStringLiteral(ORV_HOST_PATH));
-    m_host.setArguments(
-        QStringList { QStringLiteral("--no-settings"), QStringLiteral("--scale"),
-            QString::number(options.editorScale), QStringLiteral("--save-state-on-exit"),
-            m_dir.filePath(QStringLiteral("state.orvstate")), QStringLiteral("--dump-parameters-on-exit"),
-            m_dir.filePath(QStringLiteral("parameters.txt")) }
+    m_host.setArguments(QStringList { "--no-settings", "--scale", QString::number(options.editorScale),
+                            "--dump-parameters-on-exit", m_dir.filePath("parameters.txt") }
         + options.arguments);
     m_host.start();
     if (!m_host.waitForStarted(10000))
@@ -168,8 +109,6 @@ bool X11HostSession::start(const Options &options)
 
 bool X11HostSession::quit()
 {
-    QFile::remove(m_dir.filePath(QStringLiteral("state.orvstate")));
-    QFile::remove(m_dir.filePath(QStringLiteral("parameters.txt")));
     if (!key(QStringLiteral("ctrl+q")))
         return false;
     if (!m_host.waitForFinished(HostStartTimeoutMs))
@@ -189,58 +128,39 @@ bool X11HostSession::findWindow()
 {
     // The window counts as there once it is mapped under its title.
     QByteArray found;
-    const bool mapped = waitUntil(
-        [&] {
-            if (hostEnded())
-                return true;
-            found.clear();
-            return xdotool({ QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                               QStringLiteral("--name"), QLatin1Char('^') + WindowTitle + QLatin1Char('$') },
-                       &found)
-                && !found.trimmed().isEmpty();
-        },
-        QStringLiteral("the host's window to be mapped"), HostStartTimeoutMs);
+    if (!waitUntil(
+            [&] {
+                return hostEnded()
+                    || (xdotool(
+                            { QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                QStringLiteral("--name"), QLatin1Char('^') + WindowTitle + QLatin1Char('$') },
+                            &found)
+                        && !found.trimmed().isEmpty());
+            },
+            QStringLiteral("the host's window to be mapped"), HostStartTimeoutMs))
+        return false;
     if (hostEnded())
         return fail(QStringLiteral("the host ended before showing its window"));
-    if (!mapped)
-        return false;
-    m_windowId = QString::fromLatin1(found.trimmed().split('\n').constFirst());
     // Without a window manager nothing gives the window the keyboard focus
     // until a click does, and a focus change between a button's press and its
     // release cancels the click. The host's window system events come in
     // order, so focus given now is taken before any later input.
-    if (!xdotool({ QStringLiteral("windowfocus"), QStringLiteral("--sync"), m_windowId }))
-        return false;
-
-    QByteArray shell;
-    if (!xdotool({ QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), m_windowId }, &shell))
-        return false;
-    QMap<QByteArray, int> numbers;
-    for (const QByteArray &line : shell.split('\n')) {
-        const int equals = int(line.indexOf('='));
-        if (equals > 0)
-            numbers.insert(line.left(equals), line.mid(equals + 1).toInt());
-    }
-    m_window = QRect(numbers.value("X"), numbers.value("Y"), numbers.value("WIDTH"), numbers.value("HEIGHT"));
-    if (m_window.isEmpty())
-        return fail(
-            QStringLiteral("xdotool gave no geometry for the window: %1").arg(QString::fromLatin1(shell)));
-    return true;
+    const QString window = QString::fromLatin1(found.trimmed().split('\n').constFirst());
+    return xdotool({ QStringLiteral("windowfocus"), QStringLiteral("--sync"), window });
 }
 
 bool X11HostSession::findPanel()
 {
     const QSize panelSize = PanelDesignSize * m_scale;
     const auto findSeparator = [&] {
-        const QImage window = grab(m_window);
-        const QRgb separator = SeparatorColor.rgb();
-        for (int y = 0; y < window.height(); ++y) {
+        const QImage screen = grab(QGuiApplication::primaryScreen()->geometry());
+        for (int y = 0; y < screen.height(); ++y) {
             int run = 0;
-            for (int x = 0; x < window.width(); ++x) {
-                run = window.pixel(x, y) == separator ? run + 1 : 0;
+            for (int x = 0; x < screen.width(); ++x) {
+                run = screen.pixel(x, y) == SeparatorColor.rgb() ? run + 1 : 0;
                 if (run == panelSize.width()) {
-                    const QPoint topLeft(x + 1 - run, y - int(std::lround(SeparatorDesignY * m_scale)));
-                    m_panel = QRect(m_window.topLeft() + topLeft, panelSize);
+                    m_panel = QRect(
+                        QPoint(x + 1 - run, y - int(std::lround(SeparatorDesignY * m_scale))), panelSize);
                     return true;
                 }
             }
@@ -248,33 +168,16 @@ bool X11HostSession::findPanel()
         return false;
     };
     if (!waitUntil(findSeparator,
-            QStringLiteral("the panel's first paint: a line of %1 pixels in %2 across the window %3")
+            QStringLiteral("the panel's first paint: a line of %1 pixels in %2")
                 .arg(panelSize.width())
-                .arg(SeparatorColor.name())
-                .arg(QStringLiteral("%1x%2").arg(m_window.width()).arg(m_window.height())),
+                .arg(SeparatorColor.name()),
             HostStartTimeoutMs))
         return false;
-    if (!m_window.contains(m_panel))
-        return fail(QStringLiteral("the panel (%1, %2, %3 x %4) does not fit in the window")
-                        .arg(m_panel.x())
-                        .arg(m_panel.y())
-                        .arg(m_panel.width())
-                        .arg(m_panel.height()));
     // The focus given to the window reaches the widgets after the first
     // paint; a picture taken before they repaint as active would not match
     // one taken later.
     const QRect title = toScreen(QRectF(TitleDesignRect));
-    return waitUntil(
-        [&] {
-            const QImage image = grab(title);
-            for (int y = 0; y < image.height(); ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    if (image.pixel(x, y) == ActiveTitleColor.rgb())
-                        return true;
-                }
-            }
-            return false;
-        },
+    return waitUntil([&] { return pixelsNear(grab(title), ActiveTitleColor) > 0; },
         QStringLiteral("the window to show itself active (its title in %1)").arg(ActiveTitleColor.name()),
         HostStartTimeoutMs);
 }
@@ -290,124 +193,78 @@ QRect X11HostSession::toScreen(const QRectF &design) const
     return QRect(toScreen(design.topLeft()), (design.size() * m_scale).toSize());
 }
 
-bool X11HostSession::move(const QPoint &position)
+namespace {
+
+QStringList moveTo(const QPoint &at)
 {
-    return xdotool(
-        { QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()) });
+    return { "mousemove", QString::number(at.x()), QString::number(at.y()) };
 }
+
+} // namespace
 
 bool X11HostSession::click(const QPoint &position)
 {
-    return xdotool({ QStringLiteral("mousemove"), QString::number(position.x()),
-        QString::number(position.y()), QStringLiteral("click"), QStringLiteral("1") });
-}
-
-bool X11HostSession::doubleClick(const QPoint &position)
-{
-    return xdotool({ QStringLiteral("mousemove"), QString::number(position.x()),
-        QString::number(position.y()), QStringLiteral("click"), QStringLiteral("--repeat"),
-        QStringLiteral("2"), QStringLiteral("--delay"), QStringLiteral("60"), QStringLiteral("1") });
-}
-
-bool X11HostSession::drag(const QPoint &from, const QPoint &to)
-{
-    // Small steps, as a hand moves, so that every widget on the way sees motion.
-    constexpr int Steps = 16;
-    QList<QPoint> path;
-    for (int step = 0; step <= Steps; ++step)
-        path << from + (to - from) * step / Steps;
-    return drag(path);
+    return xdotool(moveTo(position) << "click"
+                                    << "1");
 }
 
 bool X11HostSession::drag(const QList<QPoint> &path)
 {
-    if (path.isEmpty())
-        return fail(QStringLiteral("a drag needs at least one point"));
-    const auto moveTo = [](const QPoint &at) {
-        return QStringList { QStringLiteral("mousemove"), QString::number(at.x()), QString::number(at.y()) };
-    };
-    QStringList arguments = moveTo(path.constFirst()) << QStringLiteral("mousedown") << QStringLiteral("1");
+    QStringList arguments = moveTo(path.constFirst()) << "mousedown"
+                                                      << "1";
     for (qsizetype i = 1; i < path.size(); ++i)
         arguments << moveTo(path.at(i));
-    arguments << QStringLiteral("mouseup") << QStringLiteral("1");
-    return xdotool(arguments);
+    return xdotool(arguments << "mouseup"
+                             << "1");
 }
 
 bool X11HostSession::wheel(const QPoint &position, int notches)
 {
-    if (notches == 0)
-        return move(position);
     // X reports the wheel as buttons 4 (up) and 5 (down).
-    return xdotool({ QStringLiteral("mousemove"), QString::number(position.x()),
-        QString::number(position.y()), QStringLiteral("click"), QStringLiteral("--repeat"),
-        QString::number(std::abs(notches)), QStringLiteral("--delay"), QStringLiteral("20"),
-        notches > 0 ? QStringLiteral("4") : QStringLiteral("5") });
+    return xdotool(moveTo(position) << "click"
+                                    << "--repeat" << QString::number(std::abs(notches)) << "--delay"
+                                    << "20" << (notches > 0 ? "4" : "5"));
 }
 
 bool X11HostSession::key(const QString &keys)
 {
-    return xdotool(QStringList { QStringLiteral("key") } + keys.split(QLatin1Char(' '), Qt::SkipEmptyParts));
-}
-
-bool X11HostSession::type(const QString &text)
-{
-    return xdotool({ QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("20"), text });
-}
-
-bool X11HostSession::saveNow()
-{
-    if (hostEnded())
-        return fail(QStringLiteral("the host is not running"));
-    const QString statePath = m_dir.filePath(QStringLiteral("state.orvstate"));
-    const QString parametersPath = m_dir.filePath(QStringLiteral("parameters.txt"));
-    // Both files are renamed into place whole; their being there again is the answer.
-    QFile::remove(statePath);
-    QFile::remove(parametersPath);
-    ::kill(pid_t(m_host.processId()), SIGUSR1);
-    return waitUntil([&] { return QFileInfo::exists(statePath) && QFileInfo::exists(parametersPath); },
-        QStringLiteral("the host to save its state and parameters after SIGUSR1"));
+    return xdotool(QStringList { "key" } + keys.split(' ', Qt::SkipEmptyParts));
 }
 
 QMap<QString, QString> X11HostSession::parameters()
 {
-    if (!saveNow())
-        return {};
-    const QMap<QString, QString> values = savedParameters();
-    if (values.isEmpty())
-        fail(QStringLiteral("the saved parameters file holds no values"));
-    return values;
-}
-
-QMap<QString, QString> X11HostSession::savedParameters() const
-{
     QMap<QString, QString> values;
+    if (hostEnded()) {
+        fail(QStringLiteral("the host is not running"));
+        return values;
+    }
+    // The file is renamed into place whole; its being there again is the answer.
     QFile file(m_dir.filePath(QStringLiteral("parameters.txt")));
-    if (!file.open(QIODevice::ReadOnly))
+    file.remove();
+    ::kill(pid_t(m_host.processId()), SIGUSR1);
+    if (!waitUntil(
+            [&] { return file.exists(); }, QStringLiteral("the host to save its parameters after SIGUSR1"))
+        || !file.open(QIODevice::ReadOnly))
         return values;
     for (const QByteArray &line : file.readAll().split('\n')) {
         const int equals = int(line.indexOf('='));
         if (equals > 0)
             values.insert(QString::fromUtf8(line.left(equals)), QString::fromUtf8(line.mid(equals + 1)));
     }
+    if (values.isEmpty())
+        fail(QStringLiteral("the saved parameters file holds no values"));
     return values;
-}
-
-QByteArray X11HostSession::state() const
-{
-    QFile file(m_dir.filePath(QStringLiteral("state.orvstate")));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 bool X11HostSession::waitForParameter(const QString &key, const std::function<bool(const QString &)> &accept,
     const QString &what, int timeoutMs)
 {
-    QString last;
-    QDeadlineTimer deadline(timeoutMs);
+    const QDeadlineTimer deadline(timeoutMs);
     for (;;) {
         const QMap<QString, QString> values = parameters();
         if (values.isEmpty())
             return false;
-        last = values.value(key, QStringLiteral("(missing)"));
+        const QString last = values.value(key, QStringLiteral("(missing)"));
         if (values.contains(key) && accept(last))
             return true;
         if (deadline.hasExpired())
@@ -419,10 +276,8 @@ bool X11HostSession::waitForParameter(const QString &key, const std::function<bo
 
 QImage X11HostSession::grab(const QRect &screenRect) const
 {
-    QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return QImage();
-    return screen->grabWindow(0, screenRect.x(), screenRect.y(), screenRect.width(), screenRect.height())
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(0, screenRect.x(), screenRect.y(), screenRect.width(), screenRect.height())
         .toImage()
         .convertToFormat(QImage::Format_RGB32);
 }
@@ -463,7 +318,7 @@ bool X11HostSession::fail(const QString &message)
     m_error = message;
     // What the screen showed, for the one who reads the failure.
     static int failures = 0;
-    const QRect shown = m_panel.isValid() ? m_panel : m_window;
+    const QRect shown = m_panel.isValid() ? m_panel : QGuiApplication::primaryScreen()->geometry();
     const QString picture
         = QDir::current().absoluteFilePath(QStringLiteral("realwindow-failure-%1.png").arg(++failures));
     if (shown.isValid() && grab(shown).save(picture))

@@ -11,7 +11,7 @@
 
 // The reference host in a real window of a virtual X server, driven only
 // through that server: pointer and keys go in with xdotool, and what comes
-// out is read outside the host process, from the files it saves on request
+// out is read outside the host process, from the values it saves on request
 // and from the screen.
 //
 // The server belongs to the test program: startServer() runs before the
@@ -36,44 +36,27 @@ public:
 
     X11HostSession();
     ~X11HostSession();
-    X11HostSession(const X11HostSession &) = delete;
-    X11HostSession &operator=(const X11HostSession &) = delete;
 
     // Starts the host and waits for its window and the panel's first paint.
     bool start(const Options &options);
     // Closes the window as a user does (Ctrl+Q) and waits for the host to end.
     bool quit();
 
-    // Pixels per design unit of the panel: the editor scale times Qt's.
-    double scale() const { return m_scale; }
-    QRect windowGeometry() const { return m_window; }
-    // The panel on screen; design coordinates are those of the editor's form.
-    QRect panelGeometry() const { return m_panel; }
+    // Design coordinates are those of the editor's form.
     QPoint toScreen(const QPointF &design) const;
     QRect toScreen(const QRectF &design) const;
 
-    bool move(const QPoint &position);
     bool click(const QPoint &position);
-    bool doubleClick(const QPoint &position);
-    // Presses at `from`, moves in small steps to `to` and releases there.
-    bool drag(const QPoint &from, const QPoint &to);
     // Presses at the first point, moves through the others and releases at the last.
     bool drag(const QList<QPoint> &path);
     // Positive notches turn the wheel up (away from the user).
     bool wheel(const QPoint &position, int notches);
     // Key names as xdotool takes them, separated by spaces: "Tab Tab", "Return", "ctrl+a".
     bool key(const QString &keys);
-    bool type(const QString &text);
 
-    // Asks the running host to write its state and parameter values, and
-    // waits until both files are there.
-    bool saveNow();
-    // Saves now and returns every parameter's value text by key; empty (with
-    // errorString()) when the host did not answer.
+    // Asks the running host for its parameter values and returns every parameter's value text by key; empty
+    // (with errorString()) when the host did not answer.
     QMap<QString, QString> parameters();
-    // The parameter values and the state of the last save, the one at exit included.
-    QMap<QString, QString> savedParameters() const;
-    QByteArray state() const;
     // Saves until `accept` takes the parameter's value text or the deadline
     // passes; the failure names the text last seen.
     bool waitForParameter(const QString &key, const std::function<bool(const QString &)> &accept,
@@ -96,8 +79,6 @@ private:
 
     QTemporaryDir m_dir;
     QProcess m_host;
-    QString m_windowId;
-    QRect m_window;
     QRect m_panel;
     double m_scale = 1.0;
     QString m_error;

@@ -1,34 +1,69 @@
-// The channel strip editor against the simulated host.
+// The channel strip editor against the simulated host, used with the mouse
+// and with the keyboard alone.
+#include <QApplication>
 #include <QLabel>
-#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
-#include <algorithm>
 #include <memory>
 
-#include "Common/Widgets/AbstractController.h"
+#include "Common/Widgets/FocusMark.h"
 #include "Common/Widgets/KnobController.h"
 #include "Common/Widgets/MeterController.h"
 #include "Common/Widgets/PushButtonController.h"
 #include "EditorHost.h"
-#include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
-#include "ORVChStrip/ORVChStripAbout.h"
+#include "Interfaces/ISpectrumSource.h"
+#include "ORVChStrip/GraphDescription.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
-#include "ORVChStrip/ORVChStripEditor.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/ORVChStripMorphingPresetList.h"
-#include "ORVChStrip/ORVChStripPresetConverter.h"
-#include "ParameterMemory.h"
+#include "ORVChStrip/SpectrumSwitch.h"
+#include "PixelChecks.h"
 
 using namespace CommonController_MemAPI;
 namespace Keys = ChannelStripKeys;
 
 namespace {
 
-using Host = EditorHost;
+PushButtonController *spectrumButton(const EditorHost &host)
+{
+    return host.widget<PushButtonController>("m_pEqualizerSpectrumButton");
+}
 
-int meterValue(const Host &host, const char *name)
+// Reading order: the top bar, then compressor, equaliser, morphing, output.
+const QStringList TabOrder { "m_pAboutButton", "m_pPresetConverterButton", "m_pCompressorButton",
+    "m_pCompressorAttackKnob", "m_pCompressorAttackTextEdit", "m_pCompressorReleaseKnob",
+    "m_pCompressorReleaseTextEdit", "m_pCompressorRatioKnob", "m_pCompressorRatioTextEdit",
+    "m_pCompressorKneeSoftButton", // the knee buttons are one stop, the chosen one; arrows move within
+    "m_pSideChainQualityKnob", "m_pSideChainQualityTextEdit", "m_pSideChainFrequencyKnob",
+    "m_pSideChainFrequencyTextEdit", "m_pSideChainGainKnob", "m_pSideChainGainTextEdit", "m_pSideChainButton",
+    "m_pCompressorDriveKnob", "m_pCompressorDriveTextEdit", "m_pEqualizerButton",
+    "m_pEqualizerSpectrumButton", "m_pEqualizerLowFrequencyKnob", "m_pEqualizerLowFrequencyTextEdit",
+    "m_pEqualizerLowGainKnob", "m_pEqualizerLowGainTextEdit", "m_pEqualizerLowButton",
+    "m_pEqualizerMiddleQualityKnob", "m_pEqualizerMiddleQualityTextEdit", "m_pEqualizerMiddleFrequencyKnob",
+    "m_pEqualizerMiddleFrequencyTextEdit", "m_pEqualizerMiddleGainKnob", "m_pEqualizerMiddleGainTextEdit",
+    "m_pEqualizerMiddleButton", "m_pEqualizerHighFrequencyKnob", "m_pEqualizerHighFrequencyTextEdit",
+    "m_pEqualizerHighGainKnob", "m_pEqualizerHighGainTextEdit", "m_pEqualizerHighButton", "m_pMorphingKnob",
+    "m_pMorphingTextEdit", "m_pMorphingPresetButton", "m_pOutputKnob", "m_pOutputTextEdit" };
+
+QString focusName()
+{
+    const QWidget *focus = QApplication::focusWidget();
+    return focus ? focus->objectName() : QString();
+}
+
+void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+}
+
+// Pixels of the focus mark's colour in a grab of the widget.
+int markPixels(QWidget *widget)
+{
+    return pixelsNear(widget->grab().toImage(), FocusMark::color(widget->palette()), 23);
+}
+
+int meterValue(const EditorHost &host, const char *name)
 {
     return host.widget<MeterController>(name)->value();
 }
@@ -40,266 +75,359 @@ class tst_Editor : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        qputenv("ORVCHSTRIP_MORPH_FOLDER", ORV_FACTORY_MORPH_DIR);
+    }
+    void init();
     void everyKeyReachesItsControls_data();
     void everyKeyReachesItsControls();
-    void formHasEveryNameOnceAndScales();
     void switchesEnableTheirControls_data();
     void switchesEnableTheirControls();
-    void kneeShowsTheHostValue();
     void turningAMorphedParameterShowsTheMismatch();
     void monoStripShowsAndDrivesOnlyMonoMeters();
-    void pickingAMorphSetSlidesTheListAndDrivesTheStrip();
-    void morphingListSettingsRoundTrip();
+    void pickingAMorphSetSlidesTheListOverTheStrip();
+    void settingsRoundTrip();
+    void spectrumSwitchWithoutSourceSaysWhy();
+    void spectrumSwitchFeedsTheGraph();
+    void tabVisitsEnabledControlsInReadingOrder_data();
+    void tabVisitsEnabledControlsInReadingOrder();
+    void kneeArrowsMoveTheChoiceAndTheFocus();
+    void escapeClosesPanelsAndGivesTheFocusBack_data();
+    void escapeClosesPanelsAndGivesTheFocusBack();
+    void focusMarkShowsAfterTabNotAfterClick_data();
+    void focusMarkShowsAfterTabNotAfterClick();
+
+private:
+    // The editor shown and active in a host that offers a spectrum, as the
+    // reference host does, so that every control takes part.
+    std::unique_ptr<EditorHost> m_host;
+    void tabTo(const char *name) { m_host->widget(name)->setFocus(Qt::TabFocusReason); }
 };
+
+void tst_Editor::init()
+{
+    m_host = std::make_unique<EditorHost>();
+    m_host->offerSpectrum();
+    m_host->editor->show();
+    QApplication::setActiveWindow(m_host->editor.get());
+    QVERIFY(QTest::qWaitForWindowActive(m_host->editor.get()));
+}
 
 void tst_Editor::everyKeyReachesItsControls_data()
 {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QStringList>("controls");
-    // A knob with its value field, named alike.
-    const QPair<const char *, const char *> knobs[] = { { Keys::CompressorAttack, "CompressorAttack" },
-        { Keys::CompressorRelease, "CompressorRelease" }, { Keys::CompressorRatio, "CompressorRatio" },
-        { Keys::SideChainQuality, "SideChainQuality" }, { Keys::SideChainFrequency, "SideChainFrequency" },
-        { Keys::SideChainGain, "SideChainGain" }, { Keys::CompressorDrive, "CompressorDrive" },
-        { Keys::EqualizerLowFrequency, "EqualizerLowFrequency" },
-        { Keys::EqualizerLowGain, "EqualizerLowGain" },
-        { Keys::EqualizerMiddleQuality, "EqualizerMiddleQuality" },
-        { Keys::EqualizerMiddleFrequency, "EqualizerMiddleFrequency" },
-        { Keys::EqualizerMiddleGain, "EqualizerMiddleGain" },
-        { Keys::EqualizerHighFrequency, "EqualizerHighFrequency" },
-        { Keys::EqualizerHighGain, "EqualizerHighGain" }, { Keys::MorphValue, "Morphing" },
-        { Keys::OutputLevel, "Output" } };
-    for (const auto &[key, stem] : knobs)
-        QTest::newRow(key) << QString::fromLatin1(key)
-                           << QStringList { QStringLiteral("m_p%1Knob").arg(QLatin1String(stem)),
-                                  QStringLiteral("m_p%1TextEdit").arg(QLatin1String(stem)) };
-    // One control alone.
-    const QPair<const char *, const char *> singles[] = { { Keys::CompressorBypass, "m_pCompressorButton" },
-        { Keys::CompressorKnee, "m_pCompressorKneeButtonGroup" }, { Keys::SideChainOn, "m_pSideChainButton" },
-        { Keys::EqualizerBypass, "m_pEqualizerButton" }, { Keys::EqualizerLowOn, "m_pEqualizerLowButton" },
-        { Keys::EqualizerMiddleOn, "m_pEqualizerMiddleButton" },
-        { Keys::EqualizerHighOn, "m_pEqualizerHighButton" } };
-    for (const auto &[key, name] : singles)
-        QTest::newRow(key) << QString::fromLatin1(key) << QStringList { QString::fromLatin1(name) };
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QString>("control"); // a knob, bound with its value field named alike
+    using Row = QPair<const char *, const char *>;
+#define KNOB(name) Row(Keys::name, "m_p" #name "Knob")
+    const Row rows[] = { KNOB(CompressorAttack), KNOB(CompressorRelease), KNOB(CompressorRatio),
+        KNOB(SideChainQuality), KNOB(SideChainFrequency), KNOB(SideChainGain), KNOB(CompressorDrive),
+        KNOB(EqualizerLowFrequency), KNOB(EqualizerLowGain), KNOB(EqualizerMiddleQuality),
+        KNOB(EqualizerMiddleFrequency), KNOB(EqualizerMiddleGain), KNOB(EqualizerHighFrequency),
+        KNOB(EqualizerHighGain), Row(Keys::MorphValue, "m_pMorphingKnob"),
+        Row(Keys::OutputLevel, "m_pOutputKnob"), Row(Keys::CompressorBypass, "m_pCompressorButton"),
+        Row(Keys::CompressorKnee, "m_pCompressorKneeButtonGroup"),
+        Row(Keys::SideChainOn, "m_pSideChainButton"), Row(Keys::EqualizerBypass, "m_pEqualizerButton"),
+        Row(Keys::EqualizerLowOn, "m_pEqualizerLowButton"),
+        Row(Keys::EqualizerMiddleOn, "m_pEqualizerMiddleButton"),
+        Row(Keys::EqualizerHighOn, "m_pEqualizerHighButton") };
+#undef KNOB
+    for (const auto &[key, name] : rows)
+        QTest::newRow(key) << QByteArray(key) << QString::fromLatin1(name);
 }
 
 void tst_Editor::everyKeyReachesItsControls()
 {
-    QFETCH(QString, key);
-    QFETCH(QStringList, controls);
-    Host host;
-    const unsigned short id = host.model.parameterId(qPrintable(key));
+    QFETCH(QByteArray, key);
+    QFETCH(QString, control);
+    EditorHost &host = *m_host;
+    QStringList controls { control };
+    if (control.endsWith(QLatin1String("Knob")))
+        controls << control.chopped(4) + QLatin1String("TextEdit");
     for (const QString &name : controls) {
-        AbstractController *control = host.control(qPrintable(name));
-        QVERIFY2(control, qPrintable(name));
-        QVERIFY2(control->isBound(), qPrintable(name));
-        QCOMPARE(control->prmId(), id);
-        QCOMPARE(control->memAPI(), &host.memory);
+        AbstractController *bound = host.control(qPrintable(name));
+        QVERIFY2(bound && bound->isBound(), qPrintable(name));
+        QCOMPARE(bound->prmId(), host.model.parameterId(key.constData()));
+        QCOMPARE(bound->memAPI(), &host.memory);
     }
-}
-
-void tst_Editor::formHasEveryNameOnceAndScales()
-{
-    Host host;
-    QHash<QString, int> names;
-    QHash<QWidget *, QRect> design;
-    // The panels the editor opens have forms of their own.
-    const QWidget *panels[]
-        = { host.editor->morphingPresetList(), host.editor->aboutPanel(), host.editor->presetConverter() };
-    auto inPanel = [&panels](const QWidget *widget) {
-        return std::any_of(std::begin(panels), std::end(panels),
-            [widget](const QWidget *panel) { return panel->isAncestorOf(widget); });
-    };
-    for (QWidget *widget : host.editor->findChildren<QWidget *>()) {
-        if (widget->objectName().startsWith(QLatin1String("m_p")) && !inPanel(widget))
-            ++names[widget->objectName()];
-        design.insert(widget, widget->geometry());
-    }
-    for (auto it = names.cbegin(); it != names.cend(); ++it)
-        QVERIFY2(it.value() == 1, qPrintable(it.key()));
-
-    host.editor->setScale(2.0);
-    for (auto it = design.cbegin(); it != design.cend(); ++it) {
-        // The list lays out its own rows.
-        if (host.editor->morphingPresetList()->isAncestorOf(it.key()))
-            continue;
-        const QRect &rect = it.value();
-        QCOMPARE(
-            it.key()->geometry(), QRect(rect.x() * 2, rect.y() * 2, rect.width() * 2, rect.height() * 2));
-    }
-    const QRect stacked = host.widget("m_pCompressorKneeSelectFrameBackground")->geometry();
-    for (const char *name : { "m_pCompressorKneeSelectSoftBackground", "m_pCompressorKneePushSoftBackground",
-             "m_pCompressorKneeSelectMediumBackground", "m_pCompressorKneePushMediumBackground",
-             "m_pCompressorKneeSelectHardBackground", "m_pCompressorKneePushHardBackground",
-             "m_pCompressorKneeButtonGroup" })
-        QCOMPARE(host.widget(name)->geometry(), stacked);
 }
 
 void tst_Editor::switchesEnableTheirControls_data()
 {
-    QTest::addColumn<QString>("key");
+    QTest::addColumn<QByteArray>("key");
     QTest::addColumn<int>("value");
-    QTest::addColumn<QStringList>("disabled");
-    QTest::addColumn<QStringList>("stillEnabled");
+    QTest::addColumn<QString>("disabled");     // names, space separated
+    QTest::addColumn<QString>("stillEnabled"); // names, space separated
+    QTest::addColumn<bool>("dimsCaptions"); // bypassing a section dims its captions; a band switch does not
     QTest::newRow("compressor bypass")
-        << QString(Keys::CompressorBypass) << 1
-        << QStringList { "m_pCompressorAttackKnob", "m_pCompressorKneeSoftButton", "m_pCompressorDriveKnob",
-               "m_pSideChainButton" }
-        << QStringList { "m_pCompressorButton", "m_pEqualizerLowGainKnob", "m_pMorphingKnob" };
-    QTest::newRow("side chain off") << QString(Keys::SideChainOn) << 0
-                                    << QStringList { "m_pSideChainGainKnob", "m_pSideChainQualityTextEdit" }
-                                    << QStringList { "m_pSideChainButton", "m_pCompressorRatioKnob" };
-    QTest::newRow("middle band off") << QString(Keys::EqualizerMiddleOn) << 0
-                                     << QStringList { "m_pEqualizerMiddleQualityKnob",
-                                            "m_pEqualizerMiddleGainTextEdit" }
-                                     << QStringList { "m_pEqualizerMiddleButton", "m_pEqualizerLowGainKnob",
-                                            "m_pEqualizerHighGainKnob" };
+        << QByteArray(Keys::CompressorBypass) << 1
+        << "m_pCompressorAttackKnob m_pCompressorKneeSoftButton m_pCompressorDriveKnob "
+           "m_pSideChainButton"
+        << "m_pCompressorButton m_pEqualizerLowGainKnob m_pMorphingKnob" << true;
+    QTest::newRow("side chain off") << QByteArray(Keys::SideChainOn) << 0
+                                    << "m_pSideChainGainKnob m_pSideChainQualityTextEdit"
+                                    << "m_pSideChainButton m_pCompressorRatioKnob" << false;
+    QTest::newRow("middle band off")
+        << QByteArray(Keys::EqualizerMiddleOn) << 0
+        << "m_pEqualizerMiddleQualityKnob m_pEqualizerMiddleGainTextEdit"
+        << "m_pEqualizerMiddleButton m_pEqualizerLowGainKnob m_pEqualizerHighGainKnob" << false;
     QTest::newRow("equalizer bypass")
-        << QString(Keys::EqualizerBypass) << 1
-        << QStringList { "m_pEqualizerLowButton", "m_pEqualizerHighFrequencyKnob", "m_pEqualizerGraph" }
-        << QStringList { "m_pEqualizerButton", "m_pCompressorAttackKnob", "m_pOutputKnob" };
+        << QByteArray(Keys::EqualizerBypass) << 1
+        << "m_pEqualizerLowButton m_pEqualizerHighFrequencyKnob m_pEqualizerGraph"
+        << "m_pEqualizerButton m_pCompressorAttackKnob m_pOutputKnob" << true;
 }
 
 void tst_Editor::switchesEnableTheirControls()
 {
-    QFETCH(QString, key);
+    QFETCH(QByteArray, key);
     QFETCH(int, value);
-    QFETCH(QStringList, disabled);
-    QFETCH(QStringList, stillEnabled);
-    Host host;
+    QFETCH(QString, disabled);
+    QFETCH(QString, stillEnabled);
+    QFETCH(bool, dimsCaptions);
+    EditorHost &host = *m_host;
     host.memory.setValueByKey(Keys::SideChainOn, 1);
-    for (const QString &name : disabled + stillEnabled)
-        QVERIFY2(host.widget(qPrintable(name))->isEnabled(), qPrintable(name));
-    const QPalette::ColorGroup active = QPalette::Active;
     auto *caption = host.widget<QLabel>(
-        key.startsWith(QLatin1String("fx_cmp")) ? "m_pCompressorAttackLabel" : "m_pEqualizerLowGainLabel");
-    const int alpha = caption->palette().color(active, QPalette::WindowText).alpha();
-
-    host.memory.setValueByKey(qPrintable(key), value);
-    for (const QString &name : disabled)
-        QVERIFY2(!host.widget(qPrintable(name))->isEnabled(), qPrintable(name));
-    for (const QString &name : stillEnabled)
-        QVERIFY2(host.widget(qPrintable(name))->isEnabled(), qPrintable(name));
-    // Bypassing a section also dims its captions; a band switch does not.
-    const bool bypass = key.endsWith(QLatin1String("byps"));
-    QCOMPARE(caption->palette().color(active, QPalette::WindowText).alpha() < alpha, bypass);
-
-    host.memory.setValueByKey(qPrintable(key), 1 - value);
-    for (const QString &name : disabled)
-        QVERIFY2(host.widget(qPrintable(name))->isEnabled(), qPrintable(name));
-    QCOMPARE(caption->palette().color(active, QPalette::WindowText).alpha(), alpha);
-}
-
-void tst_Editor::kneeShowsTheHostValue()
-{
-    Host host;
-    host.memory.setValueByKey(Keys::CompressorKnee, 2);
-    QVERIFY(host.widget("m_pCompressorKneeSelectHardBackground")->isVisibleTo(host.editor.get()));
-    QVERIFY(!host.widget("m_pCompressorKneeSelectSoftBackground")->isVisibleTo(host.editor.get()));
+        key.startsWith("fx_cmp") ? "m_pCompressorAttackLabel" : "m_pEqualizerLowGainLabel");
+    const auto alpha
+        = [caption] { return caption->palette().color(QPalette::Active, QPalette::WindowText).alpha(); };
+    const int running = alpha();
+    for (const int setting : { value, 1 - value }) {
+        host.memory.setValueByKey(key.constData(), setting);
+        for (const QString &name : disabled.split(' '))
+            QVERIFY2(host.widget(qPrintable(name))->isEnabled() != (setting == value), qPrintable(name));
+        for (const QString &name : stillEnabled.split(' '))
+            QVERIFY2(host.widget(qPrintable(name))->isEnabled(), qPrintable(name));
+        QCOMPARE(alpha() < running, dimsCaptions && setting == value);
+    }
 }
 
 void tst_Editor::turningAMorphedParameterShowsTheMismatch()
 {
-    Host host;
-    // Without a morph set every value counts as its own base.
-    host.memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Vocal Air"));
+    EditorHost &host = *m_host;
     auto *knob = host.widget<KnobController>("m_pMorphingKnob");
     const QString matching = QStringLiteral(":/image/orvchstrip/back_morphing.svg");
-    QCOMPARE(knob->backgroundSvg(), matching);
+    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(),
+        QStringLiteral("Choose a morph set..."));
+    host.memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Vocal Air"));
+    QCOMPARE(knob->backgroundSvg(), matching); // without morph points every value is its own base
     // Turned by hand, the parameter leaves the value the morph position gives it.
-    const int gain = host.memory.value(Keys::EqualizerMiddleGain);
-    host.memory.setValueByKey(Keys::EqualizerMiddleGain, gain + 30);
-    QTRY_VERIFY(!host.editor->morphMatches());
-    QCOMPARE(knob->backgroundSvg(), QStringLiteral(":/image/orvchstrip/back_morphing_off.svg"));
+    host.memory.setValueByKey(Keys::EqualizerMiddleGain, host.memory.value(Keys::EqualizerMiddleGain) + 30);
+    QTRY_COMPARE(knob->backgroundSvg(), QStringLiteral(":/image/orvchstrip/back_morphing_off.svg"));
     // Moving the morph knob sets every morphing parameter from the morph table again.
     host.memory.setValueByKey(Keys::MorphValue, 500);
-    QTRY_VERIFY(host.editor->morphMatches());
-    QCOMPARE(knob->backgroundSvg(), matching);
-    // The button names the set.
-    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(), QStringLiteral("Vocal Air"));
+    QTRY_COMPARE(knob->backgroundSvg(), matching);
 }
 
 void tst_Editor::monoStripShowsAndDrivesOnlyMonoMeters()
 {
-    Host host(HostModel::channelStrip(), -1);
+    EditorHost host(HostModel::channelStrip(), -1);
     QVERIFY(host.widget("m_pInputMonoMeterBackground")->isVisibleTo(host.editor.get()));
     QVERIFY(!host.widget("m_pInputStereoMeterBackground")->isVisibleTo(host.editor.get()));
     const int silence = meterValue(host, "m_pInputStereoMeterR");
     QVector<unsigned int> values(int(host.model.meterArraySize()), unsigned(-60));
     host.memory.publishMeters(values);
-    QCOMPARE(meterValue(host, "m_pInputMonoMeter"), -60);
     QCOMPARE(meterValue(host, "m_pOutputMonoMeter"), -60);
     QCOMPARE(meterValue(host, "m_pInputStereoMeterR"), silence);
-    QCOMPARE(meterValue(host, "m_pOutputStereoMeterR"), silence);
     QVERIFY(host.widget<ORVChStripCompressorGraph>("m_pCompressorGraph")->hasOperatingPoint());
 
     host.editor->setCh(0, 1);
     QVERIFY(host.widget("m_pOutputStereoMeterBackground")->isVisibleTo(host.editor.get()));
     QVERIFY(!host.widget("m_pOutputMonoMeterBackground")->isVisibleTo(host.editor.get()));
-    const unsigned short right = host.model.meterBase(Keys::InputMeter) + 2;
-    values[right] = unsigned(-120);
+    values[host.model.meterBase(Keys::InputMeter) + 2] = unsigned(-120); // channel 1, right
     host.memory.publishMeters(values);
     QCOMPARE(meterValue(host, "m_pInputStereoMeterR"), -120);
     QCOMPARE(meterValue(host, "m_pInputStereoMeterL"), -60);
 }
 
-void tst_Editor::pickingAMorphSetSlidesTheListAndDrivesTheStrip()
+void tst_Editor::pickingAMorphSetSlidesTheListOverTheStrip()
 {
-    qputenv("ORVCHSTRIP_MORPH_FOLDER", ORV_FACTORY_MORPH_DIR);
-    Host host;
-    host.editor->show();
+    EditorHost &host = *m_host;
     ORVChStripMorphingPresetList *list = host.editor->morphingPresetList();
-    QVERIFY(!list->isVisible());
-
-    // The list covers the sections; the controls behind it rest.
+    // The list covers the sections; the controls behind it rest, their captions dimmed.
+    auto *caption = host.widget<QLabel>("m_pCompressorAttackLabel");
+    const int alpha = caption->palette().color(QPalette::Active, QPalette::WindowText).alpha();
     QTest::mouseClick(host.widget("m_pMorphingPresetButton"), Qt::LeftButton);
-    QVERIFY(host.editor->isMorphingPresetOpen());
     QVERIFY(!host.widget("m_pEqualizerLowGainKnob")->isEnabled());
+    QVERIFY(!host.widget("m_pCompressorAttackKnob")->isEnabled());
+    QVERIFY(caption->palette().color(QPalette::Active, QPalette::WindowText).alpha() < alpha);
     QTRY_COMPARE(list->geometry(), host.editor->morphingPresetGeometry());
 
     // The factory folders come first, closed; open "Vocals" and take its first set.
-    const int vocals = 3;
-    list->selectItem(vocals);
-    QTest::keyClick(list, Qt::Key_Right);
-    QTest::keyClick(list, Qt::Key_Down);
-    QTest::keyClick(list, Qt::Key_Return);
-    QVERIFY2(!host.memory.text(Keys::MorphSystemName).isEmpty(), "the set did not reach the host");
+    list->selectItem(3);
+    for (const Qt::Key key : { Qt::Key_Right, Qt::Key_Down, Qt::Key_Return })
+        QTest::keyClick(list, key);
+    QCOMPARE(host.memory.text(Keys::MorphSystemName), QByteArrayLiteral("De-Ess Soft to Strong"));
+    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(),
+        QStringLiteral("De-Ess Soft to Strong"));
     QVERIFY(!host.editor->isMorphingPresetOpen());
     QTRY_VERIFY(!list->isVisible());
     QVERIFY(host.widget("m_pEqualizerLowGainKnob")->isEnabled());
-    QCOMPARE(host.widget<QAbstractButton>("m_pMorphingPresetButton")->text(),
-        QString::fromUtf8(host.memory.text(Keys::MorphSystemName)));
-
-    // Sweeping the morph knob moves the strip through the set's points.
-    const int start = host.memory.value(Keys::CompressorRatio);
-    host.memory.setValueByKey(Keys::MorphValue, 1000);
-    QVERIFY(host.memory.value(Keys::CompressorRatio) != start
-        || host.memory.value(Keys::EqualizerHighGain) != 180);
-    QTRY_VERIFY(host.editor->morphMatches());
 }
 
-void tst_Editor::morphingListSettingsRoundTrip()
+void tst_Editor::settingsRoundTrip()
 {
-    qputenv("ORVCHSTRIP_MORPH_FOLDER", ORV_FACTORY_MORPH_DIR);
-    QMap<QString, QVariant> kept;
-    {
-        Host host;
-        ORVChStripMorphingPresetList *list = host.editor->morphingPresetList();
-        list->selectItem(1); // Drums
-        list->folderOpen();
-        kept = host.editor->getEditorSettings();
-    }
-    QCOMPARE(kept.value(QStringLiteral("MorphingListFolder2Open")).toBool(), true);
-    QCOMPARE(kept.value(QStringLiteral("MorphingListFolder1Open")).toBool(), false);
-    QCOMPARE(kept.value(QStringLiteral("MorphingListSelected")).toInt(), 1);
+    m_host->editor->morphingPresetList()->selectItem(1); // Drums
+    m_host->editor->morphingPresetList()->folderOpen();
+    spectrumButton(*m_host)->click();
+    const QMap<QString, QVariant> kept = m_host->editor->getEditorSettings();
+    m_host.reset();
+    QCOMPARE(kept.value(QStringLiteral("MorphingListFolder2Open")), QVariant(true));
+    QCOMPARE(kept.value(QStringLiteral("MorphingListFolder1Open")), QVariant(false));
+    QCOMPARE(kept.value(QStringLiteral("MorphingListSelected")), QVariant(1));
+    QCOMPARE(kept.value(QStringLiteral("Spectrum")), QVariant(true));
 
-    Host next;
+    EditorHost next;
+    next.offerSpectrum();
     next.editor->setEditorSettings(kept);
     QCOMPARE(next.editor->getEditorSettings(), kept);
-    // A map without the list's keys leaves the list alone.
+    QCOMPARE(next.memory.spectrumObservers().observerCount(), 1);
+    // A map without the keys leaves everything as it is.
     next.editor->setEditorSettings({});
     QCOMPARE(next.editor->getEditorSettings(), kept);
+}
+
+void tst_Editor::spectrumSwitchWithoutSourceSaysWhy()
+{
+    EditorHost host; // the fake host offers no spectrum
+    host.editor->setEditorSettings({ { QStringLiteral("Spectrum"), true } });
+    host.editor->show();
+    PushButtonController *button = spectrumButton(host);
+    QVERIFY(QTest::qWaitForWindowExposed(host.editor.get()));
+    QVERIFY(!button->isEnabled());
+    QVERIFY(!button->isChecked());
+    QCOMPARE(button->toolTip(), SpectrumSwitch::unavailableText());
+    QTRY_COMPARE(button->accessibleDescription(), SpectrumSwitch::unavailableText());
+    QCOMPARE(host.memory.spectrumObservers().observerCount(), 0);
+    // The wish is kept for a host that offers a spectrum.
+    QCOMPARE(host.editor->getEditorSettings().value(QStringLiteral("Spectrum")), QVariant(true));
+}
+
+void tst_Editor::spectrumSwitchFeedsTheGraph()
+{
+    EditorHost &host = *m_host;
+    auto *graph = host.widget<ORVChStripEqualizerGraph>("m_pEqualizerGraph");
+    const auto observers = [&host] { return host.memory.spectrumObservers().observerCount(); };
+    QCOMPARE(observers(), 0);
+    QTest::mouseClick(spectrumButton(host), Qt::LeftButton);
+    QCOMPARE(observers(), 1);
+    std::vector<float> output(SpectrumBands::Count, -60.0f);
+    output[SpectrumBands::OneKilohertzBand] = -12.0f;
+    host.memory.spectrumObservers().publish(output.data(), nullptr);
+    const QString description = GraphDescription::of(graph)->text();
+    QVERIFY2(description.endsWith(QStringLiteral("Spectrum shown, highest band 1 kHz at -12 dB")),
+        qPrintable(description));
+
+    QTest::mouseClick(spectrumButton(host), Qt::LeftButton);
+    QCOMPARE(observers(), 0);
+    QVERIFY(graph->spectrum().isEmpty());
+    QVERIFY(!GraphDescription::of(graph)->text().contains(QStringLiteral("Spectrum")));
+}
+
+void tst_Editor::tabVisitsEnabledControlsInReadingOrder_data()
+{
+    QTest::addColumn<QByteArray>("switchKey");
+    QTest::addColumn<int>("switchValue");
+    QTest::addColumn<QStringList>("skipped");
+    const QStringList sideChain { "m_pSideChainQualityKnob", "m_pSideChainQualityTextEdit",
+        "m_pSideChainFrequencyKnob", "m_pSideChainFrequencyTextEdit", "m_pSideChainGainKnob",
+        "m_pSideChainGainTextEdit" };
+    const QStringList lowBand { "m_pEqualizerLowFrequencyKnob", "m_pEqualizerLowFrequencyTextEdit",
+        "m_pEqualizerLowGainKnob", "m_pEqualizerLowGainTextEdit" };
+    QTest::newRow("defaults: side chain off") << QByteArray() << 0 << sideChain;
+    QTest::newRow("side chain on") << QByteArray(Keys::SideChainOn) << 1 << QStringList();
+    QTest::newRow("low band off") << QByteArray(Keys::EqualizerLowOn) << 0 << sideChain + lowBand;
+}
+
+void tst_Editor::tabVisitsEnabledControlsInReadingOrder()
+{
+    QFETCH(QByteArray, switchKey);
+    QFETCH(int, switchValue);
+    QFETCH(QStringList, skipped);
+    if (!switchKey.isEmpty())
+        QVERIFY(m_host->memory.setValueByKey(switchKey.constData(), switchValue));
+    QStringList expected = TabOrder;
+    for (const QString &name : skipped)
+        expected.removeOne(name);
+    tabTo("m_pAboutButton");
+    QStringList forward { focusName() };
+    for (int i = 1; i < expected.size(); ++i) {
+        key(Qt::Key_Tab);
+        forward << focusName();
+    }
+    QCOMPARE(forward, expected);
+    key(Qt::Key_Tab); // wraps round
+    QCOMPARE(focusName(), expected.first());
+    key(Qt::Key_Backtab);
+    QCOMPARE(focusName(), expected.last());
+    key(Qt::Key_Tab, Qt::ShiftModifier);
+    QCOMPARE(focusName(), expected.at(expected.size() - 2));
+}
+
+void tst_Editor::kneeArrowsMoveTheChoiceAndTheFocus()
+{
+    // The knee's arrows move the choice, and the focus with it.
+    tabTo("m_pCompressorKneeSoftButton");
+    key(Qt::Key_Right);
+    QCOMPARE(m_host->valueText(Keys::CompressorKnee), QStringLiteral("MEDIUM"));
+    QCOMPARE(focusName(), QStringLiteral("m_pCompressorKneeMediumButton"));
+}
+
+void tst_Editor::escapeClosesPanelsAndGivesTheFocusBack_data()
+{
+    QTest::addColumn<QByteArray>("opener");
+    QTest::addColumn<QByteArray>("panel");
+    QTest::newRow("about") << QByteArray("m_pAboutButton") << QByteArray("m_pAbout");
+    QTest::newRow("converter") << QByteArray("m_pPresetConverterButton") << QByteArray("m_pPresetConverter");
+    QTest::newRow("morphing list") << QByteArray("m_pMorphingPresetButton")
+                                   << QByteArray("m_pMorphingPresetList");
+}
+
+void tst_Editor::escapeClosesPanelsAndGivesTheFocusBack()
+{
+    QFETCH(QByteArray, opener);
+    QFETCH(QByteArray, panel);
+    QWidget *panelWidget = m_host->widget(panel.constData());
+    tabTo(opener.constData());
+    key(Qt::Key_Return);
+    QTRY_VERIFY(panelWidget->isVisible());
+    // Tab stays inside the open panel.
+    for (int i = 0; i < 6; ++i) {
+        QVERIFY2(panelWidget->isAncestorOf(QApplication::focusWidget())
+                || QApplication::focusWidget() == panelWidget,
+            qPrintable(focusName()));
+        key(Qt::Key_Tab);
+    }
+    key(Qt::Key_Escape);
+    QCOMPARE(focusName(), QString::fromLatin1(opener));
+    QTRY_VERIFY(panelWidget->isHidden());
+    QCOMPARE(focusName(), QString::fromLatin1(opener));
+}
+
+void tst_Editor::focusMarkShowsAfterTabNotAfterClick_data()
+{
+    QTest::addColumn<QByteArray>("control");
+    QTest::newRow("knob") << QByteArray("m_pCompressorRatioKnob");
+    QTest::newRow("value field") << QByteArray("m_pOutputTextEdit");
+    QTest::newRow("switch") << QByteArray("m_pEqualizerMiddleButton");
+}
+
+void tst_Editor::focusMarkShowsAfterTabNotAfterClick()
+{
+    QFETCH(QByteArray, control);
+    QWidget *widget = m_host->widget(control.constData());
+    const int unfocused = markPixels(widget);
+    tabTo("m_pAboutButton");
+    while (focusName() != QString::fromLatin1(control))
+        key(Qt::Key_Tab);
+    const int byTab = markPixels(widget);
+    QVERIFY2(byTab > unfocused + 8, qPrintable(QStringLiteral("%1 vs %2").arg(byTab).arg(unfocused)));
+    // Using the mouse on the control hides the mark while the focus stays
+    // (a knob's index line keeps its focused colour).
+    QTest::mouseClick(widget, Qt::RightButton);
+    QCOMPARE(focusName(), QString::fromLatin1(control));
+    const int afterClick = markPixels(widget);
+    QVERIFY2(afterClick + 8 < byTab, qPrintable(QStringLiteral("%1 vs %2").arg(afterClick).arg(byTab)));
 }
 
 QTEST_MAIN(tst_Editor)

@@ -6,26 +6,20 @@
 #include <QStandardPaths>
 #include <QTest>
 
-#include "ChannelStripModel.h"
 #include "Common/ParameterLookup.h"
 #include "Common/Widgets/ButtonGroupController.h"
 #include "Common/Widgets/KnobController.h"
 #include "Common/Widgets/MeterController.h"
-#include "Common/Widgets/PushButtonController.h"
 #include "Common/Widgets/SvgLabel.h"
 #include "Common/Widgets/TextEditController.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/CompressorOperatingPoint.h"
 #include "ORVChStrip/EqualizerEditTarget.h"
-#include "ORVChStrip/EqualizerEditTracker.h"
 #include "ORVChStrip/KneeSelector.h"
 #include "ORVChStrip/MeterRouter.h"
 #include "ORVChStrip/MorphMatchMonitor.h"
-#include "ORVChStrip/MorphSetDisplay.h"
-#include "ORVChStrip/MorphingPresetOverlay.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
-#include "ORVChStrip/ORVChStripEqualizerGraph.h"
 #include "ORVChStrip/ORVChStripPresetConverter.h"
 #include "ORVChStrip/ParameterBindings.h"
 #include "ORVChStrip/PresetConverterOffer.h"
@@ -37,19 +31,9 @@ using namespace CommonController_MemAPI;
 namespace Keys = ChannelStripKeys;
 using Target = EqualizerEditTarget;
 using Gestures = QList<QPair<int, int>>; // (gesture, control) pairs set active
-Q_DECLARE_METATYPE(Target::Gesture)
-Q_DECLARE_METATYPE(Target::Control)
 Q_DECLARE_METATYPE(Target::Band)
 
 namespace {
-
-HostModel modelWithout(const char *key)
-{
-    const HostModel full = HostModel::channelStrip();
-    QList<ParameterDefinition> parameters = full.parameters();
-    parameters.removeIf([key](const ParameterDefinition &p) { return qstrcmp(p.key, key) == 0; });
-    return HostModel({ { 1, ChannelStripModel::ChannelStripFxId } }, parameters, full.meters());
-}
 
 // Hands its timer events to the operating point, as the editor does.
 class TimerOwner : public QObject
@@ -59,20 +43,6 @@ public:
 
 protected:
     void timerEvent(QTimerEvent *event) override { point->timeout(event); }
-};
-
-// Hands the events it watches to the edit tracker, as the editor does.
-class HoverWatcher : public QObject
-{
-public:
-    EqualizerEditTracker *tracker = nullptr;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        tracker->hover(watched, event);
-        return false;
-    }
 };
 
 double captionAlpha(const QLabel &label)
@@ -89,27 +59,23 @@ class tst_EditorParts : public QObject
 private slots:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void bindingsLeaveWhatTheModelLacksUnbound();
-    void sectionStatesFollowTheSwitches_data();
-    void sectionStatesFollowTheSwitches();
-    void heldKneeButtonWinsOverTheValue();
+    void unknownSwitchesLeaveTheSectionsRunning();
+    void kneeSelectorLightsTheChosenKnee();
     void meterRoutesKeepTheLastValueOutsideTheArray();
     void operatingPointFollowsTheMetersWhileTheyArrive();
     void editTargetTakesTheStrongestGesture_data();
     void editTargetTakesTheStrongestGesture();
-    void editTrackerFollowsGesturesAndTheHoveredCell();
     void burstOfMorphUpdatesGivesOneComparison();
-    void morphSetShowsItsNameAndMatch();
-    void morphingListSlidesUpFromItsBottomEdge();
-    void slideOpensInTenStepsAndReversesWithAHeadStart();
-    void fadeReversesFromWhereItStandsAndIgnoresRepeats();
+    void progressReversesFromWhereItStands_data();
+    void progressReversesFromWhereItStands();
     void converterIsOfferedOnceAtMost();
 };
 
+// The ids each control gets are checked on the whole editor.
 void tst_EditorParts::bindingsLeaveWhatTheModelLacksUnbound()
 {
-    HostModel model = modelWithout(Keys::CompressorRelease);
+    HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
-    const ParameterLookup lookup(&model);
     KnobController attack;
     TextEditController attackText;
     attackText.setPostfix(QStringLiteral(" ms"));
@@ -117,127 +83,58 @@ void tst_EditorParts::bindingsLeaveWhatTheModelLacksUnbound()
     TextEditController releaseText;
     ParameterBindings bindings;
     bindings.add(Keys::CompressorAttack, &attack, &attackText);
-    bindings.add(Keys::CompressorRelease, &release, &releaseText);
+    bindings.add("fx_cmp_unknown", &release, &releaseText); // a key the model lacks
     // A knob speaks its value with the unit of its field.
     QCOMPARE(attack.valueSuffix(), QStringLiteral(" ms"));
-
-    bindings.bind(lookup, &memory, 1);
-    for (const AbstractController *control : QList<const AbstractController *> { &attack, &attackText }) {
-        QVERIFY(control->isBound());
-        QCOMPARE(control->prmId(), model.parameterId(Keys::CompressorAttack));
-        QCOMPARE(int(control->ch()), 1);
-    }
-    QVERIFY(!release.isBound());
-    QVERIFY(!releaseText.isBound());
+    bindings.bind(ParameterLookup(&model), &memory, 1);
+    QVERIFY(attack.isBound() && attackText.isBound());
+    QCOMPARE(int(attackText.ch()), 1);
+    QVERIFY(!release.isBound() && !releaseText.isBound());
     // Without memory nothing stays bound.
-    bindings.bind(lookup, nullptr, 1);
-    QVERIFY(!attack.isBound());
-    QVERIFY(!attackText.isBound());
+    bindings.bind(ParameterLookup(&model), nullptr, 1);
+    QVERIFY(!attack.isBound() && !attackText.isBound());
 }
 
-void tst_EditorParts::sectionStatesFollowTheSwitches_data()
+// Which switch turns which group off is the editor's wiring, checked there.
+// A switch the model lacks reads -1: the section runs, the band is on.
+void tst_EditorParts::unknownSwitchesLeaveTheSectionsRunning()
 {
-    QTest::addColumn<QList<int>>(
-        "switches"); // compressor bypass, equalizer bypass, side chain, low, middle, high
-    QTest::addColumn<bool>("covered");
-    QTest::addColumn<QList<int>>("disabled"); // groups
-    QTest::addColumn<QList<int>>("dimmed");   // sections
-    using S = SectionStates;
-    const QList<int> on { 0, 0, 1, 1, 1, 1 };
-    QTest::newRow("all running") << on << false << QList<int> {} << QList<int> {};
-    // A switch the model lacks reads -1: the section runs, the band is on.
-    QTest::newRow("unknown switches") << QList<int>(6, -1) << false << QList<int> {} << QList<int> {};
-    QTest::newRow("compressor bypassed")
-        << QList<int> { 1, 0, 1, 1, 1, 1 } << false
-        << QList<int> { S::CompressorControls, S::SideChainControls } << QList<int> { S::Compressor };
-    QTest::newRow("side chain off") << QList<int> { 0, 0, 0, 1, 1, 1 } << false
-                                    << QList<int> { S::SideChainControls } << QList<int> {};
-    QTest::newRow("middle band off") << QList<int> { 0, 0, 1, 1, 0, 1 } << false
-                                     << QList<int> { S::MiddleBandControls } << QList<int> {};
-    QTest::newRow("equalizer bypassed")
-        << QList<int> { 0, 1, 1, 1, 1, 1 } << false
-        << QList<int> { S::EqualizerControls, S::LowBandControls, S::MiddleBandControls, S::HighBandControls }
-        << QList<int> { S::Equalizer };
-    QList<int> all;
-    for (int group = 0; group < S::GroupCount; ++group)
-        all << group;
-    QTest::newRow("covered") << on << true << all << QList<int> { S::Compressor, S::Equalizer };
-}
-
-void tst_EditorParts::sectionStatesFollowTheSwitches()
-{
-    QFETCH(QList<int>, switches);
-    QFETCH(bool, covered);
-    QFETCH(QList<int>, disabled);
-    QFETCH(QList<int>, dimmed);
     SectionStates states;
     QWidget panel;
-    QWidget *groups[SectionStates::GroupCount];
-    for (QWidget *&group : groups) {
-        group = new QWidget(&panel);
-        states.addControls(SectionStates::Group(&group - groups), { group });
+    QList<QWidget *> groups;
+    for (int group = 0; group < SectionStates::GroupCount; ++group) {
+        groups << new QWidget(&panel);
+        states.addControls(SectionStates::Group(group), { groups.last() });
     }
-    QLabel *captions[SectionStates::SectionCount];
-    for (QLabel *&caption : captions) {
-        caption = new QLabel(QStringLiteral("CAPTION"), &panel);
-        states.dimmer(SectionStates::Section(&caption - captions)).addLabel(caption, 0.3);
-    }
-    const double alpha = captionAlpha(*captions[0]);
-
-    states.apply({ switches[0], switches[1], switches[2], switches[3], switches[4], switches[5] }, covered);
-    for (int group = 0; group < SectionStates::GroupCount; ++group)
-        QVERIFY2(groups[group]->isEnabled() != disabled.contains(group), qPrintable(QString::number(group)));
-    for (int section = 0; section < SectionStates::SectionCount; ++section)
-        QCOMPARE(captionAlpha(*captions[section]) < alpha * 0.5, dimmed.contains(section));
-
-    // Back to running, the captions are as they were.
-    states.apply({ 0, 0, 1, 1, 1, 1 }, false);
-    for (QWidget *group : groups)
+    auto *caption = new QLabel(QStringLiteral("CAPTION"), &panel);
+    states.dimmer(SectionStates::Compressor).addLabel(caption, 0.3);
+    const double alpha = captionAlpha(*caption);
+    states.apply({ -1, -1, -1, -1, -1, -1 }, false);
+    for (const QWidget *group : groups)
         QVERIFY(group->isEnabled());
-    QCOMPARE(captionAlpha(*captions[0]), alpha);
+    QCOMPARE(captionAlpha(*caption), alpha);
 }
 
-void tst_EditorParts::heldKneeButtonWinsOverTheValue()
+void tst_EditorParts::kneeSelectorLightsTheChosenKnee()
 {
     ButtonGroupController group;
     KneeSelector selector(&group);
-    QPushButton *buttons[3];
-    SvgLabel *lit[3];
-    SvgLabel *pushed[3];
+    QList<SvgLabel *> lit;
     for (int i = 0; i < 3; ++i) {
-        buttons[i] = new QPushButton(&group);
-        lit[i] = new SvgLabel(&group);
-        pushed[i] = new SvgLabel(&group);
-        selector.addPosition(buttons[i], lit[i], pushed[i]);
+        lit << new SvgLabel(&group);
+        selector.addPosition(new QPushButton(&group), lit.last(), new SvgLabel(&group));
     }
+    const auto shown = [&lit] {
+        QList<bool> visible;
+        for (const SvgLabel *label : lit)
+            visible << !label->isHidden();
+        return visible;
+    };
     group.setValue(2);
     selector.refresh();
-    QVERIFY(!lit[2]->isHidden());
-    QVERIFY(lit[0]->isHidden() && lit[1]->isHidden());
-    QVERIFY(pushed[0]->isHidden() && pushed[1]->isHidden() && pushed[2]->isHidden());
-
-    // Pressing a button refreshes through the connection; the pressed
-    // picture replaces the lit one until the button comes up.
-    int refreshes = 0;
-    QObject context;
-    selector.connectChanges(&context, [&] {
-        ++refreshes;
-        selector.refresh();
-    });
-    buttons[0]->setDown(true);
-    emit buttons[0]->pressed();
-    QCOMPARE(refreshes, 1);
-    QVERIFY(!pushed[0]->isHidden());
-    QVERIFY(lit[2]->isHidden());
-    buttons[0]->setDown(false);
-    emit buttons[0]->released();
-    QVERIFY(pushed[0]->isHidden());
-    QVERIFY(!lit[2]->isHidden());
-
-    // Without a value to show nothing is lit.
+    QCOMPARE(shown(), (QList<bool> { false, false, true }));
     selector.refresh(false);
-    for (const SvgLabel *label : lit)
-        QVERIFY(label->isHidden());
+    QCOMPARE(shown(), (QList<bool> { false, false, false }));
 }
 
 void tst_EditorParts::meterRoutesKeepTheLastValueOutsideTheArray()
@@ -275,24 +172,20 @@ void tst_EditorParts::operatingPointFollowsTheMetersWhileTheyArrive()
     CompressorOperatingPoint point(&graph, &owner);
     owner.point = &point;
     point.locate(ParameterLookup(&model), 0);
-
     QVector<unsigned int> values(int(model.meterArraySize()), unsigned(-1270));
-    values[model.meterBase(Keys::SideChainMeter)] = unsigned(-200);    // -20 dB detected
     values[model.meterBase(Keys::GainReductionMeter)] = unsigned(-55); // 5.5 dB of reduction
-    point.show(values.data(), unsigned(values.size()));
-    QVERIFY(graph.hasOperatingPoint());
+    const auto shown = [&](int detected, unsigned int count) {
+        values[model.meterBase(Keys::SideChainMeter)] = unsigned(detected);
+        point.show(values.data(), count);
+        return graph.hasOperatingPoint();
+    };
+    QVERIFY(shown(-200, unsigned(values.size()))); // -20 dB
     QCOMPARE(graph.operatingPoint(), QPointF(-20.0, -25.5));
-    // Silence is below the graph; and without meters the point goes.
-    values[model.meterBase(Keys::SideChainMeter)] = unsigned(-1270);
-    point.show(values.data(), unsigned(values.size()));
-    QVERIFY(!graph.hasOperatingPoint());
-    values[model.meterBase(Keys::SideChainMeter)] = unsigned(-100);
-    point.show(values.data(), unsigned(values.size()));
-    QVERIFY(graph.hasOperatingPoint());
+    QVERIFY(!shown(-1270, unsigned(values.size()))); // silence is below the graph
+    QVERIFY(shown(-100, unsigned(values.size())));
+    // Without meters the point goes; an array too short for either entry changes nothing.
     QTRY_VERIFY_WITH_TIMEOUT(!graph.hasOperatingPoint(), 4 * CompressorOperatingPoint::TimeoutMs);
-    // An array too short for either entry changes nothing.
-    point.show(values.data(), model.meterBase(Keys::GainReductionMeter));
-    QVERIFY(!graph.hasOperatingPoint());
+    QVERIFY(!shown(-100, model.meterBase(Keys::GainReductionMeter)));
 }
 
 void tst_EditorParts::editTargetTakesTheStrongestGesture_data()
@@ -331,39 +224,6 @@ void tst_EditorParts::editTargetTakesTheStrongestGesture()
     QCOMPARE(target.band(), Target::None);
 }
 
-void tst_EditorParts::editTrackerFollowsGesturesAndTheHoveredCell()
-{
-    ORVChStripEqualizerGraph graph;
-    HoverWatcher watcher;
-    auto *tracker = new EqualizerEditTracker(&graph, &watcher);
-    watcher.tracker = tracker;
-    QWidget lowCell;
-    auto *lowKnob = new KnobController(&lowCell);
-    auto *lowText = new TextEditController(&lowCell);
-    QWidget highCell;
-    auto *highKnob = new KnobController(&highCell);
-    auto *highText = new TextEditController(&highCell);
-    tracker->track(&lowCell, lowKnob, lowText, Target::LowGain);
-    tracker->track(&highCell, highKnob, highText, Target::HighFrequency);
-
-    QEvent enter(QEvent::Enter);
-    QCoreApplication::sendEvent(&highCell, &enter);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetHigh);
-    emit lowKnob->drag(true);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetLow);
-    emit lowKnob->drag(false);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetHigh);
-    emit highText->textEdit(true);
-    emit lowText->drag(true);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetHigh);
-    emit highText->textEdit(false);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetLow);
-    emit lowText->drag(false);
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(&highCell, &leave);
-    QCOMPARE(graph.editTarget(), ORVChStripEqualizerGraph::TargetNone);
-}
-
 void tst_EditorParts::burstOfMorphUpdatesGivesOneComparison()
 {
     HostModel model = HostModel::channelStrip();
@@ -380,128 +240,48 @@ void tst_EditorParts::burstOfMorphUpdatesGivesOneComparison()
     QCOMPARE(changed.size(), 0);
 }
 
-void tst_EditorParts::morphSetShowsItsNameAndMatch()
+void tst_EditorParts::progressReversesFromWhereItStands_data()
 {
-    HostModel model = HostModel::channelStrip();
-    ParameterMemory memory(&model);
-    const unsigned short nameId = model.parameterId(Keys::MorphSystemName);
-    PushButtonController button;
-    KnobController knob;
-    MorphSetDisplay display(&button, &knob);
-
-    memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Vocal Air"));
-    display.showName(MorphSetDisplay::readName(&memory, nameId, 0));
-    QCOMPARE(button.text(), QStringLiteral("Vocal Air"));
-    // Without a set the button asks for one; so it does when reads fail.
-    memory.setText(Keys::MorphSystemName, QByteArray());
-    display.showName(MorphSetDisplay::readName(&memory, nameId, 0));
-    QCOMPARE(button.text(), QStringLiteral("Choose a morph set..."));
-    memory.setText(Keys::MorphSystemName, QByteArrayLiteral("Vocal Air"));
-    memory.setFailing(true);
-    QVERIFY(MorphSetDisplay::readName(&memory, nameId, 0).isEmpty());
-
-    display.showMatch(false);
-    QCOMPARE(knob.backgroundSvg(), QStringLiteral(":/image/orvchstrip/back_morphing_off.svg"));
-    display.showMatch(true);
-    QCOMPARE(knob.backgroundSvg(), QStringLiteral(":/image/orvchstrip/back_morphing.svg"));
+    QTest::addColumn<double>("headStart");
+    QTest::addColumn<QString>("script");      // o: open, c: close, a: one step
+    QTest::addColumn<QList<double>>("shown"); // the visible fraction after each letter
+    QTest::addColumn<int>("changes");         // the signals of a new fraction, none for an ignored request
+    QTest::addColumn<QList<bool>>("finished");
+    // Closing the slide half-way mirrors it and adds a step: 1 - 0.5 + 0.1.
+    QTest::newRow("slide closed half-way")
+        << 0.1 << "oaaaacaaaa" << QList<double> { 0.1, 0.2, 0.3, 0.4, 0.5, 0.4, 0.3, 0.2, 0.1, 0 } << 10
+        << QList<bool> { false };
+    // Opened again at the very start of a close, it ends open at once.
+    QTest::newRow("slide reopened at once")
+        << 0.1 << "oaaaaaaaaaaco"
+        << QList<double> { 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1, 1, 0.9, 1 } << 12
+        << QList<bool> { true, true };
+    QTest::newRow("fade, repeats ignored")
+        << 0.0 << "oaoacaaac" << QList<double> { 0.1, 0.2, 0.2, 0.3, 0.3, 0.2, 0.1, 0, 0 } << 7
+        << QList<bool> { false };
 }
 
-void tst_EditorParts::morphingListSlidesUpFromItsBottomEdge()
+void tst_EditorParts::progressReversesFromWhereItStands()
 {
-    QWidget panel;
-    panel.resize(1015, 572);
-    auto *list = new QWidget(&panel);
-    list->setFocusPolicy(Qt::StrongFocus);
-    auto *overlay = new MorphingPresetOverlay(list);
-    QSignalSpy covered(overlay, &MorphingPresetOverlay::coverChanged);
-    QVERIFY(list->isHidden());
-
-    // It grows upwards from its bottom edge in 20 ms steps.
-    overlay->open();
-    QVERIFY(overlay->isOpen());
-    QCOMPARE(covered.size(), 1);
-    QCOMPARE(covered.last().at(0).toBool(), true);
-    const QRect full = overlay->fullGeometry();
-    QCOMPARE(full, MorphingPresetOverlay::DesignRect);
-    QVERIFY(!list->isHidden());
-    QCOMPARE(list->geometry().bottom(), full.bottom());
-    QVERIFY(list->height() < full.height() / 2);
-    overlay->open(); // already open
-    QCOMPARE(covered.size(), 1);
-    QTRY_COMPARE(list->geometry(), full);
-
-    // Rescaled while closing, it keeps sliding at the new size.
-    overlay->close();
-    QCOMPARE(covered.last().at(0).toBool(), false);
-    overlay->setScale(2.0);
-    QVERIFY(overlay->isSliding());
-    QCOMPARE(list->geometry().bottom(), overlay->fullGeometry().bottom());
-    QCOMPARE(overlay->fullGeometry().size(), full.size() * 2);
-    QTRY_VERIFY(list->isHidden());
-}
-
-void tst_EditorParts::slideOpensInTenStepsAndReversesWithAHeadStart()
-{
-    ReversibleProgress slide(20, 0.1);
-    QSignalSpy changed(&slide, &ReversibleProgress::changed);
-    QSignalSpy finished(&slide, &ReversibleProgress::finished);
-    slide.open();
-    QVERIFY(slide.isRunning());
-    for (int i = 0; i < 4; ++i)
-        slide.advance();
-    // 0.1 at the start, then 0.2 to 0.5.
-    QCOMPARE(changed.size(), 5);
-    QVERIFY(qFuzzyCompare(changed.last().at(0).toDouble(), 0.5));
-
-    // Closing half-way: the progress becomes 1 - 0.5 + 0.1, so the panel
-    // shows 0.4 and keeps moving the other way.
-    slide.close();
-    QVERIFY(qFuzzyCompare(changed.last().at(0).toDouble(), 0.4));
-    int steps = 0;
-    while (slide.isRunning() && steps < 20) {
-        slide.advance();
-        ++steps;
+    QFETCH(double, headStart);
+    QFETCH(QString, script);
+    QFETCH(QList<double>, shown);
+    QFETCH(int, changes);
+    QFETCH(QList<bool>, finished);
+    ReversibleProgress progress(20, headStart);
+    QSignalSpy changed(&progress, &ReversibleProgress::changed);
+    QSignalSpy ended(&progress, &ReversibleProgress::finished);
+    for (int i = 0; i < script.size(); ++i) {
+        const char op = script.at(i).toLatin1();
+        op == 'o' ? progress.open() : op == 'c' ? progress.close() : progress.advance();
+        QVERIFY2(qAbs(progress.visibleFraction() - shown.at(i)) < 1e-9, qPrintable(QString::number(i)));
     }
-    QCOMPARE(steps, 4);
-    QCOMPARE(finished.size(), 1);
-    QCOMPARE(finished.last().at(0).toBool(), false);
-    QCOMPARE(slide.visibleFraction(), 0.0);
-
-    // A reversal at the very start of a close ends at once, fully open.
-    ReversibleProgress quick(20, 0.1);
-    QSignalSpy quickFinished(&quick, &ReversibleProgress::finished);
-    quick.open();
-    for (int i = 0; i < 10; ++i)
-        quick.advance();
-    QCOMPARE(quickFinished.size(), 1);
-    quick.close();
-    quick.open();
-    QCOMPARE(quickFinished.size(), 2);
-    QCOMPARE(quickFinished.last().at(0).toBool(), true);
-    QVERIFY(!quick.isRunning());
-}
-
-void tst_EditorParts::fadeReversesFromWhereItStandsAndIgnoresRepeats()
-{
-    ReversibleProgress fade(30);
-    QSignalSpy changed(&fade, &ReversibleProgress::changed);
-    fade.open();
-    fade.advance();
-    fade.open(); // the same direction again changes nothing
-    fade.advance();
-    QVERIFY(qFuzzyCompare(fade.visibleFraction(), 0.3));
-    fade.close();
-    // No jump: still 0.3, now falling.
-    QVERIFY(qFuzzyCompare(changed.last().at(0).toDouble(), 0.3));
-    fade.advance();
-    QVERIFY(qFuzzyCompare(fade.visibleFraction(), 0.2));
-    while (fade.isRunning())
-        fade.advance();
-    QVERIFY(qFuzzyIsNull(fade.visibleFraction()));
-    changed.clear();
-    fade.close(); // already closed
-    QCOMPARE(changed.size(), 0);
-    QVERIFY(!fade.isRunning());
+    QCOMPARE(changed.size(), changes);
+    QList<bool> ends;
+    for (const QList<QVariant> &end : ended)
+        ends << end.at(0).toBool();
+    QCOMPARE(ends, finished);
+    QVERIFY(!progress.isRunning());
 }
 
 void tst_EditorParts::converterIsOfferedOnceAtMost()

@@ -15,37 +15,25 @@ namespace {
 
 // The reference host's model, noting every key that is asked for and not
 // found. The plug-in skips unknown keys silently, so nothing else would tell.
-class RecordingModel : public IModelInfo
+class RecordingModel : public HostModel
 {
 public:
-    bool getFxInfo(unsigned short *kind, unsigned short *fxId, unsigned int index) override
-    {
-        return model.getFxInfo(kind, fxId, index);
-    }
-    unsigned short getFxCount() override { return model.getFxCount(); }
+    RecordingModel()
+        : HostModel(HostModel::channelStrip())
+    { }
     bool findParameter(unsigned short *index, const char *key) override
     {
-        const bool found = model.findParameter(index, key);
+        const bool found = HostModel::findParameter(index, key);
         (found ? askedParameters : missing).insert(QByteArray(key));
         return found;
     }
-    bool getParameterInfo(unsigned short *prmId, unsigned short *channels, unsigned short index) override
-    {
-        return model.getParameterInfo(prmId, channels, index);
-    }
-    unsigned short getParameterCount() override { return model.getParameterCount(); }
     bool findMeter(unsigned short *index, const char *key) override
     {
-        const bool found = model.findMeter(index, key);
+        const bool found = HostModel::findMeter(index, key);
         (found ? askedMeters : missing).insert(QByteArray(key));
         return found;
     }
-    bool getMeterInfo(unsigned short *base, unsigned short *channels, unsigned short index) override
-    {
-        return model.getMeterInfo(base, channels, index);
-    }
 
-    HostModel model = HostModel::channelStrip();
     QSet<QByteArray> askedParameters;
     QSet<QByteArray> askedMeters;
     QSet<QByteArray> missing;
@@ -64,7 +52,7 @@ private slots:
 void TestPluginKeys::pluginAsksOnlyForKnownKeys()
 {
     RecordingModel model;
-    ParameterMemory memory(&model.model);
+    ParameterMemory memory(&model);
     ORVChStripEditor editor;
     editor.setModelInfo(&model);
     editor.setMemAPI(&memory);
@@ -89,7 +77,7 @@ void TestPluginKeys::pluginAsksOnlyForKnownKeys()
         for (int i = 0; i < count; ++i)
             QVERIFY2(!list[i] || model.askedParameters.contains(list[i]), list[i]);
     }
-    QCOMPARE(model.askedMeters.size(), model.model.meters().size());
+    QCOMPARE(model.askedMeters.size(), model.meters().size());
 }
 
 QTEST_MAIN(TestPluginKeys)

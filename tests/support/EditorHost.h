@@ -23,6 +23,14 @@ struct EditorHost
         editor->setCh(0, ch2);
     }
 
+    // Offers the stereo strip's spectrum, as the reference host's memory does,
+    // so that the spectrum switch takes part.
+    void offerSpectrum()
+    {
+        memory.offerSpectrum(0, 1);
+        editor->setMemAPI(&memory);
+    }
+
     template<typename T = QWidget> T *widget(const char *name) const
     {
         return editor->findChild<T *>(QLatin1String(name));
