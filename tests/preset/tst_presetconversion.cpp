@@ -290,20 +290,20 @@ void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert_data()
     QTest::addColumn<bool>("askAgain");
     QTest::addColumn<bool>("offered");
 
-    QTest::newRow("nothing there") << "" << QStringLiteral("") << true << false;
+    // clang-format off
+    QTest::newRow("nothing there") << "" << QString() << true << false;
     QTest::newRow("another class") << "third" << QStringLiteral("Other.plxpreset") << true << false;
     QTest::newRow("not a preset") << "text" << QStringLiteral("Notes.plxpreset") << true << false;
     QTest::newRow("damaged old preset") << "cut" << QStringLiteral("Cut.plxpreset") << true << false;
     QTest::newRow("a link to a preset") << "link" << QStringLiteral("Linked.plxpreset") << true << false;
     QTest::newRow("hidden preset") << "stereo" << QStringLiteral(".Hidden.plxpreset") << true << false;
     QTest::newRow("mono preset") << "mono" << QStringLiteral("Bass.plxpreset") << true << true;
-    QTest::newRow("nested, upper-case suffix")
-        << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
+    QTest::newRow("nested, upper-case suffix") << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
     QTest::newRow("already converted") << "converted" << QStringLiteral("Lead.plxpreset") << true << false;
     QTest::newRow("changed since converted") << "stale" << QStringLiteral("Lead.plxpreset") << true << true;
-    QTest::newRow("destination cannot be made")
-        << "blocked" << QStringLiteral("Lead.plxpreset") << true << false;
+    QTest::newRow("destination cannot be made") << "blocked" << QStringLiteral("Lead.plxpreset") << true << false;
     QTest::newRow("not to ask again") << "mono" << QStringLiteral("Bass.plxpreset") << false << false;
+    // clang-format on
 }
 
 void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
@@ -316,19 +316,16 @@ void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
     const Conversion::FolderPair folders = Conversion::stereoFolders();
     const QString source = folders.source + QLatin1Char('/') + file;
     const QString converted = folders.destination + QLatin1Char('/') + file;
-    if (kind == QLatin1String("third")) {
-        QVERIFY(writeFile(source, goldenPreset(ThirdID)));
-    } else if (kind == QLatin1String("text")) {
-        QVERIFY(writeFile(source, "not a preset"));
-    } else if (kind == QLatin1String("cut")) {
-        // The header still names the old class; the chunk list is gone.
-        QVERIFY(writeFile(source, goldenPreset(MonoID).chopped(8)));
-    } else if (kind == QLatin1String("link")) {
+    const QMap<QString, QByteArray> contents { { "third", goldenPreset(ThirdID) }, { "text", "not a preset" },
+        { "cut", goldenPreset(MonoID).chopped(8) }, // the header still names the old class; the list is gone
+        { "mono", goldenPreset(MonoID) }, { "stereo", goldenPreset() }, { "converted", goldenPreset() },
+        { "stale", goldenPreset() }, { "blocked", goldenPreset() } };
+    if (contents.contains(kind))
+        QVERIFY(writeFile(source, contents.value(kind)));
+    if (kind == QLatin1String("link")) {
         QVERIFY(writeFile(m_root + QStringLiteral("/elsewhere.plxpreset"), goldenPreset()));
         QVERIFY(QDir().mkpath(QFileInfo(source).path()));
         QVERIFY(QFile::link(m_root + QStringLiteral("/elsewhere.plxpreset"), source));
-    } else if (!kind.isEmpty()) {
-        QVERIFY(writeFile(source, goldenPreset(kind == QLatin1String("mono") ? MonoID : StereoID)));
     }
     if (kind == QLatin1String("converted") || kind == QLatin1String("stale")) {
         QVERIFY(writeFile(converted, goldenPreset()));

@@ -1,7 +1,7 @@
+#include <QBuffer>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "ORVChStrip/Chunk/FileBStream.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"
 #include "ORVChStrip/Chunk/ReadOnlyBStream.h"
 #include "ORVChStrip/Preset/MyPlxPresetFile.h"
@@ -14,39 +14,32 @@ using namespace PresetTestFiles;
 
 namespace {
 
-// A stream over bytes whose reads stop at `cutAt` as a file that shrank or a
-// failing disk would, while seeking to its end still tells the full length.
-// Every read hands out at most `piece` bytes.
+// A golden preset's stream whose reads inside the component state stop at
+// `cutAt`, as on a failing disk, and hand out at most `piece` bytes each.
 class FlakyStream : public MemoryBStream
 {
 public:
-    enum Stop { EndsEarly, Fails };
-
-    FlakyStream(const QByteArray &bytes, qint64 cutAt, Stop stop, int piece)
+    FlakyStream(const QByteArray &bytes, int cutAt, bool fails, int piece)
         : MemoryBStream(bytes)
-        , m_cutAt(cutAt)
-        , m_stop(stop)
+        , m_cutAt(cutAt < 0 ? ListOffset : cutAt)
+        , m_fails(fails)
         , m_piece(piece)
     { }
 
     int32_t read(void *buffer, int32_t numBytes, int32_t *numBytesRead) override
     {
-        int64_t position = 0;
-        tell(&position);
-        if (m_cutAt >= 0 && position >= m_cutAt) {
-            if (numBytesRead)
-                *numBytesRead = 0;
-            return m_stop == Fails ? kResultFalse : kResultOk;
-        }
-        qint64 wanted = qMin<qint64>(numBytes, m_piece);
-        if (m_cutAt >= 0)
-            wanted = qMin(wanted, m_cutAt - position);
-        return MemoryBStream::read(buffer, int32_t(wanted), numBytesRead);
+        const qint64 at = position();
+        const bool damaged = at >= m_cutAt && at < ListOffset;
+        if (damaged && m_fails)
+            return kResultFalse;
+        const qint64 wanted = damaged ? 0 : qMin<qint64>(numBytes, m_piece);
+        return MemoryBStream::read(
+            buffer, int32_t(at < m_cutAt ? qMin(wanted, m_cutAt - at) : wanted), numBytesRead);
     }
 
 private:
     qint64 m_cutAt;
-    Stop m_stop;
+    bool m_fails;
     int m_piece;
 };
 
@@ -64,10 +57,8 @@ private slots:
     void chunkLimitOnWrite();
     void windowReads_data();
     void windowReads();
-    void loadClassMatching_data();
-    void loadClassMatching();
-    void converterTakesWholeStateOrNothing_data();
-    void converterTakesWholeStateOrNothing();
+    void loadTakesWholeStateOrNothing_data();
+    void loadTakesWholeStateOrNothing();
 
 private:
     QTemporaryDir m_dir;
@@ -133,17 +124,15 @@ void TestPresetFile::listCappedOnRead()
     QByteArray bytes = goldenPreset().left(ListOffset) + "List" + le(200, 4);
     for (int i = 0; i < 200; ++i)
         bytes += "Comp" + le(48, 8) + le(1664, 8);
-    const QString path = m_dir.filePath(QStringLiteral("many.plxpreset"));
-    QVERIFY(writeFile(path, bytes));
-
-    FileBStream *stream = FileBStream::openFile(path, QIODevice::ReadOnly);
-    QVERIFY(stream);
+    auto *stream = new MemoryBStream(bytes);
     PresetFile file(stream);
     stream->release();
     QVERIFY(file.readChunkList());
     QCOMPARE(file.getEntryCount(), 128);
 
-    const PresetFileInfo info = PresetFileInfo::read(path);
+    QBuffer device(&bytes);
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    const PresetFileInfo info = PresetFileInfo::read(device, QStringLiteral("many"));
     QVERIFY(info.isValid());
     QCOMPARE(info.declaredCount, 200);
     QCOMPARE(info.chunks.size(), 128);
@@ -183,13 +172,12 @@ void TestPresetFile::windowReads_data()
     QTest::addColumn<QByteArray>("expected");
 
     // The window is "cdefgh" inside "abcdefghij".
-    QTest::newRow("read clamped") << qint64(0) << int(IBStream::kIBSeekSet) << qint64(0) << 100
-                                  << QByteArray("cdefgh");
-    QTest::newRow("from end") << qint64(-2) << int(IBStream::kIBSeekEnd) << qint64(4) << 10
-                              << QByteArray("gh");
+    // clang-format off
+    QTest::newRow("read clamped") << qint64(0) << int(IBStream::kIBSeekSet) << qint64(0) << 100 << QByteArray("cdefgh");
+    QTest::newRow("from end") << qint64(-2) << int(IBStream::kIBSeekEnd) << qint64(4) << 10 << QByteArray("gh");
     QTest::newRow("past end") << qint64(50) << int(IBStream::kIBSeekSet) << qint64(6) << 4 << QByteArray();
-    QTest::newRow("before start") << qint64(-3) << int(IBStream::kIBSeekCur) << qint64(0) << 1
-                                  << QByteArray("c");
+    QTest::newRow("before start") << qint64(-3) << int(IBStream::kIBSeekCur) << qint64(0) << 1 << QByteArray("c");
+    // clang-format on
 }
 
 void TestPresetFile::windowReads()
@@ -223,69 +211,45 @@ void TestPresetFile::windowReads()
     window->release();
 }
 
-void TestPresetFile::loadClassMatching_data()
+void TestPresetFile::loadTakesWholeStateOrNothing_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QList<FUID>>("alternatives");
+    QTest::addColumn<int>("cutAt");  // where reads stop, as in a file that shrank; -1: never
+    QTest::addColumn<bool>("fails"); // whether a read there fails rather than ends
+    QTest::addColumn<int>("piece");  // the most bytes one read hands out
     QTest::addColumn<bool>("loads");
 
     const QByteArray stereo = goldenPreset(), mono = goldenPreset(MonoID);
-    QTest::newRow("stereo") << stereo << QList<FUID>() << true;
-    QTest::newRow("another class") << mono << QList<FUID>() << false;
-    QTest::newRow("alternative") << mono << QList<FUID> { ThirdID, MonoID } << true;
-    QTest::newRow("state cut short") << stereo.left(400) << QList<FUID>() << false;
-    QTest::newRow("chunk past end") << QByteArray(stereo).replace(ListOffset + 20, 8, le(2000, 8))
-                                    << QList<FUID>() << false;
+    const QList<FUID> none;
+    // clang-format off
+    QTest::newRow("stereo") << stereo << none << -1 << false << 4096 << true;
+    QTest::newRow("reads come in small pieces") << stereo << none << -1 << false << 100 << true;
+    QTest::newRow("another class") << mono << none << -1 << false << 4096 << false;
+    QTest::newRow("alternative") << mono << QList<FUID> { ThirdID, MonoID } << -1 << false << 4096 << true;
+    QTest::newRow("chunk past the end") << QByteArray(stereo).replace(ListOffset + 20, 8, le(2000, 8)) << none << -1 << false << 4096 << false;
+    QTest::newRow("read fails inside the state") << stereo << none << 700 << true << 4096 << false;
+    QTest::newRow("last byte of the state missing") << stereo << none << 48 + 1663 << false << 100 << false;
+    // clang-format on
 }
 
-void TestPresetFile::loadClassMatching()
+void TestPresetFile::loadTakesWholeStateOrNothing()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QList<FUID>, alternatives);
-    QFETCH(bool, loads);
+    QFETCH(int, cutAt);
+    QFETCH(bool, fails);
+    QFETCH(int, piece);
 
-    auto *stream = new MemoryBStream(bytes);
+    auto *stream = new FlakyStream(bytes, cutAt, fails, piece);
     auto *component = new ORVChStripPresetConverterComponent;
-    QCOMPARE(PresetFile::loadPreset(stream, StereoID, component, alternatives), loads);
+    const bool loaded = PresetFile::loadPreset(stream, StereoID, component, alternatives);
     const QByteArray held(
         reinterpret_cast<const char *>(component->state().data()), qsizetype(component->state().size()));
-    QCOMPARE(held, loads ? goldenState() : QByteArray());
     component->release();
     stream->release();
-}
-
-void TestPresetFile::converterTakesWholeStateOrNothing_data()
-{
-    QTest::addColumn<int>("cutAt"); // -1: never
-    QTest::addColumn<int>("stop");
-    QTest::addColumn<int>("piece");
-    QTest::addColumn<bool>("taken");
-    QTest::newRow("whole") << -1 << int(FlakyStream::EndsEarly) << 4096 << true;
-    QTest::newRow("reads come in small pieces") << -1 << int(FlakyStream::EndsEarly) << 100 << true;
-    QTest::newRow("read fails") << 700 << int(FlakyStream::Fails) << 4096 << false;
-    QTest::newRow("last byte missing") << 999 << int(FlakyStream::EndsEarly) << 100 << false;
-}
-
-void TestPresetFile::converterTakesWholeStateOrNothing()
-{
-    QFETCH(int, cutAt);
-    QFETCH(int, stop);
-    QFETCH(int, piece);
-    QFETCH(bool, taken);
-
-    // Through the chunk window as a preset load hands it over, 48 bytes in.
-    const QByteArray state = stateBytes(1000);
-    auto *source = new FlakyStream(QByteArray(48, 'h') + state + QByteArray(30, 't'),
-        cutAt < 0 ? -1 : 48 + cutAt, FlakyStream::Stop(stop), piece);
-    auto *window = new ReadOnlyBStream(source, 48, state.size());
-    auto *component = new ORVChStripPresetConverterComponent;
-    QCOMPARE(component->setState(window) == kResultOk, taken);
-    const QByteArray held(
-        reinterpret_cast<const char *>(component->state().data()), qsizetype(component->state().size()));
-    QCOMPARE(held, taken ? state : QByteArray());
-    component->release();
-    window->release();
-    source->release();
+    QTEST(loaded, "loads");
+    QCOMPARE(held, loaded ? goldenState() : QByteArray());
 }
 
 QTEST_GUILESS_MAIN(TestPresetFile)

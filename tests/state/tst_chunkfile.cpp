@@ -1,5 +1,4 @@
 #include <QTest>
-
 #include <QtEndian>
 #include <cstring>
 
@@ -12,6 +11,10 @@
 #include "ORVChStrip/Chunk/YPlx3Stream.h"
 
 namespace {
+
+const QString Golden32 = QStringLiteral("chunk/written-32bit.chst");
+const QString Golden64 = QStringLiteral("chunk/same-64bit.chst");
+constexpr float Canary = -42.0f;
 
 QByteArray le(qint64 value, int width)
 {
@@ -41,8 +44,6 @@ QByteArray chunk64(const char *id, const QByteArray &content)
     return QByteArray(4, '\0') + QByteArray(id, 4) + le(content.size(), 8) + content;
 }
 
-constexpr float Canary = -42.0f;
-
 // The contents of both golden chunk files.
 struct Written
 {
@@ -59,53 +60,35 @@ struct Written
     short table[10][17];
 };
 
-// The caller's buffers, with room behind the 26 floats to catch an overrun.
-struct Buffers
+// One load into buffers filled with canaries, with room behind the 26 floats
+// to catch an overrun.
+struct Load
 {
-    Buffers()
+    explicit Load(const QByteArray &bytes, int start = 0)
     {
         std::fill(std::begin(params), std::end(params), Canary);
         std::memset(name, 'n', sizeof name);
         std::fill(&table[0][0], &table[0][0] + 170, short(7));
+        auto *memory = new MemoryBStream(bytes);
+        YPlx3Stream stream(memory);
+        memory->release();
+        stream.SetMarker(start, YStreamFromStart);
+        loaded = chunk.LoadBinALL(stream, error, params, name, table);
+        position = stream.GetMarker();
     }
+    // The result and the error flag agree.
+    bool succeeded() const { return loaded && !error.isError(); }
+    bool failed() const { return !loaded && error.isError(); }
+    QList<float> values() const { return QList<float>(std::begin(params), std::end(params)); }
+
     float params[32];
     char name[256];
     short table[10][17];
-};
-
-struct Loaded
-{
-    bool ok = false;
-    QByteArray message;
-    int parameterCount = 0;
-    int position = 0;
-    int errorCode = 0;
-    long long errorPosition = -1;
-};
-
-Loaded load(const QByteArray &bytes, Buffers &buffers, int start = 0)
-{
-    auto *memory = new MemoryBStream(bytes);
-    YPlx3Stream stream(memory);
-    memory->release();
-    stream.SetMarker(start, YStreamFromStart);
     YChannelStripChunk chunk;
     AnalyzerError error;
-    Loaded loaded;
-    loaded.ok = chunk.LoadBinALL(stream, error, buffers.params, buffers.name, buffers.table);
-    if (loaded.ok == error.isError())
-        qWarning("LoadBinALL result and error flag disagree");
-    loaded.ok = loaded.ok && !error.isError();
-    loaded.message = error.message();
-    loaded.errorCode = error.code();
-    loaded.errorPosition = error.position();
-    loaded.parameterCount = chunk.lastParameterCount();
-    loaded.position = stream.GetMarker();
-    return loaded;
-}
-
-const QString Golden32 = QStringLiteral("chunk/written-32bit.chst");
-const QString Golden64 = QStringLiteral("chunk/same-64bit.chst");
+    bool loaded = false;
+    int position = 0;
+};
 
 } // namespace
 
@@ -163,16 +146,14 @@ void TestChunkFile::readsBothLayouts()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, start);
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers, start);
-    QVERIFY2(loaded.ok, loaded.message.constData());
-    QCOMPARE(loaded.parameterCount, 26);
-    QCOMPARE(loaded.position, int(bytes.size()));
+    const Load load(bytes, start);
     const Written written;
-    QCOMPARE(QList<float>(buffers.params, buffers.params + 32),
-        QList<float>(written.params, written.params + 26) + QList<float>(6, Canary));
-    QCOMPARE(QByteArray(buffers.name, 256), QByteArray(written.name, 256));
-    QVERIFY(std::equal(&buffers.table[0][0], &buffers.table[0][0] + 170, &written.table[0][0]));
+    QVERIFY2(load.succeeded(), load.error.message());
+    QCOMPARE(load.chunk.lastParameterCount(), 26);
+    QCOMPARE(load.position, int(bytes.size()));
+    QCOMPARE(load.values(), QList<float>(written.params, written.params + 26) + QList<float>(6, Canary));
+    QCOMPARE(QByteArray(load.name, 256), QByteArray(written.name, 256));
+    QVERIFY(std::equal(&load.table[0][0], &load.table[0][0] + 170, &written.table[0][0]));
 }
 
 void TestChunkFile::errors_data()
@@ -182,39 +163,32 @@ void TestChunkFile::errors_data()
     QTest::addColumn<QByteArray>("message");
     QTest::addColumn<int>("position");
 
-    const QByteArray wrongId = "The chunk ID is abnormal.\n", wrongSize = "The chunk size is abnormal.\n";
+    const QByteArray id = "The chunk ID is abnormal.\n", size = "The chunk size is abnormal.\n";
     const QByteArray chunk = goldenFile(Golden32), wide = goldenFile(Golden64);
-    QTest::newRow("C,H,S,x is an abnormal id, not 'not a file'")
-        << QByteArray(chunk).replace(0, 4, "CHSx") << 2 << wrongId << 0x08;
-    QTest::newRow("stream shorter than a header") << QByteArray("CH") << 2 << wrongId << 0x02;
-    QTest::newRow("64-bit id with a non-zero high word")
-        << QByteArray(wide).replace(0, 4, "ABCD") << 1 << QByteArray("It's not ChStrip file.\n") << 0x10;
-    QTest::newRow("negative form size")
-        << QByteArray(chunk).replace(4, 4, le(-1, 4)) << 3 << wrongSize << 0x08;
-    QTest::newRow("no file information")
-        << QByteArray(chunk).replace(8, 4, "FINx") << 4 << QByteArray("No file information chunk.\n") << 0x10;
-    QTest::newRow("file information too small")
-        << QByteArray(chunk).replace(12, 4, le(2, 4)) << 3 << wrongSize << 0x10;
-    QTest::newRow("negative chunk size, 0xFFFFFFFF")
-        << QByteArray(chunk).replace(24, 4, le(-1, 4)) << 3 << wrongSize << 0x1C;
-    QTest::newRow("negative chunk size in the 64-bit layout")
-        << QByteArray(wide).replace(48, 8, le(-8, 8)) << 3 << wrongSize << 0x38;
+    // clang-format off
+    QTest::newRow("C,H,S,x is an abnormal id, not 'not a file'") << QByteArray(chunk).replace(0, 4, "CHSx") << 2 << id << 0x08;
+    QTest::newRow("stream shorter than a header") << QByteArray("CH") << 2 << id << 0x02;
+    QTest::newRow("64-bit id with a non-zero high word") << QByteArray(wide).replace(0, 4, "ABCD") << 1 << QByteArray("It's not ChStrip file.\n") << 0x10;
+    QTest::newRow("negative form size") << QByteArray(chunk).replace(4, 4, le(-1, 4)) << 3 << size << 0x08;
+    QTest::newRow("no file information") << QByteArray(chunk).replace(8, 4, "FINx") << 4 << QByteArray("No file information chunk.\n") << 0x10;
+    QTest::newRow("file information too small") << QByteArray(chunk).replace(12, 4, le(2, 4)) << 3 << size << 0x10;
+    QTest::newRow("negative chunk size, 0xFFFFFFFF") << QByteArray(chunk).replace(24, 4, le(-1, 4)) << 3 << size << 0x1C;
+    QTest::newRow("negative chunk size in the 64-bit layout") << QByteArray(wide).replace(48, 8, le(-8, 8)) << 3 << size << 0x38;
+    // clang-format on
 }
 
 void TestChunkFile::errors()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, code);
     QFETCH(QByteArray, message);
     QFETCH(int, position);
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY(!loaded.ok);
-    QCOMPARE(loaded.message,
+    const Load load(bytes);
+    QVERIFY(load.failed());
+    QCOMPARE(QByteArray(load.error.message()),
         "read csv-file error.\n" + message + "file-pos : 0x"
             + QByteArray::number(position, 16).rightJustified(8, '0'));
-    QCOMPARE(loaded.errorCode, code);
-    QCOMPARE(loaded.errorPosition, position);
+    QTEST(load.error.code(), "code");
+    QCOMPARE(load.error.position(), position);
 }
 
 void TestChunkFile::exceptionMessages()
@@ -226,8 +200,7 @@ void TestChunkFile::exceptionMessages()
     }
     YNullStream stream;
     stream.Write("0123456789abcdef0123", 0x1A2);
-    const ChStripFileBinException writing(false, 3, stream);
-    QCOMPARE(QByteArray(writing.what()),
+    QCOMPARE(QByteArray(ChStripFileBinException(false, 3, stream).what()),
         QByteArray("write csv-file error.\nThe chunk size is abnormal.\nfile-pos : 0x000001a2"));
 }
 
@@ -245,35 +218,32 @@ void TestChunkFile::parameterCap()
     QList<float> values;
     for (int i = 0; i < 30; ++i)
         values.append(float(i + 1));
+    const auto chunk = wide ? chunk64 : chunk32;
     const QByteArray ord = goldenFile(Golden32).mid(28, 596); // named "Vocal Smooth"
-    const QByteArray bytes = wide
-        ? chunk64("CHST", chunk64("FINF", le(2, 8)) + chunk64("PRM ", floats(values)) + chunk64("ORD ", ord))
-        : chunk32("CHST", chunk32("FINF", le(2, 4)) + chunk32("PRM ", floats(values)) + chunk32("ORD ", ord));
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY(loaded.ok);
-    QTEST(loaded.parameterCount, "counted");
-    QCOMPARE(QList<float>(buffers.params, buffers.params + 32), values.first(26) + QList<float>(6, Canary));
+    const Load load(chunk(
+        "CHST", chunk("FINF", le(2, wide ? 8 : 4)) + chunk("PRM ", floats(values)) + chunk("ORD ", ord)));
+    QVERIFY(load.succeeded());
+    QTEST(load.chunk.lastParameterCount(), "counted");
+    QCOMPARE(load.values(), values.first(26) + QList<float>(6, Canary)); // never overrun
     // The walk steps over the whole chunk to what follows it.
-    QCOMPARE(QByteArray(buffers.name), QByteArray("Vocal Smooth"));
+    QCOMPARE(QByteArray(load.name), QByteArray("Vocal Smooth"));
 }
 
 void TestChunkFile::missingAndRepeatedChunks()
 {
-    Buffers buffers;
-    // An unknown chunk of odd size is stepped over.
-    const QByteArray bytes = chunk32("CHST",
+    // An unknown chunk of odd size is stepped over; the later "PRM " wins;
+    // without "ORD " the name and table stay as they were.
+    const Load load(chunk32("CHST",
         chunk32("FINF", le(2, 4)) + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("ABCD", "abc")
-            + chunk32("PRM ", floats({ 0.9f })));
-    QVERIFY(load(bytes, buffers).ok);
-    QCOMPARE(buffers.params[0], 0.9f); // the later chunk wins
-    QCOMPARE(buffers.params[1], 0.2f);
-    QCOMPARE(buffers.name[0], 'n'); // no "ORD ": name and table as they were
-    QCOMPARE(buffers.table[3][3], short(7));
+            + chunk32("PRM ", floats({ 0.9f }))));
+    QVERIFY(load.succeeded());
+    QCOMPARE(load.values().first(3), QList<float>({ 0.9f, 0.2f, Canary }));
+    QCOMPARE(load.name[0], 'n');
+    QCOMPARE(load.table[3][3], short(7));
 
     // Values read before a failure stay.
-    Buffers failed;
-    QVERIFY(!load(goldenFile(Golden32).replace(628, 4, le(-2, 4)), failed).ok);
+    const Load failed(goldenFile(Golden32).replace(628, 4, le(-2, 4)));
+    QVERIFY(failed.failed());
     QCOMPARE(QByteArray(failed.name), QByteArray("Vocal Smooth"));
 }
 
@@ -281,37 +251,28 @@ void TestChunkFile::badSizesEndTheWalk_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("read");
-    const QByteArray fileInfo32 = chunk32("FINF", le(2, 4)), fileInfo64 = chunk64("FINF", le(2, 8));
-    const QByteArray value = floats({ 0.5f });
+    const QByteArray info32 = chunk32("FINF", le(2, 4)), info64 = chunk64("FINF", le(2, 8));
+    const QByteArray prm32 = chunk32("PRM ", floats({ 0.5f })), prm64 = chunk64("PRM ", floats({ 0.5f }));
+    const QByteArray form64 = QByteArray(4, '\0') + "CHST";
+    // clang-format off
     // "FINF" states 8 bytes; the reader takes 4 and reads the next header
     // from "XXXX", whose size (the "PRM " id) steps past the end.
-    QTest::newRow("long file information misaligns the walk")
-        << chunk32("CHST", chunk32("FINF", le(2, 4) + QByteArray("XXXX")) + chunk32("PRM ", value)) << false;
-    QTest::newRow("32-bit form size wraps the end")
-        << QByteArray("CHST") + le(INT_MAX, 4) + fileInfo32 + chunk32("PRM ", value) << false;
-    QTest::newRow("32-bit form claims 2 GB")
-        << QByteArray("CHST") + le(INT_MAX - 16, 4) + fileInfo32 + chunk32("PRM ", value) << true;
-    QTest::newRow("32-bit chunk size wraps the position") << QByteArray("CHST") + le(INT_MAX - 16, 4)
-            + fileInfo32 + QByteArray("ABCD") + le(INT_MAX - 8, 4)
-            + chunk32("PRM ", value) << false;
-    QTest::newRow("64-bit chunk of 2^40 bytes")
-        << QByteArray(4, '\0') + QByteArray("CHST") + le((qint64(1) << 32) + 200, 8) + fileInfo64
-            + QByteArray(4, '\0') + QByteArray("PRM ") + le((qint64(1) << 40) + 4, 8) + value
-        << true;
-    QTest::newRow("64-bit form of 2^62 bytes") << QByteArray(4, '\0') + QByteArray("CHST")
-            + le(qint64(1) << 62, 8) + fileInfo64
-            + chunk64("PRM ", value) << false;
+    QTest::newRow("long file information misaligns the walk") << chunk32("CHST", chunk32("FINF", le(2, 4) + "XXXX") + prm32) << false;
+    QTest::newRow("32-bit form size wraps the end") << "CHST" + le(INT_MAX, 4) + info32 + prm32 << false;
+    QTest::newRow("32-bit form claims 2 GB") << "CHST" + le(INT_MAX - 16, 4) + info32 + prm32 << true;
+    QTest::newRow("32-bit chunk size wraps the position") << "CHST" + le(INT_MAX - 16, 4) + info32 + "ABCD" + le(INT_MAX - 8, 4) + prm32 << false;
+    QTest::newRow("64-bit chunk of 2^40 bytes") << form64 + le((qint64(1) << 32) + 200, 8) + info64 + QByteArray(4, '\0') + "PRM " + le((qint64(1) << 40) + 4, 8) + floats({ 0.5f }) << true;
+    QTest::newRow("64-bit form of 2^62 bytes") << form64 + le(qint64(1) << 62, 8) + info64 + prm64 << false;
+    // clang-format on
 }
 
 void TestChunkFile::badSizesEndTheWalk()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(bool, read);
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY2(loaded.ok, loaded.message.constData());
-    QCOMPARE(QList<float>(buffers.params, buffers.params + 32),
-        QList<float>({ read ? 0.5f : Canary }) + QList<float>(31, Canary));
+    const Load load(bytes);
+    QVERIFY2(load.succeeded(), load.error.message());
+    QCOMPARE(load.values(), QList<float>({ read ? 0.5f : Canary }) + QList<float>(31, Canary));
 }
 
 void TestChunkFile::skipFormChunk()
@@ -338,11 +299,10 @@ void TestChunkFile::analyzerErrorCap()
     QByteArray text;
     for (int i = 0; i < 1024; ++i)
         text += char('a' + i % 26);
-    AnalyzerError fits;
+    AnalyzerError fits, cut;
     fits.setError(text.left(1023).constData());
-    QCOMPARE(QByteArray(fits.message()), text.left(1023));
-    AnalyzerError cut;
     cut.setError(text.constData());
+    QCOMPARE(QByteArray(fits.message()), text.left(1023));
     QVERIFY(cut.isError());
     QCOMPARE(QByteArray(cut.message()), text.left(1020) + "...");
 }
