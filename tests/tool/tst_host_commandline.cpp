@@ -1,4 +1,3 @@
-#include <QDateTime>
 #include <QDir>
 #include <QImage>
 #include <QTemporaryDir>
@@ -8,7 +7,6 @@
 #include "TestFiles.h"
 
 #ifdef Q_OS_UNIX
-#include <csignal>
 #include <sys/stat.h>
 #endif
 
@@ -27,21 +25,6 @@ ProcessRun runHost(const QStringList &arguments, const QProcessEnvironment &envi
     return runProcess(QStringLiteral(ORV_HOST_PATH), arguments, environment, workingDirectory);
 }
 
-#ifdef Q_OS_LINUX
-// Whether the process has a handler of its own for the signal.
-bool catchesSignal(qint64 pid, int signal)
-{
-    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
-    if (!status.open(QIODevice::ReadOnly))
-        return false;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("SigCgt:"))
-            return (line.mid(7).trimmed().toULongLong(nullptr, 16) >> (signal - 1)) & 1;
-    }
-    return false;
-}
-#endif
-
 } // namespace
 
 class TestHostCommandLine : public QObject
@@ -55,8 +38,6 @@ private slots:
     void unreachableDisplay();
     void saveStateWithoutDisplayRendersNothing();
     void exitFilesHoldTheEditedStrip();
-    void sigusr1KeepsTheSession_data();
-    void sigusr1KeepsTheSession();
 
 private:
     QTemporaryDir m_dir;
@@ -187,68 +168,6 @@ void TestHostCommandLine::exitFilesHoldTheEditedStrip()
     const ProcessRun listing = runHost({ "--list-parameters" });
     QCOMPARE(lines.count(QByteArray()), 1);
     QCOMPARE(lines.size() - 1, int(listing.out.split('\n').indexOf(QByteArray())) - 1);
-}
-
-void TestHostCommandLine::sigusr1KeepsTheSession_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("written"); // the file SIGUSR1 writes, if any
-    QTest::addColumn<QString>("message"); // on the error stream
-
-    QTest::newRow("without exit files") << QStringList() << QString()
-                                        << "SIGUSR1: nothing to save (no --save-state-on-exit or "
-                                           "--dump-parameters-on-exit)";
-    QTest::newRow("with a state on exit")
-        << QStringList { "--save-state-on-exit", "exit.orvstate" } << "exit.orvstate" << QString();
-}
-
-void TestHostCommandLine::sigusr1KeepsTheSession()
-{
-#ifdef Q_OS_LINUX
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, written);
-    QFETCH(QString, message);
-
-    // A running session needs a platform with windows; VNC's needs no
-    // display server, and port 0 lets it take any free port.
-    QTemporaryDir work;
-    QVERIFY(work.isValid());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("vnc:port=0"));
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), work.path());
-    // A temporary file that a save killed long ago left behind.
-    const QString leftover = work.filePath(QStringLiteral("exit.orvstate.QkzWvb"));
-    QVERIFY(writeFile(leftover, "part of a state"));
-    QFile stale(leftover);
-    QVERIFY(stale.open(QIODevice::ReadWrite)
-        && stale.setFileTime(QDateTime::currentDateTime().addDays(-1), QFileDevice::FileModificationTime));
-    stale.close();
-
-    QProcess host;
-    host.setProcessEnvironment(environment);
-    host.setWorkingDirectory(work.path());
-    host.start(QStringLiteral(ORV_HOST_PATH), arguments << QStringLiteral("--no-settings"));
-    QVERIFY(host.waitForStarted());
-    // Signalled once it catches SIGUSR1: before its first line runs, the
-    // signal's default action would end any program.
-    QVERIFY(QTest::qWaitFor([&] { return catchesSignal(host.processId(), SIGUSR1); }, 30000));
-    ::kill(pid_t(host.processId()), SIGUSR1);
-    QByteArray errors;
-    const auto answered = [&] {
-        errors += host.readAllStandardError();
-        return written.isEmpty() ? errors.contains(message.toUtf8())
-                                 : readFile(work.filePath(written)).startsWith("3690");
-    };
-    QVERIFY2(QTest::qWaitFor(answered, 30000), errors.constData());
-    QTest::qWait(300);
-    QCOMPARE(host.state(), QProcess::Running);
-    host.terminate();
-    QVERIFY(host.waitForFinished());
-    // The save removed what an earlier one left; no save, no removal.
-    QCOMPARE(QFileInfo::exists(leftover), written.isEmpty());
-#else
-    QSKIP("reads which signals a process catches from Linux's /proc");
-#endif
 }
 
 QTEST_GUILESS_MAIN(TestHostCommandLine)

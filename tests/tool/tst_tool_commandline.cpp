@@ -43,16 +43,6 @@ QByteArray morphRecord(const char *magic = "ORVD", int size = 512)
     return bytes;
 }
 
-// A factory morph table with its name replaced.
-QByteArray morphTable(const QString &name)
-{
-    QJsonObject table
-        = QJsonDocument::fromJson(readFile(QStringLiteral(ORV_MORPH_PRESETS_DIR "/Mix Bus/Glue.json")))
-              .object();
-    table.insert(QStringLiteral("name"), name);
-    return QJsonDocument(table).toJson();
-}
-
 // Each entry of the folder with what it is, so that a special file replaced
 // by a regular one shows.
 QStringList entriesOf(const QString &folder)
@@ -141,13 +131,15 @@ void TestToolCommandLine::initTestCase()
     const QByteArray preset = goldenFile(QStringLiteral("preset/stereo.plxpreset"));
     const QByteArray mono = QByteArray(preset).replace(8, 32, "504C586373744D757220636820737472");
     const QByteArray third = QByteArray(preset).replace(8, 32, "112233445566778899AABBCCDDEEFF00");
+    const QByteArray glue
+        = readFile(QStringLiteral(ORV_MORPH_PRESETS_DIR "/Mix Bus/Glue.json")); // a factory table
     OrvdMorphRecord record;
     record.name = QStringLiteral("Two\nLines\x1b[2J");
     const QMap<QString, QByteArray> files { { "good.state", state }, { "cut1600.state", state.left(1600) },
-        { "a file", "text" }, { "glue.json", morphTable("Glue") },
-        { "two lines.json", morphTable("Two\nLines") }, { "two lines.ord", record.write() },
-        { "mono [s].plxpreset", mono }, { "stereo.plxpreset", preset }, { "third.plxpreset", third },
-        { "bad.plxpreset", QByteArray(preset).replace(0, 4, "XX\x01X") },
+        { "a file", "text" }, { "glue.json", glue },
+        { "two lines.json", QByteArray(glue).replace("\"Glue\"", "\"Two\\nLines\"") },
+        { "two lines.ord", record.write() }, { "mono [s].plxpreset", mono }, { "stereo.plxpreset", preset },
+        { "third.plxpreset", third }, { "bad.plxpreset", QByteArray(preset).replace(0, 4, "XX\x01X") },
         { "empty.plxpreset", QByteArray(preset).replace(1712 + 20, 8, QByteArray(8, '\0')) },
         { "src/A.plxpreset", mono }, { "src/Vocals/Warm/B.plxpreset", preset }, { "src/C.plxpreset", third },
         { "src/.D.plxpreset", preset }, { "src/notes.txt", "x" }, { "morph/Good.ord", morphRecord() },
