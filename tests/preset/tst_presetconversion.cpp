@@ -20,11 +20,6 @@ const PresetConversionItem *findItem(const PresetConversionReport &report, const
     return nullptr;
 }
 
-QStringList filesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-}
-
 } // namespace
 
 class TestPresetConversion : public QObject
@@ -202,7 +197,7 @@ void TestPresetConversion::fullDiskKeepsOldFile()
         reason.contains(QDir::toNativeSeparators(target)) && reason.contains(QLatin1String("left as it was")),
         qPrintable(reason));
     QCOMPARE(readFile(target), old);
-    QCOMPARE(filesIn(destination), QStringList { QStringLiteral("Big.plxpreset") });
+    QCOMPARE(fingerprint(destination).keys(), QStringList { QStringLiteral("Big.plxpreset") });
 
     // Without the limit the same conversion goes through.
     QCOMPARE(Conversion::convert(source, destination).count(PresetConversionItem::Converted), 1);
@@ -226,9 +221,8 @@ void TestPresetConversion::sourceChangedWhileReadIsSkipped()
     const QString destination = m_root + QStringLiteral("/dst");
     const QString path = source + QStringLiteral("/Live.plxpreset");
     const QString target = destination + QStringLiteral("/Live.plxpreset");
-    QVERIFY(writeFile(path, goldenPreset(MonoID)));
     const QByteArray old = "an older conversion";
-    QVERIFY(writeFile(target, old));
+    QVERIFY(writeFile(path, goldenPreset(MonoID)) && writeFile(target, old));
 
     Conversion::Options options;
     options.sourceRead = [&](const QString &read) {
@@ -248,16 +242,12 @@ void TestPresetConversion::sourceChangedWhileReadIsSkipped()
     };
     const PresetConversionReport report = Conversion::convert(source, destination, options);
     QCOMPARE(report.items.size(), 1);
-    const PresetConversionItem &item = report.items.first();
-    if (converted) {
-        QCOMPARE(item.outcome, PresetConversionItem::Converted);
-        QCOMPARE(readFile(target), goldenPreset());
-    } else {
-        QCOMPARE(item.outcome, PresetConversionItem::Skipped);
-        QVERIFY2(item.reason.contains(QLatin1String("changed while it was read")), qPrintable(item.reason));
-        QCOMPARE(report.summary(), QStringLiteral("no preset converted, 1 skipped"));
-        QCOMPARE(readFile(target), old);
-    }
+    QCOMPARE(report.summary(),
+        converted ? QStringLiteral("1 preset converted") : QStringLiteral("no preset converted, 1 skipped"));
+    QCOMPARE(readFile(target), converted ? goldenPreset() : old);
+    if (!converted)
+        QVERIFY2(report.items.first().reason.contains(QLatin1String("changed while it was read")),
+            qPrintable(report.items.first().reason));
 }
 
 void TestPresetConversion::overlappingFoldersRefused_data()
