@@ -103,11 +103,8 @@ private slots:
     void errors_data();
     void errors();
     void exceptionMessages();
-    void parameterCap_data();
-    void parameterCap();
-    void missingAndRepeatedChunks();
-    void badSizesEndTheWalk_data();
-    void badSizesEndTheWalk();
+    void loads_data();
+    void loads();
     void skipFormChunk();
     void analyzerErrorCap();
 };
@@ -204,75 +201,53 @@ void TestChunkFile::exceptionMessages()
         QByteArray("write csv-file error.\nThe chunk size is abnormal.\nfile-pos : 0x000001a2"));
 }
 
-void TestChunkFile::parameterCap_data()
-{
-    QTest::addColumn<bool>("wide");
-    QTest::addColumn<int>("counted");
-    QTest::newRow("32-bit stops at 26") << false << 26;
-    QTest::newRow("64-bit counts 30, stores 26") << true << 30;
-}
-
-void TestChunkFile::parameterCap()
-{
-    QFETCH(bool, wide);
-    QList<float> values;
-    for (int i = 0; i < 30; ++i)
-        values.append(float(i + 1));
-    const auto chunk = wide ? chunk64 : chunk32;
-    const QByteArray ord = goldenFile(Golden32).mid(28, 596); // named "Vocal Smooth"
-    const Load load(chunk(
-        "CHST", chunk("FINF", le(2, wide ? 8 : 4)) + chunk("PRM ", floats(values)) + chunk("ORD ", ord)));
-    QVERIFY(load.succeeded());
-    QTEST(load.chunk.lastParameterCount(), "counted");
-    QCOMPARE(load.values(), values.first(26) + QList<float>(6, Canary)); // never overrun
-    // The walk steps over the whole chunk to what follows it.
-    QCOMPARE(QByteArray(load.name), QByteArray("Vocal Smooth"));
-}
-
-void TestChunkFile::missingAndRepeatedChunks()
-{
-    // An unknown chunk of odd size is stepped over; the later "PRM " wins;
-    // without "ORD " the name and table stay as they were.
-    const Load load(chunk32("CHST",
-        chunk32("FINF", le(2, 4)) + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("ABCD", "abc")
-            + chunk32("PRM ", floats({ 0.9f }))));
-    QVERIFY(load.succeeded());
-    QCOMPARE(load.values().first(3), QList<float>({ 0.9f, 0.2f, Canary }));
-    QCOMPARE(load.name[0], 'n');
-    QCOMPARE(load.table[3][3], short(7));
-
-    // Values read before a failure stay.
-    const Load failed(goldenFile(Golden32).replace(628, 4, le(-2, 4)));
-    QVERIFY(failed.failed());
-    QCOMPARE(QByteArray(failed.name), QByteArray("Vocal Smooth"));
-}
-
-void TestChunkFile::badSizesEndTheWalk_data()
+void TestChunkFile::loads_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("read");
+    QTest::addColumn<bool>("ok");
+    QTest::addColumn<int>("count");           // parameters counted; -1: not asked
+    QTest::addColumn<QList<float>>("values"); // the first parameters; canaries follow
+    QTest::addColumn<QByteArray>("name");     // how the name begins; "nnnn": not read
+
+    QList<float> thirty;
+    for (int i = 0; i < 30; ++i)
+        thirty.append(float(i + 1));
+    const QByteArray ord = chunk32("ORD ", goldenFile(Golden32).mid(28, 596)), named = "Vocal Smooth";
     const QByteArray info32 = chunk32("FINF", le(2, 4)), info64 = chunk64("FINF", le(2, 8));
     const QByteArray prm32 = chunk32("PRM ", floats({ 0.5f })), prm64 = chunk64("PRM ", floats({ 0.5f }));
-    const QByteArray form64 = QByteArray(4, '\0') + "CHST";
+    const QByteArray form64 = QByteArray(4, '\0') + "CHST", untouched = "nnnn";
+    const QList<float> half { 0.5f }, none;
     // clang-format off
-    // "FINF" states 8 bytes; the reader takes 4 and reads the next header
-    // from "XXXX", whose size (the "PRM " id) steps past the end.
-    QTest::newRow("long file information misaligns the walk") << chunk32("CHST", chunk32("FINF", le(2, 4) + "XXXX") + prm32) << false;
-    QTest::newRow("32-bit form size wraps the end") << "CHST" + le(INT_MAX, 4) + info32 + prm32 << false;
-    QTest::newRow("32-bit form claims 2 GB") << "CHST" + le(INT_MAX - 16, 4) + info32 + prm32 << true;
-    QTest::newRow("32-bit chunk size wraps the position") << "CHST" + le(INT_MAX - 16, 4) + info32 + "ABCD" + le(INT_MAX - 8, 4) + prm32 << false;
-    QTest::newRow("64-bit chunk of 2^40 bytes") << form64 + le((qint64(1) << 32) + 200, 8) + info64 + QByteArray(4, '\0') + "PRM " + le((qint64(1) << 40) + 4, 8) + floats({ 0.5f }) << true;
-    QTest::newRow("64-bit form of 2^62 bytes") << form64 + le(qint64(1) << 62, 8) + info64 + prm64 << false;
+    // The walk steps over the whole "PRM " chunk to what follows it.
+    QTest::newRow("32-bit stops at 26") << chunk32("CHST", info32 + chunk32("PRM ", floats(thirty)) + ord) << true << 26 << thirty.first(26) << named;
+    QTest::newRow("64-bit counts 30, stores 26") << chunk64("CHST", info64 + chunk64("PRM ", floats(thirty)) + chunk64("ORD ", ord.mid(8))) << true << 30 << thirty.first(26) << named;
+    // An unknown chunk of odd size is stepped over; the later "PRM " wins; without "ORD " the name stays.
+    QTest::newRow("repeated and unknown chunks") << chunk32("CHST", info32 + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("ABCD", "abc") + chunk32("PRM ", floats({ 0.9f }))) << true << -1 << QList<float> { 0.9f, 0.2f } << untouched;
+    QTest::newRow("values read before a failure stay") << goldenFile(Golden32).replace(628, 4, le(-2, 4)) << false << -1 << none << named;
+    // Sizes that would wrap or end the walk early. "FINF" states 8 bytes; the reader takes 4 and
+    // reads the next header from "XXXX", whose size (the "PRM " id) steps past the end.
+    QTest::newRow("long file information misaligns the walk") << chunk32("CHST", chunk32("FINF", le(2, 4) + "XXXX") + prm32) << true << -1 << none << untouched;
+    QTest::newRow("32-bit form size wraps the end") << "CHST" + le(INT_MAX, 4) + info32 + prm32 << true << -1 << none << untouched;
+    QTest::newRow("32-bit form claims 2 GB") << "CHST" + le(INT_MAX - 16, 4) + info32 + prm32 << true << -1 << half << untouched;
+    QTest::newRow("32-bit chunk size wraps the position") << "CHST" + le(INT_MAX - 16, 4) + info32 + "ABCD" + le(INT_MAX - 8, 4) + prm32 << true << -1 << none << untouched;
+    QTest::newRow("64-bit chunk of 2^40 bytes") << form64 + le((qint64(1) << 32) + 200, 8) + info64 + QByteArray(4, '\0') + "PRM " + le((qint64(1) << 40) + 4, 8) + floats(half) << true << -1 << half << untouched;
+    QTest::newRow("64-bit form of 2^62 bytes") << form64 + le(qint64(1) << 62, 8) + info64 + prm64 << true << -1 << none << untouched;
     // clang-format on
 }
 
-void TestChunkFile::badSizesEndTheWalk()
+void TestChunkFile::loads()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(bool, read);
+    QFETCH(int, count);
+    QFETCH(QList<float>, values);
+    QFETCH(QByteArray, name);
     const Load load(bytes);
-    QVERIFY2(load.succeeded(), load.error.message());
-    QCOMPARE(load.values(), QList<float>({ read ? 0.5f : Canary }) + QList<float>(31, Canary));
+    QFETCH(bool, ok);
+    QVERIFY2(ok ? load.succeeded() : load.failed(), load.error.message());
+    if (count >= 0)
+        QCOMPARE(load.chunk.lastParameterCount(), count);
+    QCOMPARE(load.values(), values + QList<float>(32 - values.size(), Canary)); // never overrun
+    QCOMPARE(QByteArray(load.name, 256).left(name.size()), name);
 }
 
 void TestChunkFile::skipFormChunk()
