@@ -1,27 +1,56 @@
 #pragma once
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
 #include <QMap>
 #include <QtEndian>
 
-#include "ORVChStrip/Chunk/MemoryBStream.h"
-#include "ORVChStrip/Preset/MyPlxPresetFile.h"
+#include "GoldenFile.h"
 #include "ORVChStrip/Preset/ORVChStripClassIds.h"
-#include "ORVChStrip/Preset/ORVChStripPresetConverterComponent.h"
-#include "ORVChStrip/Preset/PresetFile.h"
-#include "TestFiles.h"
 
-// Helpers shared by the preset tests: build preset files with a known
-// component state, patch their bytes, and fingerprint folder trees.
+// Preset files for the preset tests, and fingerprints of folder trees.
 namespace PresetTestFiles {
 
 inline constexpr const FUID &MonoID = ORVChStripClassIds::Mono;
 inline constexpr const FUID &StereoID = ORVChStripClassIds::Stereo;
 inline const FUID ThirdID(0x11223344, 0x55667788, 0x99AABBCC, 0xDDEEFF00);
+
+// The golden presets hold the golden saved state, 1664 bytes at offset 48,
+// and their chunk list at 1712.
+inline constexpr int ListOffset = 1712;
+inline QByteArray goldenState()
+{
+    return goldenFile(QStringLiteral("state/saved.state"));
+}
+inline QByteArray goldenPreset(const FUID &classID = StereoID)
+{
+    return goldenFile(QStringLiteral("preset/stereo.plxpreset")).replace(8, 32, classID.toString().c_str());
+}
+
+inline QByteArray le(qint64 value, int width)
+{
+    QByteArray bytes(8, '\0');
+    qToLittleEndian(value, bytes.data());
+    return bytes.left(width);
+}
+
+// A preset of any state, laid out as the golden ones, and the state of one.
+inline QByteArray presetBytes(const FUID &classID, const QByteArray &state)
+{
+    return "PLX3" + le(1, 4) + classID.toString().c_str() + le(48 + state.size(), 8) + state + "List"
+        + le(1, 4) + "Comp" + le(48, 8) + le(state.size(), 8);
+}
+inline bool writePreset(const QString &path, const FUID &classID, const QByteArray &state)
+{
+    return writeFile(path, presetBytes(classID, state));
+}
+inline QByteArray loadState(const QString &path, const FUID &classID)
+{
+    const QByteArray bytes = readFile(path);
+    if (bytes.size() < 48 || bytes.mid(8, 32) != classID.toString().c_str())
+        return QByteArray();
+    return bytes.mid(48, qFromLittleEndian<qint64>(bytes.constData() + 40) - 48);
+}
 
 // A state with every byte value, so that any re-encoding would show.
 inline QByteArray stateBytes(int size, int seed = 0)
@@ -30,52 +59,6 @@ inline QByteArray stateBytes(int size, int seed = 0)
     for (int i = 0; i < size; ++i)
         bytes[i] = char((i * 7 + seed) & 0xFF);
     return bytes;
-}
-
-inline bool writePreset(const QString &path, const FUID &classID, const QByteArray &state)
-{
-    return MyPlxPresetFile::saveState(path, classID, state);
-}
-
-inline QByteArray presetBytes(const FUID &classID, const QByteArray &state)
-{
-    auto *component = new ORVChStripPresetConverterComponent;
-    auto *input = new MemoryBStream(state);
-    component->setState(input);
-    input->release();
-    auto *output = new MemoryBStream;
-    PresetFile::savePreset(output, classID, component);
-    const QByteArray bytes = output->data();
-    output->release();
-    component->release();
-    return bytes;
-}
-
-inline QByteArray littleEndian64(qint64 value)
-{
-    QByteArray bytes(8, '\0');
-    qToLittleEndian<qint64>(value, bytes.data());
-    return bytes;
-}
-
-inline QByteArray littleEndian32(qint32 value)
-{
-    QByteArray bytes(4, '\0');
-    qToLittleEndian<qint32>(value, bytes.data());
-    return bytes;
-}
-
-// The component state stored in a preset file, as the converter would read it.
-inline QByteArray loadState(const QString &path, const FUID &classID)
-{
-    auto *component = new ORVChStripPresetConverterComponent;
-    QByteArray state;
-    if (MyPlxPresetFile(component).load(path, classID)) {
-        const auto &bytes = component->state();
-        state = QByteArray(reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size()));
-    }
-    component->release();
-    return state;
 }
 
 // Relative path -> SHA-256 of every file, link target for symbolic links.

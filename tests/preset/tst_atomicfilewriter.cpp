@@ -106,6 +106,7 @@ void TestAtomicFileWriter::leftoversAreRemoved_data()
     QTest::addColumn<bool>("throughLink"); // the target is reached through a symbolic link
     QTest::addColumn<bool>("removed");
 
+    // clang-format off
     QTest::newRow("left by a killed save") << "target.bin.AbCdEf" << 60 << false << true;
     QTest::newRow("beside a linked target") << "target.bin.AbCdEf" << 60 << true << true;
     QTest::newRow("a save writing it now") << "target.bin.AbCdEf" << 0 << false << false;
@@ -114,6 +115,7 @@ void TestAtomicFileWriter::leftoversAreRemoved_data()
     QTest::newRow("digits") << "target.bin.abc123" << 60 << false << false;
     QTest::newRow("a user's word") << "target.bin.backup" << 60 << false << false;
     QTest::newRow("a user's capitalised word") << "target.bin.Backup" << 60 << false << false;
+    // clang-format on
 }
 
 void TestAtomicFileWriter::leftoversAreRemoved()
@@ -127,12 +129,11 @@ void TestAtomicFileWriter::leftoversAreRemoved()
     QVERIFY(dir.isValid());
     const QString folder = dir.filePath(QStringLiteral("real"));
     const QString target = folder + QStringLiteral("/target.bin");
-    QVERIFY(writeFile(target, "old"));
-    QVERIFY(writeFile(folder + QLatin1Char('/') + stray, "old"));
     QFile strayFile(folder + QLatin1Char('/') + stray);
-    QVERIFY(strayFile.open(QIODevice::ReadWrite));
-    QVERIFY(
-        strayFile.setFileTime(QDateTime::currentDateTime().addSecs(-age), QFileDevice::FileModificationTime));
+    QVERIFY(writeFile(target, "old") && writeFile(strayFile.fileName(), "old"));
+    QVERIFY(strayFile.open(QIODevice::ReadWrite)
+        && strayFile.setFileTime(
+            QDateTime::currentDateTime().addSecs(-age), QFileDevice::FileModificationTime));
     strayFile.close();
     const QString link = dir.filePath(QStringLiteral("link.bin"));
     QVERIFY(!throughLink || QFile::link(target, link));

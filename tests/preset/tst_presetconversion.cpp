@@ -20,11 +20,6 @@ const PresetConversionItem *findItem(const PresetConversionReport &report, const
     return nullptr;
 }
 
-QStringList filesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-}
-
 } // namespace
 
 class TestPresetConversion : public QObject
@@ -35,21 +30,14 @@ private slots:
     void initTestCase();
     void init();
     void folders();
-    void convertTree_data();
     void convertTree();
-    void existingDestinationReplacedWhole();
     void fullDiskKeepsOldFile();
     void sourceChangedWhileReadIsSkipped_data();
     void sourceChangedWhileReadIsSkipped();
-    void leftoverTemporaryFiles_data();
-    void leftoverTemporaryFiles();
     void overlappingFoldersRefused_data();
     void overlappingFoldersRefused();
-    void createDirectory();
     void offeredOnlyWhileSomethingWouldConvert_data();
     void offeredOnlyWhileSomethingWouldConvert();
-    void summary_data();
-    void summary();
 
 private:
     QString m_root;
@@ -95,123 +83,91 @@ void TestPresetConversion::folders()
 
     // With nothing to convert, nothing is made.
     const PresetConversionReport report = Conversion::convertAll();
-    QVERIFY(report.items.isEmpty());
-    QVERIFY(report.errors.isEmpty());
+    QVERIFY(report.items.isEmpty() && report.errors.isEmpty());
+    QCOMPARE(report.summary(), QStringLiteral("no old presets found"));
     QVERIFY(!QFileInfo::exists(base));
-}
-
-void TestPresetConversion::convertTree_data()
-{
-    QTest::addColumn<QString>("file"); // relative to the source folder
-    // mono, stereo, third, emptystate, nostate, link, folderlink
-    QTest::addColumn<QString>("content");
-    QTest::addColumn<int>("outcome");
-    QTest::addColumn<QString>("reason");
-
-    QTest::newRow("mono") << "Bass.plxpreset"
-                          << "mono" << int(PresetConversionItem::Converted) << "mono preset";
-    QTest::newRow("stereo") << "Lead.plxpreset"
-                            << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
-    QTest::newRow("odd name") << "Vocals/Bright [s] (2) – é 声.plxpreset"
-                              << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
-    QTest::newRow("upper-case suffix") << "Loud.PLXPRESET"
-                                       << "stereo" << int(PresetConversionItem::Converted) << "stereo preset";
-    QTest::newRow("third class") << "Other.plxpreset"
-                                 << "third" << int(PresetConversionItem::Skipped) << "class id 112233445566";
-    // The rule that preset info applies: a 'Comp' chunk with at least one byte.
-    QTest::newRow("empty component state") << "Empty.plxpreset"
-                                           << "emptystate" << int(PresetConversionItem::Skipped)
-                                           << "not a preset: 'Comp' chunk at offset 48 is empty";
-    QTest::newRow("no component state") << "Cont.plxpreset"
-                                        << "nostate" << int(PresetConversionItem::Skipped)
-                                        << "not a preset: chunk list at offset 748: no 'Comp' chunk";
-    QTest::newRow("other extension") << "Bass.fxp"
-                                     << "stereo" << int(PresetConversionItem::Ignored)
-                                     << "not a .plxpreset file";
-    QTest::newRow("hidden") << ".Lead.plxpreset"
-                            << "stereo" << int(PresetConversionItem::Ignored) << "hidden file";
-    QTest::newRow("file link") << "Linked.plxpreset"
-                               << "link" << int(PresetConversionItem::Skipped) << "symbolic link";
-    QTest::newRow("folder link") << "Elsewhere"
-                                 << "folderlink" << int(PresetConversionItem::Skipped)
-                                 << "symbolic link to a folder";
 }
 
 void TestPresetConversion::convertTree()
 {
-    QFETCH(QString, file);
-    QFETCH(QString, content);
-    QFETCH(int, outcome);
-    QFETCH(QString, reason);
-
+    using I = PresetConversionItem;
     const QString source = m_root + QStringLiteral("/Orvane Ch Strip [s]");
     const QString destination = m_root + QStringLiteral("/out/V1.2St");
     const QString outside = m_root + QStringLiteral("/outside");
-    const QByteArray state = stateBytes(700, file.size());
-    // A neighbour in every run, so links and skips sit beside real work.
-    QVERIFY(writePreset(source + QStringLiteral("/Neighbour.plxpreset"), StereoID, stateBytes(50)));
-    QVERIFY(writePreset(outside + QStringLiteral("/Target.plxpreset"), StereoID, state));
+    const QMap<QString, QByteArray> files { { "outside/Target.plxpreset", goldenPreset() },
+        { "Orvane Ch Strip [s]/Bass.plxpreset", goldenPreset(MonoID) },
+        { "Orvane Ch Strip [s]/Lead.plxpreset", goldenPreset() },
+        { "Orvane Ch Strip [s]/Vocals/Bright [s] (2) – é 声.plxpreset", goldenPreset() },
+        { "Orvane Ch Strip [s]/Loud.PLXPRESET", goldenPreset() },
+        { "Orvane Ch Strip [s]/Other.plxpreset", goldenPreset(ThirdID) },
+        { "Orvane Ch Strip [s]/Empty.plxpreset", goldenPreset().replace(ListOffset + 20, 8, le(0, 8)) },
+        { "Orvane Ch Strip [s]/Cont.plxpreset", goldenPreset().replace(ListOffset + 8, 4, "Cont") },
+        { "Orvane Ch Strip [s]/Bass.fxp", goldenPreset() },
+        { "Orvane Ch Strip [s]/.Lead.plxpreset", goldenPreset() },
+        // A larger old file where a preset goes: any leftover tail would show.
+        { "out/V1.2St/Lead.plxpreset", QByteArray(9000, 'o') },
+        // What conversions killed at one moment or another leave beside a preset.
+        { "out/V1.2St/Bass.plxpreset.aB3xYz", goldenPreset() }, { "out/V1.2St/Bass.plxpreset.zzzzzz", "" },
+        { "out/V1.2St/Bass.plxpreset.backup", goldenPreset().replace(100, 1, "x") }, // the user's own
+        { "out/V1.2St/Gone.plxpreset.aB3xYz", "" },  // of a preset not converted now
+        { "out/V1.2St/Bass.plxpreset.aB3xY", "" } }; // five letters
+    for (auto it = files.begin(); it != files.end(); ++it)
+        QVERIFY(writeFile(m_root + QLatin1Char('/') + it.key(), it.value()));
+    QVERIFY(QFile::link(
+        outside + QStringLiteral("/Target.plxpreset"), source + QStringLiteral("/Linked.plxpreset")));
+    QVERIFY(QFile::link(outside, source + QStringLiteral("/Elsewhere")));
+    const QMap<QString, QByteArray> before = fingerprint(m_root);
 
-    const QString path = source + QLatin1Char('/') + file;
-    if (content == QLatin1String("mono"))
-        QVERIFY(writePreset(path, MonoID, state));
-    else if (content == QLatin1String("stereo"))
-        QVERIFY(writePreset(path, StereoID, state));
-    else if (content == QLatin1String("third"))
-        QVERIFY(writePreset(path, ThirdID, state));
-    else if (content == QLatin1String("emptystate"))
-        QVERIFY(writeFile(path, presetBytes(StereoID, state).replace(48 + 700 + 20, 8, littleEndian64(0))));
-    else if (content == QLatin1String("nostate"))
-        QVERIFY(writeFile(path, presetBytes(StereoID, state).replace(48 + 700 + 8, 4, "Cont")));
-    else if (content == QLatin1String("link"))
-        QVERIFY(QFile::link(outside + QStringLiteral("/Target.plxpreset"), path));
-    else if (content == QLatin1String("folderlink"))
-        QVERIFY(QFile::link(outside, path));
-
-    const QMap<QString, QByteArray> sourceBefore = fingerprint(source);
-    const QMap<QString, QByteArray> outsideBefore = fingerprint(outside);
-    const PresetConversionReport report = Conversion::convert(source, destination);
-
-    QVERIFY(report.errors.isEmpty());
-    const PresetConversionItem *item = findItem(report, QFileInfo(path).fileName());
-    QVERIFY(item);
-    QCOMPARE(int(item->outcome), outcome);
-    QVERIFY2(item->reason.startsWith(reason), qPrintable(item->reason));
+    Conversion::Options dryRun;
+    dryRun.dryRun = true;
+    const PresetConversionReport dry = Conversion::convert(source, destination, dryRun);
+    QCOMPARE(fingerprint(m_root), before);
     QCOMPARE(
-        findItem(report, QStringLiteral("Neighbour.plxpreset"))->outcome, PresetConversionItem::Converted);
-
-    const QString target = destination + QLatin1Char('/') + file;
-    if (outcome == PresetConversionItem::Converted) {
-        QCOMPARE(item->destination, target);
-        QCOMPARE(readFile(target).mid(8, 32), QByteArray("504C5863737453757220636820737472"));
-        QCOMPARE(readFile(target), presetBytes(StereoID, state));
-    } else {
-        QVERIFY(!QFileInfo::exists(target));
-        QVERIFY(!QFileInfo::exists(destination + QStringLiteral("/Target.plxpreset")));
-    }
-    // Only converted presets land in the destination, nothing beside them.
-    QStringList writtenFiles = fingerprint(destination).keys();
-    writtenFiles.removeIf([](const QString &entry) { return entry.endsWith(QLatin1Char('/')); });
-    QCOMPARE(writtenFiles.size(), report.count(PresetConversionItem::Converted));
-
-    QCOMPARE(fingerprint(source), sourceBefore);
-    QCOMPARE(fingerprint(outside), outsideBefore);
-}
-
-void TestPresetConversion::existingDestinationReplacedWhole()
-{
-    const QString source = m_root + QStringLiteral("/src");
-    const QString destination = m_root + QStringLiteral("/dst");
-    const QByteArray state = stateBytes(120, 5);
-    QVERIFY(writePreset(source + QStringLiteral("/Keep.plxpreset"), MonoID, state));
-    // A larger old file: any leftover tail would show.
-    QVERIFY(writeFile(destination + QStringLiteral("/Keep.plxpreset"), QByteArray(9000, 'o')));
+        dry.summary(), QStringLiteral("4 presets would be converted, 5 skipped, 2 other files left alone"));
 
     const PresetConversionReport report = Conversion::convert(source, destination);
-    QCOMPARE(report.count(PresetConversionItem::Converted), 1);
-    QVERIFY(report.items.first().reason.contains(QLatin1String("replaces")));
-    QCOMPARE(readFile(destination + QStringLiteral("/Keep.plxpreset")), presetBytes(StereoID, state));
-    QCOMPARE(filesIn(destination), QStringList { QStringLiteral("Keep.plxpreset") });
+    QVERIFY(report.errors.isEmpty());
+    // clang-format off
+    const std::tuple<QString, I::Outcome, QString> expected[] = {
+        { "Bass.plxpreset", I::Converted, "mono preset" },
+        { "Lead.plxpreset", I::Converted, "replaces" },
+        { "Vocals/Bright [s] (2) – é 声.plxpreset", I::Converted, "stereo preset" },
+        { "Loud.PLXPRESET", I::Converted, "stereo preset" },
+        { "Other.plxpreset", I::Skipped, "class id 112233445566" },
+        // The rule that preset info applies: a 'Comp' chunk with at least one byte.
+        { "Empty.plxpreset", I::Skipped, "not a preset: 'Comp' chunk at offset 48 is empty" },
+        { "Cont.plxpreset", I::Skipped, "not a preset: chunk list at offset 1712: no 'Comp' chunk" },
+        { "Bass.fxp", I::Ignored, "not a .plxpreset file" },
+        { ".Lead.plxpreset", I::Ignored, "hidden file" },
+        { "Linked.plxpreset", I::Skipped, "symbolic link" },
+        { "Elsewhere", I::Skipped, "symbolic link to a folder" },
+        { "Bass.plxpreset.aB3xYz", I::Removed, "; removed" },
+        { "Bass.plxpreset.zzzzzz", I::Removed, "; removed" },
+    };
+    // clang-format on
+    for (const auto &[file, outcome, reason] : expected) {
+        const PresetConversionItem *item = findItem(report, QFileInfo(file).fileName());
+        QVERIFY2(item, qPrintable(file));
+        QCOMPARE(item->outcome, outcome);
+        QVERIFY2(item->reason.contains(reason), qPrintable(item->reason));
+        if (outcome == I::Converted)
+            QCOMPARE(readFile(destination + QLatin1Char('/') + file), goldenPreset());
+    }
+    QCOMPARE(report.items.size(), int(std::size(expected)));
+    QCOMPARE(report.summary(),
+        QStringLiteral(
+            "4 presets converted, 5 skipped, 2 leftover temporary files removed, 2 other files left alone"));
+    // Only converted presets land in the destination; the sources, the link
+    // targets and the files that are not leftovers stay as they were.
+    QMap<QString, QByteArray> after = fingerprint(m_root), unchanged = before;
+    for (const char *gone : { "out/V1.2St/Bass.plxpreset.aB3xYz", "out/V1.2St/Bass.plxpreset.zzzzzz" })
+        unchanged.remove(gone);
+    for (const auto &[file, outcome, reason] : expected) {
+        if (outcome == I::Converted)
+            unchanged.insert("out/V1.2St/" + file, after.value("out/V1.2St/" + file));
+    }
+    unchanged.insert("out/V1.2St/Vocals/", QByteArray());
+    QCOMPARE(after, unchanged);
 }
 
 void TestPresetConversion::fullDiskKeepsOldFile()
@@ -224,8 +180,8 @@ void TestPresetConversion::fullDiskKeepsOldFile()
     const QString source = m_root + QStringLiteral("/src");
     const QString destination = m_root + QStringLiteral("/dst");
     const QString target = destination + QStringLiteral("/Big.plxpreset");
-    QVERIFY(writePreset(source + QStringLiteral("/Big.plxpreset"), StereoID, stateBytes(stateSize)));
-    const QByteArray old = presetBytes(StereoID, stateBytes(100, 1));
+    QVERIFY(writeFile(source + QStringLiteral("/Big.plxpreset"), presetBytes(MonoID, stateBytes(stateSize))));
+    const QByteArray old = goldenPreset();
     QVERIFY(writeFile(target, old));
 
     PresetConversionReport report;
@@ -235,17 +191,17 @@ void TestPresetConversion::fullDiskKeepsOldFile()
         QVERIFY(limit.isActive());
         report = Conversion::convert(source, destination);
     }
-    QCOMPARE(report.count(PresetConversionItem::Failed), 1);
+    QCOMPARE(report.summary(), QStringLiteral("no preset converted, 1 failed"));
     const QString reason = report.items.first().reason;
     QVERIFY2(
         reason.contains(QDir::toNativeSeparators(target)) && reason.contains(QLatin1String("left as it was")),
         qPrintable(reason));
     QCOMPARE(readFile(target), old);
-    QCOMPARE(filesIn(destination), QStringList { QStringLiteral("Big.plxpreset") });
+    QCOMPARE(fingerprint(destination).keys(), QStringList { QStringLiteral("Big.plxpreset") });
 
     // Without the limit the same conversion goes through.
     QCOMPARE(Conversion::convert(source, destination).count(PresetConversionItem::Converted), 1);
-    QCOMPARE(loadState(target, StereoID), stateBytes(stateSize));
+    QCOMPARE(readFile(target), presetBytes(StereoID, stateBytes(stateSize)));
 }
 
 void TestPresetConversion::sourceChangedWhileReadIsSkipped_data()
@@ -265,9 +221,8 @@ void TestPresetConversion::sourceChangedWhileReadIsSkipped()
     const QString destination = m_root + QStringLiteral("/dst");
     const QString path = source + QStringLiteral("/Live.plxpreset");
     const QString target = destination + QStringLiteral("/Live.plxpreset");
-    QVERIFY(writePreset(path, MonoID, stateBytes(3000)));
-    const QByteArray old = presetBytes(StereoID, stateBytes(40, 3));
-    QVERIFY(writeFile(target, old));
+    const QByteArray old = "an older conversion";
+    QVERIFY(writeFile(path, goldenPreset(MonoID)) && writeFile(target, old));
 
     Conversion::Options options;
     options.sourceRead = [&](const QString &read) {
@@ -287,70 +242,12 @@ void TestPresetConversion::sourceChangedWhileReadIsSkipped()
     };
     const PresetConversionReport report = Conversion::convert(source, destination, options);
     QCOMPARE(report.items.size(), 1);
-    const PresetConversionItem &item = report.items.first();
-    if (converted) {
-        QCOMPARE(item.outcome, PresetConversionItem::Converted);
-        QCOMPARE(loadState(target, StereoID), stateBytes(3000));
-    } else {
-        QCOMPARE(item.outcome, PresetConversionItem::Skipped);
-        QVERIFY2(item.reason.contains(QLatin1String("changed while it was read")), qPrintable(item.reason));
-        QCOMPARE(readFile(target), old);
-    }
-}
-
-void TestPresetConversion::leftoverTemporaryFiles_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("content"); // whole, empty, other
-    QTest::addColumn<bool>("dryRun");
-    QTest::addColumn<bool>("removed");
-    QTest::newRow("killed at the rename") << "Keep.plxpreset.aB3xYz"
-                                          << "whole" << false << true;
-    QTest::newRow("killed before the write") << "Keep.plxpreset.zzzzzz"
-                                             << "empty" << false << true;
-    QTest::newRow("user's own file of that name") << "Keep.plxpreset.backup"
-                                                  << "other" << false << false;
-    QTest::newRow("dry run") << "Keep.plxpreset.aB3xYz"
-                             << "whole" << true << false;
-    QTest::newRow("of a preset not converted now") << "Gone.plxpreset.aB3xYz"
-                                                   << "empty" << false << false;
-    QTest::newRow("five letters") << "Keep.plxpreset.aB3xY"
-                                  << "whole" << false << false;
-}
-
-void TestPresetConversion::leftoverTemporaryFiles()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, content);
-    QFETCH(bool, dryRun);
-    QFETCH(bool, removed);
-    const QString source = m_root + QStringLiteral("/src");
-    const QString destination = m_root + QStringLiteral("/dst");
-    QVERIFY(writePreset(source + QStringLiteral("/Nested/Keep.plxpreset"), MonoID, stateBytes(500)));
-    const QByteArray converted = presetBytes(StereoID, stateBytes(500));
-    // What a conversion killed at that moment leaves beside the preset.
-    QByteArray bytes;
-    if (content == QLatin1String("whole"))
-        bytes = converted;
-    else if (content == QLatin1String("other"))
-        bytes = presetBytes(StereoID, stateBytes(500, 1));
-    const QString leftover = destination + QStringLiteral("/Nested/") + name;
-    QVERIFY(writeFile(leftover, bytes));
-
-    Conversion::Options options;
-    options.dryRun = dryRun;
-    const PresetConversionReport report = Conversion::convert(source, destination, options);
-    QCOMPARE(QFileInfo::exists(leftover), !removed);
-    if (!removed)
-        QCOMPARE(readFile(leftover), bytes);
-    const PresetConversionItem *item = findItem(report, name);
-    QCOMPARE(item != nullptr, removed);
-    if (item) {
-        QCOMPARE(item->outcome, PresetConversionItem::Removed);
-        QVERIFY2(item->reason.endsWith(QLatin1String("; removed")), qPrintable(item->reason));
-    }
-    if (!dryRun)
-        QCOMPARE(readFile(destination + QStringLiteral("/Nested/Keep.plxpreset")), converted);
+    QCOMPARE(report.summary(),
+        converted ? QStringLiteral("1 preset converted") : QStringLiteral("no preset converted, 1 skipped"));
+    QCOMPARE(readFile(target), converted ? goldenPreset() : old);
+    if (!converted)
+        QVERIFY2(report.items.first().reason.contains(QLatin1String("changed while it was read")),
+            qPrintable(report.items.first().reason));
 }
 
 void TestPresetConversion::overlappingFoldersRefused_data()
@@ -366,7 +263,7 @@ void TestPresetConversion::overlappingFoldersRefused()
 {
     QFETCH(QString, destination);
     const QString source = m_root + QStringLiteral("/src");
-    QVERIFY(writePreset(source + QStringLiteral("/src/A.plxpreset"), MonoID, stateBytes(64)));
+    QVERIFY(writeFile(source + QStringLiteral("/src/A.plxpreset"), goldenPreset(MonoID)));
     const QMap<QString, QByteArray> before = fingerprint(m_root);
 
     const PresetConversionReport report
@@ -376,19 +273,6 @@ void TestPresetConversion::overlappingFoldersRefused()
     QCOMPARE(fingerprint(m_root), before);
 }
 
-void TestPresetConversion::createDirectory()
-{
-    const QString deep = m_root + QStringLiteral("/a b/[c]/é");
-    QVERIFY(Conversion::createDirectory(deep));
-    QVERIFY(QFileInfo(deep).isDir());
-    QVERIFY(Conversion::createDirectory(deep));
-
-    QVERIFY(writeFile(m_root + QStringLiteral("/file"), "x"));
-    QVERIFY(!Conversion::createDirectory(m_root + QStringLiteral("/file")));
-    QVERIFY(!Conversion::createDirectory(m_root + QStringLiteral("/file/below")));
-    QCOMPARE(readFile(m_root + QStringLiteral("/file")), QByteArray("x"));
-}
-
 void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert_data()
 {
     QTest::addColumn<QString>("kind"); // what lies in the stereo source; "" nothing
@@ -396,20 +280,20 @@ void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert_data()
     QTest::addColumn<bool>("askAgain");
     QTest::addColumn<bool>("offered");
 
-    QTest::newRow("nothing there") << "" << QStringLiteral("") << true << false;
+    // clang-format off
+    QTest::newRow("nothing there") << "" << QString() << true << false;
     QTest::newRow("another class") << "third" << QStringLiteral("Other.plxpreset") << true << false;
     QTest::newRow("not a preset") << "text" << QStringLiteral("Notes.plxpreset") << true << false;
     QTest::newRow("damaged old preset") << "cut" << QStringLiteral("Cut.plxpreset") << true << false;
     QTest::newRow("a link to a preset") << "link" << QStringLiteral("Linked.plxpreset") << true << false;
     QTest::newRow("hidden preset") << "stereo" << QStringLiteral(".Hidden.plxpreset") << true << false;
     QTest::newRow("mono preset") << "mono" << QStringLiteral("Bass.plxpreset") << true << true;
-    QTest::newRow("nested, upper-case suffix")
-        << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
+    QTest::newRow("nested, upper-case suffix") << "stereo" << QStringLiteral("Vocals/Warm/Soft.PLXPRESET") << true << true;
     QTest::newRow("already converted") << "converted" << QStringLiteral("Lead.plxpreset") << true << false;
     QTest::newRow("changed since converted") << "stale" << QStringLiteral("Lead.plxpreset") << true << true;
-    QTest::newRow("destination cannot be made")
-        << "blocked" << QStringLiteral("Lead.plxpreset") << true << false;
+    QTest::newRow("destination cannot be made") << "blocked" << QStringLiteral("Lead.plxpreset") << true << false;
     QTest::newRow("not to ask again") << "mono" << QStringLiteral("Bass.plxpreset") << false << false;
+    // clang-format on
 }
 
 void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
@@ -422,24 +306,19 @@ void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
     const Conversion::FolderPair folders = Conversion::stereoFolders();
     const QString source = folders.source + QLatin1Char('/') + file;
     const QString converted = folders.destination + QLatin1Char('/') + file;
-    const QByteArray state = stateBytes(64);
-
-    if (kind == QLatin1String("third")) {
-        QVERIFY(writePreset(source, ThirdID, state));
-    } else if (kind == QLatin1String("text")) {
-        QVERIFY(writeFile(source, "not a preset"));
-    } else if (kind == QLatin1String("cut")) {
-        // The header still names the old class; the chunk list is gone.
-        QVERIFY(writeFile(source, presetBytes(MonoID, state).chopped(8)));
-    } else if (kind == QLatin1String("link")) {
-        QVERIFY(writePreset(m_root + QStringLiteral("/elsewhere.plxpreset"), StereoID, state));
+    const QMap<QString, QByteArray> contents { { "third", goldenPreset(ThirdID) }, { "text", "not a preset" },
+        { "cut", goldenPreset(MonoID).chopped(8) }, // the header still names the old class; the list is gone
+        { "mono", goldenPreset(MonoID) }, { "stereo", goldenPreset() }, { "converted", goldenPreset() },
+        { "stale", goldenPreset() }, { "blocked", goldenPreset() } };
+    if (contents.contains(kind))
+        QVERIFY(writeFile(source, contents.value(kind)));
+    if (kind == QLatin1String("link")) {
+        QVERIFY(writeFile(m_root + QStringLiteral("/elsewhere.plxpreset"), goldenPreset()));
         QVERIFY(QDir().mkpath(QFileInfo(source).path()));
         QVERIFY(QFile::link(m_root + QStringLiteral("/elsewhere.plxpreset"), source));
-    } else if (!kind.isEmpty()) {
-        QVERIFY(writePreset(source, kind == QLatin1String("mono") ? MonoID : StereoID, state));
     }
     if (kind == QLatin1String("converted") || kind == QLatin1String("stale")) {
-        QVERIFY(writePreset(converted, StereoID, state));
+        QVERIFY(writeFile(converted, goldenPreset()));
         // The older of the two decides whether it still waits.
         QFile older(kind == QLatin1String("converted") ? source : converted);
         QVERIFY(older.open(QIODevice::ReadWrite));
@@ -454,31 +333,6 @@ void TestPresetConversion::offeredOnlyWhileSomethingWouldConvert()
     // Whatever is offered, a conversion ends the offer.
     Conversion::convertAll();
     QVERIFY(!Conversion::shouldOfferConversion());
-}
-
-void TestPresetConversion::summary_data()
-{
-    QTest::addColumn<QList<int>>("outcomes");
-    QTest::addColumn<QString>("summary");
-    using I = PresetConversionItem;
-    QTest::newRow("nothing") << QList<int> {} << "no old presets found";
-    QTest::newRow("one of each left out") << QList<int> { I::Skipped, I::Failed, I::Ignored, I::Removed }
-                                          << "no preset converted, 1 skipped, 1 failed, 1 leftover temporary "
-                                             "file removed, 1 other file left alone";
-    QTest::newRow("many") << QList<int> { I::Converted, I::Converted, I::Skipped, I::Ignored, I::Ignored }
-                          << "2 presets converted, 1 skipped, 2 other files left alone";
-    QTest::newRow("dry run") << QList<int> { I::WouldConvert } << "1 preset would be converted";
-}
-
-void TestPresetConversion::summary()
-{
-    QFETCH(QList<int>, outcomes);
-    QFETCH(QString, summary);
-    PresetConversionReport report;
-    for (int outcome : outcomes)
-        report.items << PresetConversionItem { QString(), QString(), PresetConversionItem::Outcome(outcome),
-            QString() };
-    QCOMPARE(report.summary(), summary);
 }
 
 QTEST_GUILESS_MAIN(TestPresetConversion)

@@ -1,6 +1,8 @@
 #include <QTest>
+#include <QtEndian>
+#include <cstring>
 
-#include "ChunkBytes.h"
+#include "GoldenFile.h"
 #include "ORVChStrip/Chunk/AnalyzerError.h"
 #include "ORVChStrip/Chunk/ChStripFileBinException.h"
 #include "ORVChStrip/Chunk/MemoryBStream.h"
@@ -8,75 +10,85 @@
 #include "ORVChStrip/Chunk/YNullStream.h"
 #include "ORVChStrip/Chunk/YPlx3Stream.h"
 
-using namespace ChunkBytes;
-
 namespace {
 
+const QString Golden32 = QStringLiteral("chunk/written-32bit.chst");
+const QString Golden64 = QStringLiteral("chunk/same-64bit.chst");
 constexpr float Canary = -42.0f;
 
-// The caller's buffers, with room behind the 26 floats to catch an overrun.
-struct Buffers
+QByteArray le(qint64 value, int width)
 {
-    Buffers()
-    {
-        for (float &value : params)
-            value = Canary;
-        std::memset(name, 'n', sizeof name);
-        for (auto &row : table)
-            for (short &cell : row)
-                cell = 7;
+    QByteArray bytes(8, '\0');
+    qToLittleEndian(value, bytes.data());
+    return bytes.left(width);
+}
+
+QByteArray floats(const QList<float> &values)
+{
+    QByteArray bytes;
+    for (float value : values) {
+        quint32 bits;
+        std::memcpy(&bits, &value, 4);
+        bytes += le(bits, 4);
     }
-    float params[32];
-    char name[256];
+    return bytes;
+}
+
+QByteArray chunk32(const char *id, const QByteArray &content)
+{
+    return QByteArray(id, 4) + le(content.size(), 4) + content;
+}
+
+QByteArray chunk64(const char *id, const QByteArray &content)
+{
+    return QByteArray(4, '\0') + QByteArray(id, 4) + le(content.size(), 8) + content;
+}
+
+// The contents of both golden chunk files.
+struct Written
+{
+    Written()
+    {
+        for (int i = 0; i < 26; ++i)
+            params[i] = float(i - 10) * 0.125f;
+        for (int r = 0; r < 10; ++r)
+            for (int k = 0; k < 17; ++k)
+                table[r][k] = short(r * 17 + k - 100);
+    }
+    float params[26];
+    char name[256] = "Vocal Smooth";
     short table[10][17];
 };
 
-struct Loaded
+// One load into buffers filled with canaries, with room behind the 26 floats
+// to catch an overrun.
+struct Load
 {
-    bool ok = false;
-    QByteArray message;
-    int parameterCount = 0;
-    int position = 0;
-    int errorCode = 0;
-    long long errorPosition = -1;
-};
+    explicit Load(const QByteArray &bytes, int start = 0)
+    {
+        std::fill(std::begin(params), std::end(params), Canary);
+        std::memset(name, 'n', sizeof name);
+        std::fill(&table[0][0], &table[0][0] + 170, short(7));
+        auto *memory = new MemoryBStream(bytes);
+        YPlx3Stream stream(memory);
+        memory->release();
+        stream.SetMarker(start, YStreamFromStart);
+        loaded = chunk.LoadBinALL(stream, error, params, name, table);
+        position = stream.GetMarker();
+    }
+    // The result and the error flag agree.
+    bool succeeded() const { return loaded && !error.isError(); }
+    bool failed() const { return !loaded && error.isError(); }
+    QList<float> values() const { return QList<float>(std::begin(params), std::end(params)); }
 
-Loaded load(const QByteArray &bytes, Buffers &buffers, qint64 start = 0)
-{
-    auto *memory = new MemoryBStream(bytes);
-    YPlx3Stream stream(memory);
-    memory->release();
-    stream.SetMarker(int(start), YStreamFromStart);
+    float params[32];
+    char name[256];
+    short table[10][17];
     YChannelStripChunk chunk;
     AnalyzerError error;
-    Loaded loaded;
-    loaded.ok = chunk.LoadBinALL(stream, error, buffers.params, buffers.name, buffers.table);
-    if (loaded.ok == error.isError())
-        qWarning("LoadBinALL result and error flag disagree");
-    loaded.ok = loaded.ok && !error.isError();
-    loaded.message = error.message();
-    loaded.errorCode = error.code();
-    loaded.errorPosition = error.position();
-    loaded.parameterCount = chunk.lastParameterCount();
-    loaded.position = stream.GetMarker();
-    return loaded;
-}
-
-QByteArray readError(int code, int position)
-{
-    return QByteArray("read csv-file error.\n") + ChStripFileException::GetErrorMessage(code)
-        + QByteArray("file-pos : 0x") + QByteArray::number(position, 16).rightJustified(8, '0');
-}
-
-QByteArray fileInfo32()
-{
-    return chunk32("FINF", le32(2));
-}
-
-QByteArray fileInfo64()
-{
-    return chunk64("FINF", le64(2));
-}
+    bool loaded = false;
+    int position = 0;
+};
 
 } // namespace
 
@@ -85,133 +97,99 @@ class TestChunkFile : public QObject
     Q_OBJECT
 
 private slots:
-    void writtenLayout();
-    void roundTrip_data();
-    void roundTrip();
+    void writesGoldenFile();
+    void readsBothLayouts_data();
+    void readsBothLayouts();
     void errors_data();
     void errors();
     void exceptionMessages();
-    void parameterCap_data();
-    void parameterCap();
-    void missingAndRepeatedChunks();
-    void badSizesEndTheWalk_data();
-    void badSizesEndTheWalk();
+    void loads_data();
+    void loads();
     void skipFormChunk();
     void analyzerErrorCap();
 };
 
-void TestChunkFile::writtenLayout()
+void TestChunkFile::writesGoldenFile()
 {
-    float params[26];
-    for (int i = 0; i < 26; ++i)
-        params[i] = float(i) / 25.0f;
-    char name[256] = "Vocal Smooth";
-    short table[10][17];
-    for (int r = 0; r < 10; ++r)
-        for (int k = 0; k < 17; ++k)
-            table[r][k] = short(r * 17 + k - 100);
-
+    const Written written;
     auto *memory = new MemoryBStream;
     {
         YPlx3Stream stream(memory);
-        YChannelStripChunk().SaveBinALL(stream, params, 26, name, table);
+        YChannelStripChunk().SaveBinALL(stream, written.params, 26, written.name, written.table);
     }
-    const QByteArray bytes = memory->data();
+    const QString difference = goldenDifference(memory->data(), Golden32);
     memory->release();
-
-    QCOMPARE(bytes.size(), 736);
-    QCOMPARE(bytes.left(4), QByteArray("CHST"));
-    QCOMPARE(bytes.mid(4, 4), le32(728));
-    QCOMPARE(bytes.mid(8, 12), QByteArray("FINF") + le32(4) + le32(2));
-    QCOMPARE(bytes.mid(20, 8), QByteArray("ORD ") + le32(596));
-    QCOMPARE(bytes.mid(28, 256), QByteArray(name, 256));
-    QCOMPARE(qFromLittleEndian<qint16>(bytes.constData() + 284), qint16(-100));
-    QCOMPARE(qFromLittleEndian<qint16>(bytes.constData() + 284 + 2 * 170 - 2), qint16(9 * 17 + 16 - 100));
-    QCOMPARE(bytes.mid(624, 8), QByteArray("PRM ") + le32(104));
-    QCOMPARE(bytes.mid(632), floats(QList<float>(params, params + 26)));
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
 
     // The counting stream measures the same, and smaller counts shrink "PRM ".
     for (const auto &[count, length] : { std::pair { 26, 736 }, { 22, 720 }, { 0, 632 }, { -5, 632 } }) {
         YNullStream sink;
-        YChannelStripChunk().SaveBinALL(sink, params, count, name, table);
+        YChannelStripChunk().SaveBinALL(sink, written.params, count, written.name, written.table);
         QCOMPARE(sink.GetLength(), length);
         QCOMPARE(sink.GetMarker(), length);
     }
 }
 
-void TestChunkFile::roundTrip_data()
+void TestChunkFile::readsBothLayouts_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("parameterCount");
-    const QByteArray table = morphTable("Bright Vox");
-    const QList<float> values { 0.0f, 0.25f, 1.0f, 0.125f, -3.5f };
-    QTest::newRow("32-bit") << chunk32(
-        "CHST", fileInfo32() + chunk32("ORD ", table) + chunk32("PRM ", floats(values)))
-                            << 5;
-    QTest::newRow("64-bit") << chunk64(
-        "CHST", fileInfo64() + chunk64("ORD ", table) + chunk64("PRM ", floats(values)))
-                            << 5;
-    QTest::newRow("32-bit behind other data") << QByteArray("junk")
-            + chunk32("CHST", fileInfo32() + chunk32("PRM ", floats(values)) + chunk32("ORD ", table))
-                                              << 5;
+    QTest::addColumn<int>("start");
+    QTest::newRow("32-bit") << goldenFile(Golden32) << 0;
+    QTest::newRow("64-bit") << goldenFile(Golden64) << 0;
+    QTest::newRow("32-bit behind other data") << "junk" + goldenFile(Golden32) << 4;
 }
 
-void TestChunkFile::roundTrip()
+void TestChunkFile::readsBothLayouts()
 {
     QFETCH(QByteArray, bytes);
-    const qint64 start = bytes.startsWith("junk") ? 4 : 0;
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers, start);
-    QVERIFY2(loaded.ok, loaded.message.constData());
-    QTEST(loaded.parameterCount, "parameterCount");
-    QCOMPARE(buffers.params[0], 0.0f);
-    QCOMPARE(buffers.params[2], 1.0f);
-    QCOMPARE(buffers.params[4], -3.5f);
-    QCOMPARE(buffers.params[5], Canary);
-    QCOMPARE(QByteArray(buffers.name), QByteArray("Bright Vox"));
-    QCOMPARE(buffers.table[0][0], short(-500));
-    QCOMPARE(buffers.table[9][16], short(900 + 16 - 500));
-    QCOMPARE(loaded.position, int(bytes.size()));
+    QFETCH(int, start);
+    const Load load(bytes, start);
+    const Written written;
+    QVERIFY2(load.succeeded(), load.error.message());
+    QCOMPARE(load.chunk.lastParameterCount(), 26);
+    QCOMPARE(load.position, int(bytes.size()));
+    QCOMPARE(load.values(), QList<float>(written.params, written.params + 26) + QList<float>(6, Canary));
+    QCOMPARE(QByteArray(load.name, 256), QByteArray(written.name, 256));
+    QVERIFY(std::equal(&load.table[0][0], &load.table[0][0] + 170, &written.table[0][0]));
 }
 
 void TestChunkFile::errors_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("message");
     QTest::addColumn<int>("position");
 
-    QTest::newRow("C,H,S,x is an abnormal id, not 'not a file'")
-        << QByteArray("CHSx") + le32(0) + fileInfo32() << 2 << 0x08;
-    QTest::newRow("stream shorter than a header") << QByteArray("CH") << 2 << 0x02;
-    QTest::newRow("64-bit id with a non-zero high word")
-        << QByteArray("ABCDCHST") + le64(16) + fileInfo64() << 1 << 0x10;
-    QTest::newRow("negative form size") << QByteArray("CHST") + le32(-1) << 3 << 0x08;
-    QTest::newRow("no file information") << chunk32("CHST", chunk32("ORD ", morphTable("x"))) << 4 << 0x10;
-    QTest::newRow("file information too small")
-        << chunk32("CHST", chunk32("FINF", QByteArray(2, '\0'))) << 3 << 0x10;
-    QTest::newRow("negative chunk size, 0xFFFFFFFF")
-        << chunk32("CHST", fileInfo32() + QByteArray("PRM ") + le32(-1) + QByteArray(8, '\0')) << 3 << 0x1C;
-    QTest::newRow("negative chunk size in the 64-bit layout")
-        << chunk64("CHST", fileInfo64() + QByteArray(4, '\0') + QByteArray("ORD ") + le64(-8)) << 3 << 0x38;
+    const QByteArray id = "The chunk ID is abnormal.\n", size = "The chunk size is abnormal.\n";
+    const QByteArray chunk = goldenFile(Golden32), wide = goldenFile(Golden64);
+    // clang-format off
+    QTest::newRow("C,H,S,x is an abnormal id, not 'not a file'") << QByteArray(chunk).replace(0, 4, "CHSx") << 2 << id << 0x08;
+    QTest::newRow("stream shorter than a header") << QByteArray("CH") << 2 << id << 0x02;
+    QTest::newRow("64-bit id with a non-zero high word") << QByteArray(wide).replace(0, 4, "ABCD") << 1 << QByteArray("It's not ChStrip file.\n") << 0x10;
+    QTest::newRow("negative form size") << QByteArray(chunk).replace(4, 4, le(-1, 4)) << 3 << size << 0x08;
+    QTest::newRow("no file information") << QByteArray(chunk).replace(8, 4, "FINx") << 4 << QByteArray("No file information chunk.\n") << 0x10;
+    QTest::newRow("file information too small") << QByteArray(chunk).replace(12, 4, le(2, 4)) << 3 << size << 0x10;
+    QTest::newRow("negative chunk size, 0xFFFFFFFF") << QByteArray(chunk).replace(24, 4, le(-1, 4)) << 3 << size << 0x1C;
+    QTest::newRow("negative chunk size in the 64-bit layout") << QByteArray(wide).replace(48, 8, le(-8, 8)) << 3 << size << 0x38;
+    // clang-format on
 }
 
 void TestChunkFile::errors()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, code);
+    QFETCH(QByteArray, message);
     QFETCH(int, position);
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY(!loaded.ok);
-    QCOMPARE(loaded.message, readError(code, position));
-    // The same facts without the text.
-    QCOMPARE(loaded.errorCode, code);
-    QCOMPARE(loaded.errorPosition, position);
+    const Load load(bytes);
+    QVERIFY(load.failed());
+    QCOMPARE(QByteArray(load.error.message()),
+        "read csv-file error.\n" + message + "file-pos : 0x"
+            + QByteArray::number(position, 16).rightJustified(8, '0'));
+    QTEST(load.error.code(), "code");
+    QCOMPARE(load.error.position(), position);
 }
 
 void TestChunkFile::exceptionMessages()
 {
-    QCOMPARE(QByteArray(ChStripFileException(1).what()), QByteArray("It's not ChStrip file.\n"));
     for (int code : { 5, -1, 1000 }) {
         QCOMPARE(
             QByteArray(ChStripFileException(code).what()), QByteArray("Error that can't be recognized.\n"));
@@ -219,103 +197,62 @@ void TestChunkFile::exceptionMessages()
     }
     YNullStream stream;
     stream.Write("0123456789abcdef0123", 0x1A2);
-    const ChStripFileBinException writing(false, 3, stream);
-    QCOMPARE(QByteArray(writing.what()),
+    QCOMPARE(QByteArray(ChStripFileBinException(false, 3, stream).what()),
         QByteArray("write csv-file error.\nThe chunk size is abnormal.\nfile-pos : 0x000001a2"));
 }
 
-void TestChunkFile::parameterCap_data()
-{
-    QTest::addColumn<bool>("wide");
-    QTest::addColumn<int>("counted");
-    QTest::newRow("32-bit stops at 26") << false << 26;
-    QTest::newRow("64-bit counts 30, stores 26") << true << 30;
-}
-
-void TestChunkFile::parameterCap()
-{
-    QFETCH(bool, wide);
-    QList<float> values;
-    for (int i = 0; i < 30; ++i)
-        values.append(float(i + 1));
-    const QByteArray prm = floats(values);
-    QCOMPARE(prm.size(), 120);
-    const QByteArray bytes = wide
-        ? chunk64("CHST", fileInfo64() + chunk64("PRM ", prm) + chunk64("ORD ", morphTable("after")))
-        : chunk32("CHST", fileInfo32() + chunk32("PRM ", prm) + chunk32("ORD ", morphTable("after")));
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY(loaded.ok);
-    QTEST(loaded.parameterCount, "counted");
-    QCOMPARE(buffers.params[0], 1.0f);
-    QCOMPARE(buffers.params[25], 26.0f);
-    for (int i = 26; i < 32; ++i)
-        QCOMPARE(buffers.params[i], Canary); // never overrun
-    // The walk steps over the whole chunk to what follows it.
-    QCOMPARE(QByteArray(buffers.name), QByteArray("after"));
-}
-
-void TestChunkFile::missingAndRepeatedChunks()
-{
-    Buffers buffers;
-    // An unknown chunk of odd size is stepped over.
-    const QByteArray bytes = chunk32("CHST",
-        fileInfo32() + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("ABCD", "abc")
-            + chunk32("PRM ", floats({ 0.9f })));
-    QVERIFY(load(bytes, buffers).ok);
-    QCOMPARE(buffers.params[0], 0.9f); // the later chunk wins
-    QCOMPARE(buffers.params[1], 0.2f);
-    QCOMPARE(buffers.name[0], 'n'); // no "ORD ": name and table as they were
-    QCOMPARE(buffers.table[3][3], short(7));
-
-    // Values read before a failure stay.
-    Buffers failed;
-    const QByteArray broken
-        = chunk32("CHST", fileInfo32() + chunk32("ORD ", morphTable("kept")) + QByteArray("ABCD") + le32(-2));
-    QVERIFY(!load(broken, failed).ok);
-    QCOMPARE(QByteArray(failed.name), QByteArray("kept"));
-}
-
-void TestChunkFile::badSizesEndTheWalk_data()
+void TestChunkFile::loads_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("read");
-    const QByteArray value = floats({ 0.5f });
-    // "FINF" states 8 bytes; the reader takes 4 and reads the next header
-    // from "XXXX", whose size (the "PRM " id) steps past the end.
-    QTest::newRow("long file information misaligns the walk")
-        << chunk32("CHST", chunk32("FINF", le32(2) + QByteArray("XXXX")) + chunk32("PRM ", value)) << false;
-    QTest::newRow("32-bit form size wraps the end")
-        << QByteArray("CHST") + le32(INT_MAX) + fileInfo32() + chunk32("PRM ", value) << false;
-    QTest::newRow("32-bit form claims 2 GB")
-        << QByteArray("CHST") + le32(INT_MAX - 16) + fileInfo32() + chunk32("PRM ", value) << true;
-    QTest::newRow("32-bit chunk size wraps the position") << QByteArray("CHST") + le32(INT_MAX - 16)
-            + fileInfo32() + QByteArray("ABCD") + le32(INT_MAX - 8)
-            + chunk32("PRM ", value) << false;
-    QTest::newRow("64-bit chunk of 2^40 bytes")
-        << QByteArray(4, '\0') + QByteArray("CHST") + le64((qint64(1) << 32) + 200) + fileInfo64()
-            + QByteArray(4, '\0') + QByteArray("PRM ") + le64((qint64(1) << 40) + 4) + value
-        << true;
-    QTest::newRow("64-bit form of 2^62 bytes") << QByteArray(4, '\0') + QByteArray("CHST")
-            + le64(qint64(1) << 62) + fileInfo64()
-            + chunk64("PRM ", value) << false;
+    QTest::addColumn<bool>("ok");
+    QTest::addColumn<int>("count");           // parameters counted; -1: not asked
+    QTest::addColumn<QList<float>>("values"); // the first parameters; canaries follow
+    QTest::addColumn<QByteArray>("name");     // how the name begins; "nnnn": not read
+
+    QList<float> thirty;
+    for (int i = 0; i < 30; ++i)
+        thirty.append(float(i + 1));
+    const QByteArray ord = chunk32("ORD ", goldenFile(Golden32).mid(28, 596)), named = "Vocal Smooth";
+    const QByteArray info32 = chunk32("FINF", le(2, 4)), info64 = chunk64("FINF", le(2, 8));
+    const QByteArray prm32 = chunk32("PRM ", floats({ 0.5f })), prm64 = chunk64("PRM ", floats({ 0.5f }));
+    const QByteArray form64 = QByteArray(4, '\0') + "CHST", untouched = "nnnn";
+    const QList<float> half { 0.5f }, none;
+    // clang-format off
+    // The walk steps over the whole "PRM " chunk to what follows it.
+    QTest::newRow("32-bit stops at 26") << chunk32("CHST", info32 + chunk32("PRM ", floats(thirty)) + ord) << true << 26 << thirty.first(26) << named;
+    QTest::newRow("64-bit counts 30, stores 26") << chunk64("CHST", info64 + chunk64("PRM ", floats(thirty)) + chunk64("ORD ", ord.mid(8))) << true << 30 << thirty.first(26) << named;
+    // An unknown chunk of odd size is stepped over; the later "PRM " wins; without "ORD " the name stays.
+    QTest::newRow("repeated and unknown chunks") << chunk32("CHST", info32 + chunk32("PRM ", floats({ 0.1f, 0.2f })) + chunk32("ABCD", "abc") + chunk32("PRM ", floats({ 0.9f }))) << true << -1 << QList<float> { 0.9f, 0.2f } << untouched;
+    QTest::newRow("values read before a failure stay") << goldenFile(Golden32).replace(628, 4, le(-2, 4)) << false << -1 << none << named;
+    // Sizes that would wrap or end the walk early. "FINF" states 8 bytes; the reader takes 4 and
+    // reads the next header from "XXXX", whose size (the "PRM " id) steps past the end.
+    QTest::newRow("long file information misaligns the walk") << chunk32("CHST", chunk32("FINF", le(2, 4) + "XXXX") + prm32) << true << -1 << none << untouched;
+    QTest::newRow("32-bit form size wraps the end") << "CHST" + le(INT_MAX, 4) + info32 + prm32 << true << -1 << none << untouched;
+    QTest::newRow("32-bit form claims 2 GB") << "CHST" + le(INT_MAX - 16, 4) + info32 + prm32 << true << -1 << half << untouched;
+    QTest::newRow("32-bit chunk size wraps the position") << "CHST" + le(INT_MAX - 16, 4) + info32 + "ABCD" + le(INT_MAX - 8, 4) + prm32 << true << -1 << none << untouched;
+    QTest::newRow("64-bit chunk of 2^40 bytes") << form64 + le((qint64(1) << 32) + 200, 8) + info64 + QByteArray(4, '\0') + "PRM " + le((qint64(1) << 40) + 4, 8) + floats(half) << true << -1 << half << untouched;
+    QTest::newRow("64-bit form of 2^62 bytes") << form64 + le(qint64(1) << 62, 8) + info64 + prm64 << true << -1 << none << untouched;
+    // clang-format on
 }
 
-void TestChunkFile::badSizesEndTheWalk()
+void TestChunkFile::loads()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(bool, read);
-    Buffers buffers;
-    const Loaded loaded = load(bytes, buffers);
-    QVERIFY2(loaded.ok, loaded.message.constData());
-    QCOMPARE(buffers.params[0], read ? 0.5f : Canary);
-    for (int i = 1; i < 32; ++i)
-        QCOMPARE(buffers.params[i], Canary);
+    QFETCH(int, count);
+    QFETCH(QList<float>, values);
+    QFETCH(QByteArray, name);
+    const Load load(bytes);
+    QFETCH(bool, ok);
+    QVERIFY2(ok ? load.succeeded() : load.failed(), load.error.message());
+    if (count >= 0)
+        QCOMPARE(load.chunk.lastParameterCount(), count);
+    QCOMPARE(load.values(), values + QList<float>(32 - values.size(), Canary)); // never overrun
+    QCOMPARE(QByteArray(load.name, 256).left(name.size()), name);
 }
 
 void TestChunkFile::skipFormChunk()
 {
-    const QByteArray form = chunk32("CHST", fileInfo32() + chunk32("PRM ", floats({ 1.0f })));
+    const QByteArray form = goldenFile(Golden32);
     auto *memory = new MemoryBStream(form + "tail");
     YPlx3Stream stream(memory);
     memory->release();
@@ -337,11 +274,10 @@ void TestChunkFile::analyzerErrorCap()
     QByteArray text;
     for (int i = 0; i < 1024; ++i)
         text += char('a' + i % 26);
-    AnalyzerError fits;
+    AnalyzerError fits, cut;
     fits.setError(text.left(1023).constData());
-    QCOMPARE(QByteArray(fits.message()), text.left(1023));
-    AnalyzerError cut;
     cut.setError(text.constData());
+    QCOMPARE(QByteArray(fits.message()), text.left(1023));
     QVERIFY(cut.isError());
     QCOMPARE(QByteArray(cut.message()), text.left(1020) + "...");
 }

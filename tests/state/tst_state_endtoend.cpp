@@ -1,14 +1,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "HostModel.h"
-#include "ORVChStrip/Chunk/FileBStream.h"
-#include "ORVChStrip/ORVChStripComponent.h"
-#include "ParameterMemory.h"
+#include "BoundComponent.h"
 #include "ProcessRun.h"
 #include "TestFiles.h"
-
-using Run = ProcessRun;
 
 class TestStateEndToEnd : public QObject
 {
@@ -21,68 +16,47 @@ private slots:
     void badStatesAreReported();
 
 private:
-    QString hostRun(const QStringList &arguments, Run *result);
+    // Runs the host on channel 2, ending after its picture.
+    ProcessRun runHost(const QStringList &arguments)
+    {
+        return runProcess(QStringLiteral(ORV_HOST_PATH),
+            QStringList { "--ch", "2", "--screenshot", m_dir.filePath(QStringLiteral("panel.png")) }
+                + arguments);
+    }
 
     QTemporaryDir m_dir;
-    QString m_saved;
+    QString m_saved = m_dir.filePath(QStringLiteral("saved.state"));
 };
-
-QString TestStateEndToEnd::hostRun(const QStringList &arguments, Run *result)
-{
-    *result = runProcess(QStringLiteral(ORV_HOST_PATH),
-        arguments
-            + QStringList { QStringLiteral("--screenshot"), m_dir.filePath(QStringLiteral("panel.png")) });
-    return QString::fromLocal8Bit(result->err);
-}
 
 void TestStateEndToEnd::initTestCase()
 {
-    QVERIFY(m_dir.isValid());
-    m_saved = m_dir.filePath(QStringLiteral("saved.state"));
-    Run result;
-    const QString err = hostRun({ "--ch", "2", "--set", "fx_cmp_atck=50", "--set", "fx_eq_midfrq=1.2k",
-                                    "--set", "fx_mrp_systmname=Vocal Air", "--set", "fx_eq_hsv_onf=OFF",
-                                    "--set", "fx_cmp_rto=4.0:1", "--save-state", m_saved },
-        &result);
-    QVERIFY2(result.exitCode == 0, qPrintable(err));
-    QCOMPARE(readFile(m_saved).size(), 1664);
+    const ProcessRun run = runHost(
+        { "--set", "fx_cmp_atck=50", "--set", "fx_eq_midfrq=1.2k", "--set", "fx_mrp_systmname=Vocal Air",
+            "--set", "fx_eq_hsv_onf=OFF", "--set", "fx_cmp_rto=4.0:1", "--save-state", m_saved });
+    QVERIFY2(run.exitCode == 0, run.err.constData());
 }
 
 void TestStateEndToEnd::hostSavesAndRestores()
 {
     // A fresh host restores the file and saves the very same bytes.
     const QString again = m_dir.filePath(QStringLiteral("again.state"));
-    Run result;
-    const QString err = hostRun({ "--ch", "2", "--load-state", m_saved, "--save-state", again }, &result);
-    QVERIFY2(result.exitCode == 0, qPrintable(err));
+    const ProcessRun run = runHost({ "--load-state", m_saved, "--save-state", again });
+    QVERIFY2(run.exitCode == 0, run.err.constData());
     QCOMPARE(readFile(again), readFile(m_saved));
 
-    // Restored through the component into a fresh memory, every value is the one set.
-    HostModel model = HostModel::channelStrip();
-    ParameterMemory memory(&model);
-    ParameterMemory reference(&model);
-    QVERIFY(reference.setValueText("fx_cmp_atck", QStringLiteral("50"), 2));
-    QVERIFY(reference.setValueText("fx_eq_midfrq", QStringLiteral("1.2k"), 2));
-    QVERIFY(reference.setValueText("fx_eq_hsv_onf", QStringLiteral("OFF"), 2));
-    QVERIFY(reference.setValueText("fx_cmp_rto", QStringLiteral("4.0:1"), 2));
-    reference.setText("fx_mrp_systmname", "Vocal Air", 2);
-    auto *component = new ORVChStripComponent;
-    component->addRef();
-    component->setModelInfo(&model);
-    component->setMemAPI(&memory);
-    component->setCh(2);
-    auto *stream = new FileBStream;
-    QVERIFY(stream->open(m_saved, QIODevice::ReadOnly));
-    QCOMPARE(component->setState(stream), kResultOk);
-    stream->release();
-    component->release();
-    QCOMPARE(memory.snapshot(27), reference.snapshot(27));
+    // Restored through the component, every value is the one set.
+    BoundComponent restored(2), reference(2);
+    for (const auto &[key, text] : { std::pair { "fx_cmp_atck", "50" }, { "fx_eq_midfrq", "1.2k" },
+             { "fx_eq_hsv_onf", "OFF" }, { "fx_cmp_rto", "4.0:1" } })
+        QVERIFY(reference.memory.setValueText(key, QString::fromLatin1(text), 2));
+    reference.memory.setText("fx_mrp_systmname", "Vocal Air", 2);
+    QCOMPARE(restored.restore(readFile(m_saved)), kResultOk);
+    QCOMPARE(restored.memory.snapshot(27), reference.memory.snapshot(27));
 
     // The tool describes the host's file.
-    const Run text = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
+    const ProcessRun text = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
     QCOMPARE(text.exitCode, 0);
-    QVERIFY(text.out.contains("     928       728  CHST"));
-    QVERIFY(text.out.contains("Vocal Air"));
+    QVERIFY(text.out.contains("     928       728  CHST") && text.out.contains("Vocal Air"));
 }
 
 void TestStateEndToEnd::badStatesAreReported_data()
@@ -91,17 +65,13 @@ void TestStateEndToEnd::badStatesAreReported_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("message");
+    // clang-format off
     QTest::newRow("empty") << QByteArray() << 1 << QStringLiteral("the file is empty");
-    QTest::newRow("not a state") << QByteArray(300, 'x') << 1
-                                 << QStringLiteral("no channel-strip chunk at offset 92");
-    QTest::newRow("cut after the chunk header")
-        << saved.left(941) << 1
-        << QStringLiteral(
-               "truncated: it ends 723 bytes before the end that the channel-strip chunk at offset "
-               "928 states (1664 bytes)");
+    QTest::newRow("not a state") << QByteArray(300, 'x') << 1 << QStringLiteral("no channel-strip chunk at offset 92");
+    QTest::newRow("cut after the chunk header") << saved.left(941) << 1 << QStringLiteral("truncated: it ends 723 bytes before the end that the channel-strip chunk at offset 928 states (1664 bytes)");
     // The "ORD " id of the chunk that is read: a warning, and the parameters still load.
-    QTest::newRow("damaged ORD id") << QByteArray(saved).replace(948, 4, "ORX ") << 0
-                                    << QStringLiteral("holds no morph data");
+    QTest::newRow("damaged ORD id") << QByteArray(saved).replace(948, 4, "ORX ") << 0 << QStringLiteral("holds no morph data");
+    // clang-format on
 }
 
 void TestStateEndToEnd::badStatesAreReported()
@@ -113,9 +83,9 @@ void TestStateEndToEnd::badStatesAreReported()
     const QString after = m_dir.filePath(QStringLiteral("after %1.state").arg(QTest::currentDataTag()));
     QVERIFY(writeFile(path, bytes));
 
-    Run result;
-    const QString err = hostRun({ "--ch", "2", "--load-state", path, "--save-state", after }, &result);
-    QCOMPARE(result.exitCode, exitCode);
+    const ProcessRun run = runHost({ "--load-state", path, "--save-state", after });
+    const QString err = QString::fromLocal8Bit(run.err);
+    QCOMPARE(run.exitCode, exitCode);
     QVERIFY2(err.contains(path) && err.contains(message), qPrintable(err));
     QCOMPARE(readFile(path), bytes); // left alone
     // A refused file saves nothing; a warned one restores the parameters it holds.

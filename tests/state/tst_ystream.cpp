@@ -26,70 +26,60 @@ class TestYStream : public QObject
     Q_OBJECT
 
 private slots:
-    void readLineAny_data();
-    void readLineAny();
-    void writeLine_data();
-    void writeLine();
+    void lineReadsAndWrites_data();
+    void lineReadsAndWrites();
     void nullStreamCounts();
     void plx3StreamForwards();
-    void plx3StreamTakesAReference();
 };
 
-void TestYStream::readLineAny_data()
+void TestYStream::lineReadsAndWrites_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QByteArray>("extra");
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("function"); // ReadLineANY, or the line end that WriteLine writes
+    QTest::addColumn<QByteArray>("bytes");    // the stream before
+    QTest::addColumn<int>("size");            // the buffer size to read, the length to write
+    QTest::addColumn<QByteArray>("extra");    // extra delimiters of a read
+    QTest::addColumn<int>("result");
+    QTest::addColumn<QByteArray>("text"); // the line read, the stream after a write
     QTest::addColumn<int>("position");
 
-    QTest::newRow("crlf") << QByteArray("ab\r\ncd") << 6 << QByteArray() << 2 << QByteArray("ab") << 4;
-    QTest::newRow("earliest terminator wins")
-        << QByteArray("ab\ncd\r") << 6 << QByteArray() << 2 << QByteArray("ab") << 3;
-    QTest::newRow("lone cr") << QByteArray("abc\rd") << 5 << QByteArray() << 3 << QByteArray("abc") << 4;
-    QTest::newRow("no terminator") << QByteArray("abcdef") << 4 << QByteArray() << 4 << QByteArray("abcd")
-                                   << 4;
-    QTest::newRow("extra delimiter") << QByteArray("ab,c\nd") << 6 << QByteArray(",") << 2 << QByteArray("ab")
-                                     << 3;
-    QTest::newRow("short stream") << QByteArray("xy") << 10 << QByteArray() << 2 << QByteArray("xy") << 2;
-    QTest::newRow("empty line") << QByteArray("\r\nz") << 3 << QByteArray() << 0 << QByteArray() << 2;
+    // clang-format off
+    QTest::newRow("crlf read") << QByteArray("read") << QByteArray("ab\r\ncd") << 6 << QByteArray() << 2 << QByteArray("ab") << 4;
+    QTest::newRow("earliest terminator wins") << QByteArray("read") << QByteArray("ab\ncd\r") << 6 << QByteArray() << 2 << QByteArray("ab") << 3;
+    QTest::newRow("lone cr") << QByteArray("read") << QByteArray("abc\rd") << 5 << QByteArray() << 3 << QByteArray("abc") << 4;
+    QTest::newRow("no terminator") << QByteArray("read") << QByteArray("abcdef") << 4 << QByteArray() << 4 << QByteArray("abcd") << 4;
+    QTest::newRow("extra delimiter") << QByteArray("read") << QByteArray("ab,c\nd") << 6 << QByteArray(",") << 2 << QByteArray("ab") << 3;
+    QTest::newRow("short stream") << QByteArray("read") << QByteArray("xy") << 10 << QByteArray() << 2 << QByteArray("xy") << 2;
+    QTest::newRow("empty line") << QByteArray("read") << QByteArray("\r\nz") << 3 << QByteArray() << 0 << QByteArray() << 2;
+    // A write returns the text's own Write, without the line end.
+    QTest::newRow("lf, own length") << QByteArray("\n") << QByteArray() << 0 << QByteArray() << 5 << QByteArray("hello\n") << 6;
+    QTest::newRow("cr, given length") << QByteArray("\r") << QByteArray() << 3 << QByteArray() << 3 << QByteArray("hel\r") << 4;
+    QTest::newRow("crlf write") << QByteArray("\r\n") << QByteArray() << 0 << QByteArray() << 5 << QByteArray("hello\r\n") << 7;
+    // clang-format on
 }
 
-void TestYStream::readLineAny()
+void TestYStream::lineReadsAndWrites()
 {
+    QFETCH(QByteArray, function);
     QFETCH(QByteArray, bytes);
     QFETCH(int, size);
     QFETCH(QByteArray, extra);
     MemoryStream m(bytes);
-    QByteArray buffer(size + 1, '#');
-    const int length = m.stream.ReadLine(buffer.data(), size, extra.isEmpty() ? nullptr : extra.constData());
-    QTEST(length, "length");
-    QTEST(QByteArray(buffer.constData()), "text");
+    int result = 0;
+    QByteArray text;
+    if (function == "read") {
+        QByteArray buffer(size + 1, '#');
+        result = m.stream.ReadLine(buffer.data(), size, extra.isEmpty() ? nullptr : extra.constData());
+        text = buffer.constData();
+    } else {
+        m.stream.SetWriteLineFunc(function == "\n" ? &YStream::WriteLineLF
+                : function == "\r"                 ? &YStream::WriteLineCR
+                                                   : &YStream::WriteLineCRLF);
+        result = m.stream.WriteLine("hello", size);
+        text = m.memory->data();
+    }
+    QTEST(result, "result");
+    QTEST(text, "text");
     QTEST(m.stream.GetMarker(), "position");
-}
-
-void TestYStream::writeLine_data()
-{
-    QTest::addColumn<int>("ending"); // 0 LF, 1 CR, 2 CRLF
-    QTest::addColumn<int>("length");
-    QTest::addColumn<QByteArray>("written");
-    QTest::newRow("lf, own length") << 0 << 0 << QByteArray("hello\n");
-    QTest::newRow("cr, given length") << 1 << 3 << QByteArray("hel\r");
-    QTest::newRow("crlf") << 2 << 0 << QByteArray("hello\r\n");
-}
-
-void TestYStream::writeLine()
-{
-    QFETCH(int, ending);
-    QFETCH(int, length);
-    MemoryStream m;
-    const YStream::WriteLineFunc functions[]
-        = { &YStream::WriteLineLF, &YStream::WriteLineCR, &YStream::WriteLineCRLF };
-    m.stream.SetWriteLineFunc(functions[ending]);
-    // The result is the text's own Write, without the line end.
-    QCOMPARE(m.stream.WriteLine("hello", length), length ? length : 5);
-    QTEST(m.memory->data(), "written");
 }
 
 void TestYStream::nullStreamCounts()
@@ -123,34 +113,27 @@ void TestYStream::nullStreamCounts()
 
 void TestYStream::plx3StreamForwards()
 {
-    MemoryStream m(QByteArray("0123456789"));
-    char buffer[4] = {};
-    QCOMPARE(m.stream.SetMarker(3, YStreamFromStart), 3);
-    QCOMPARE(m.stream.GetLength(), 10);
-    QCOMPARE(m.stream.GetMarker(), 3); // the length is measured without moving
-    QCOMPARE(m.stream.Read(buffer, 4), 4);
-    QCOMPARE(QByteArray(buffer, 4), QByteArray("3456"));
-    QCOMPARE(m.stream.SetMarker(-2, YStreamFromEnd), 8);
-    QCOMPARE(m.stream.Read(buffer, 4), 2); // short read: bytes actually read
-    QCOMPARE(m.stream.SetMarker(-1, YStreamFromCurrent), 9);
-    QCOMPARE(m.stream.Write("AB", 2), 2);
-    QCOMPARE(m.memory->data(), QByteArray("012345678AB"));
-    // A failing host call reads as 0 bytes and reports no position.
-    QCOMPARE(m.stream.Read(buffer, -1), 0);
-    QCOMPARE(m.stream.SetMarker(-100, YStreamFromStart), 0);
-}
-
-void TestYStream::plx3StreamTakesAReference()
-{
-    auto *memory = new MemoryBStream;
+    auto *memory = new MemoryBStream(QByteArray("0123456789"));
     {
         YPlx3Stream stream(memory);
-        QCOMPARE(memory->addRef(), 3u);
+        QCOMPARE(memory->addRef(), 3u); // ours, the stream's and this one
         memory->release();
+        char buffer[4] = {};
+        QCOMPARE(stream.SetMarker(3, YStreamFromStart), 3);
+        QCOMPARE(stream.GetLength(), 10);
+        QCOMPARE(stream.GetMarker(), 3); // the length is measured without moving
+        QCOMPARE(stream.Read(buffer, 4), 4);
+        QCOMPARE(QByteArray(buffer, 4), QByteArray("3456"));
+        QCOMPARE(stream.SetMarker(-2, YStreamFromEnd), 8);
+        QCOMPARE(stream.Read(buffer, 4), 2); // short read: bytes actually read
+        QCOMPARE(stream.SetMarker(-1, YStreamFromCurrent), 9);
+        QCOMPARE(stream.Write("AB", 2), 2);
+        QCOMPARE(memory->data(), QByteArray("012345678AB"));
+        // A failing host call reads as 0 bytes and reports no position.
+        QCOMPARE(stream.Read(buffer, -1), 0);
+        QCOMPARE(stream.SetMarker(-100, YStreamFromStart), 0);
     }
-    QCOMPARE(memory->addRef(), 2u); // back to our own reference
-    memory->release();
-    memory->release();
+    QCOMPARE(memory->release(), 0u); // the stream gave its reference back
     YPlx3Stream none(nullptr);
     QCOMPARE(none.GetLength(), 0);
     QCOMPARE(none.Write("x", 1), 0);
