@@ -25,7 +25,6 @@ private slots:
     void boundControlsFollowTheMemory_data();
     void boundControlsFollowTheMemory();
     void gesturesWriteTheMemory();
-    void pullDownListsTheHostTexts();
     void metersFollowTheirRoutes();
     void leavesNoObserverBehind();
     void pluginOffersTheGallery();
@@ -112,19 +111,6 @@ void tst_ControlsGallery::gesturesWriteTheMemory()
     text->setString(QStringLiteral("2k"));
     QCOMPARE(valueText("fx_eq_midfrq"), QByteArray("2k"));
     QCOMPARE(control<KnobController>("m_pKnob_fx_eq_midfrq")->value(), m_pMemory->value("fx_eq_midfrq"));
-}
-
-void tst_ControlsGallery::pullDownListsTheHostTexts()
-{
-    auto *ratio = control<PullDownButtonController>("m_pRatioPullDown");
-    QVERIFY(ratio);
-    const unsigned short id = m_model.parameterId("fx_cmp_rto");
-    int minimum = 0;
-    int maximum = 0;
-    QVERIFY(m_pMemory->getRange(id, 0, &minimum, &maximum) >= 0);
-    QCOMPARE(ratio->textList().size(), maximum - minimum + 1);
-    m_pMemory->setValueByKey("fx_cmp_rto", maximum);
-    QCOMPARE(ratio->textList().last().toLatin1(), valueText("fx_cmp_rto"));
 }
 
 void tst_ControlsGallery::metersFollowTheirRoutes()

@@ -10,36 +10,6 @@ using namespace CommonController_MemAPI;
 
 namespace {
 
-const QColor Background(0, 0, 0);
-const QColor MidColor(255, 0, 0);
-const QColor DarkColor(0, 0, 255);
-const QColor LightColor(0, 255, 0);
-
-// A palette whose meter roles are told apart by one channel each.
-QPalette meterPalette()
-{
-    QPalette palette;
-    for (auto group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled }) {
-        palette.setColor(group, QPalette::Window, Background);
-        palette.setColor(group, QPalette::Mid, MidColor);
-        palette.setColor(group, QPalette::Dark, DarkColor);
-        palette.setColor(group, QPalette::Light, LightColor);
-    }
-    return palette;
-}
-
-template<typename Meter> void prepare(Meter &meter, const QSize &size)
-{
-    meter.setPalette(meterPalette());
-    meter.setAutoFillBackground(true);
-    meter.resize(size);
-}
-
-QImage picture(QWidget &widget)
-{
-    return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
-}
-
 class CountingMeter : public MeterController
 {
 public:
@@ -64,8 +34,6 @@ private slots:
     void segments();
     void normalisation_data();
     void normalisation();
-    void barPixels_data();
-    void barPixels();
     void peakHoldsThenFalls();
     void sameSegmentsRepaintNothing();
     void levelTextForAssistiveTechnology();
@@ -131,39 +99,6 @@ void tst_Meters::normalisation()
     QVERIFY(qAbs(meter.convertNormalized(value) - expected) < 1e-9);
 }
 
-void tst_Meters::barPixels_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<bool>("topLit");    // just below the bar's top: zone above -18 dB
-    QTest::addColumn<bool>("bottomLit"); // just above the bar's bottom: zone below
-    QTest::addColumn<bool>("over");
-    QTest::newRow("silence") << int(MeterController::Minus600) << -1270 << false << false << false;
-    QTest::newRow("0 dB fills, no over") << int(MeterController::Minus600) << 0 << true << true << false;
-    QTest::newRow("+0.1 dB lights over") << int(MeterController::Minus600) << 1 << true << true << true;
-    QTest::newRow("-22.6 dB on a -22.5 meter")
-        << int(MeterController::Minus225) << -226 << false << false << false;
-}
-
-void tst_Meters::barPixels()
-{
-    QFETCH(int, type);
-    QFETCH(int, value);
-    QFETCH(bool, topLit);
-    QFETCH(bool, bottomLit);
-    QFETCH(bool, over);
-    MeterController meter;
-    prepare(meter, QSize(10, 106));
-    meter.setMeterType(MeterController::MeterType(type));
-    meter.setValue(value);
-    const QImage image = picture(meter);
-    // The over row is y 0..2, the bar y 6..105.
-    QCOMPARE(image.pixelColor(5, 1) == LightColor, over);
-    QCOMPARE(image.pixelColor(5, 7) == MidColor, topLit);
-    QCOMPARE(image.pixelColor(5, 104) == DarkColor, bottomLit);
-    QCOMPARE(image.pixelColor(5, 4), Background); // the gap never lights
-}
-
 void tst_Meters::peakHoldsThenFalls()
 {
     PeakMeterController meter;
@@ -189,7 +124,7 @@ void tst_Meters::peakHoldsThenFalls()
 void tst_Meters::sameSegmentsRepaintNothing()
 {
     CountingMeter meter;
-    prepare(meter, QSize(10, 106));
+    meter.resize(10, 106);
     meter.show();
     QVERIFY(QTest::qWaitForWindowExposed(&meter));
     QTRY_VERIFY(meter.paints > 0);

@@ -1,6 +1,7 @@
 #include <QTest>
 #include <cmath>
 #include <complex>
+#include <tuple>
 
 #include "ORVChStrip/Filter/FILTER2PEQ.h"
 
@@ -92,7 +93,6 @@ private slots:
     void boostAndCutCancel();
     void nyquistGuard_data();
     void nyquistGuard();
-    void runningFilterMatchesPower_data();
     void runningFilterMatchesPower();
     void crossfadeBlendsOldAndNew();
 };
@@ -232,32 +232,22 @@ void TestFilter2Peq::nyquistGuard()
     }
 }
 
-void TestFilter2Peq::runningFilterMatchesPower_data()
-{
-    QTest::addColumn<int>("shape");
-    QTest::addColumn<double>("f0");
-    QTest::addColumn<double>("gain");
-    QTest::newRow("peak +12 at 1k") << int(Peaking) << 1000.0 << 12.0;
-    QTest::newRow("low shelf +6") << int(LowShelf) << 200.0 << 6.0;
-    QTest::newRow("high shelf -8") << int(HighShelf) << 4000.0 << -8.0;
-}
-
 void TestFilter2Peq::runningFilterMatchesPower()
 {
-    QFETCH(int, shape);
-    QFETCH(double, f0);
-    QFETCH(double, gain);
     const double fs = 48000.0;
-    for (double f : { 100.0, 1000.0, 2000.0, 8000.0 }) {
-        FILTER2PEQ filter;
-        filter.initializeFilterProc(fs);
-        setShape(filter, Shape(shape), fs, f0, gain, 2.0);
-        const double measured = measuredDb(filter, fs, f);
-        QVERIFY2(std::abs(measured - filter.power(f, fs)) < 0.01,
-            qPrintable(QStringLiteral("%1 Hz: ran %2 dB, power %3 dB")
-                           .arg(f)
-                           .arg(measured)
-                           .arg(filter.power(f, fs))));
+    for (const auto &[shape, f0, gain] :
+        { std::tuple(Peaking, 1000.0, 12.0), { LowShelf, 200.0, 6.0 }, { HighShelf, 4000.0, -8.0 } }) {
+        for (double f : { 100.0, 1000.0, 2000.0, 8000.0 }) {
+            FILTER2PEQ filter;
+            filter.initializeFilterProc(fs);
+            setShape(filter, shape, fs, f0, gain, 2.0);
+            const double measured = measuredDb(filter, fs, f);
+            QVERIFY2(std::abs(measured - filter.power(f, fs)) < 0.01,
+                qPrintable(QStringLiteral("%1 Hz: ran %2 dB, power %3 dB")
+                               .arg(f)
+                               .arg(measured)
+                               .arg(filter.power(f, fs))));
+        }
     }
 }
 
