@@ -41,8 +41,6 @@ private slots:
     void normalizedRounding_data();
     void normalizedRounding();
     void showsOnlyConfirmedValues();
-    void rangeSetters_data();
-    void rangeSetters();
     void checkTrigger_data();
     void checkTrigger();
     void artworkPlacement_data();
@@ -114,33 +112,6 @@ void TestPushButtonController::showsOnlyConfirmedValues()
     QCOMPARE(button.maximumValue(), 1);
     memory.setFailing(true);
     QCOMPARE(button.maximumValue(), 0);
-}
-
-void TestPushButtonController::rangeSetters_data()
-{
-    QTest::addColumn<int>("newMinimum");
-    QTest::addColumn<int>("newMaximum");
-    QTest::addColumn<QList<int>>("expected"); // minimum, maximum, default, value
-    // Start: range 0..10, default 4, value 6; the minimum is set first.
-    QTest::newRow("minimum raises default and value") << 5 << 10 << QList<int> { 5, 10, 5, 6 };
-    QTest::newRow("minimum above maximum collapses") << 12 << 12 << QList<int> { 12, 12, 12, 12 };
-    QTest::newRow("maximum below minimum collapses") << 2 << 1 << QList<int> { 1, 1, 1, 1 };
-}
-
-void TestPushButtonController::rangeSetters()
-{
-    QFETCH(int, newMinimum);
-    QFETCH(int, newMaximum);
-    QFETCH(QList<int>, expected);
-    PushButtonController button;
-    button.setMaximumValue(10);
-    button.setDefaultValue(4);
-    button.setValue(6);
-    button.setMinimumValue(newMinimum);
-    button.setMaximumValue(newMaximum);
-    QCOMPARE(
-        (QList<int> { button.minimumValue(), button.maximumValue(), button.defaultValue(), button.value() }),
-        expected);
 }
 
 void TestPushButtonController::checkTrigger_data()

@@ -6,32 +6,13 @@
 
 using namespace CommonController_MemAPI;
 
-namespace {
-
-class CountingLabel : public SvgLabel
-{
-public:
-    int paints = 0;
-
-protected:
-    void paintEvent(QPaintEvent *event) override
-    {
-        ++paints;
-        SvgLabel::paintEvent(event);
-    }
-};
-
-} // namespace
-
-// Which artwork a label shows, and that setting the same artwork again costs
-// no repaint. Its look on the panels is in the golden pictures.
+// Which artwork a label shows; its look on the panels is in the golden pictures.
 class TestSvgLabel : public QObject
 {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void loadsOnce();
     void artwork_data();
     void artwork();
 
@@ -53,23 +34,6 @@ void TestSvgLabel::initTestCase()
     };
     m_red = write("red.svg", "#ff0000");
     m_blue = write("blue.svg", "#0000ff");
-}
-
-void TestSvgLabel::loadsOnce()
-{
-    CountingLabel label;
-    label.resize(40, 40);
-    label.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&label));
-    QTRY_VERIFY(label.paints > 0);
-    label.paints = 0;
-    label.setSvg(m_red);
-    label.setSvg(m_red);
-    label.setOpacity(1.0);
-    label.setDisableSvg(QString());
-    QTRY_COMPARE(label.paints, 1);
-    QTest::qWait(30);
-    QCOMPARE(label.paints, 1);
 }
 
 void TestSvgLabel::artwork_data()

@@ -8,23 +8,6 @@
 
 using namespace CommonController_MemAPI;
 
-namespace {
-
-class CountingMeter : public MeterController
-{
-public:
-    int paints = 0;
-
-protected:
-    void paintEvent(QPaintEvent *event) override
-    {
-        ++paints;
-        MeterController::paintEvent(event);
-    }
-};
-
-} // namespace
-
 class tst_Meters : public QObject
 {
     Q_OBJECT
@@ -35,7 +18,6 @@ private slots:
     void normalisation_data();
     void normalisation();
     void peakHoldsThenFalls();
-    void sameSegmentsRepaintNothing();
     void levelTextForAssistiveTechnology();
 };
 
@@ -119,33 +101,6 @@ void tst_Meters::peakHoldsThenFalls()
     // A louder reading raises the mark at once.
     meter.setValue(-100);
     QCOMPARE(meter.peakValue(), -100);
-}
-
-void tst_Meters::sameSegmentsRepaintNothing()
-{
-    CountingMeter meter;
-    meter.resize(10, 106);
-    meter.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&meter));
-    QTRY_VERIFY(meter.paints > 0);
-    QTest::qWait(20);
-
-    const int before = meter.paints;
-    meter.setValue(-700); // below -60 dB: no segment, as before
-    meter.setValue(-650);
-    QTest::qWait(30);
-    QCOMPARE(meter.paints, before);
-
-    meter.setValue(-101); // the -11 dB segment
-    QTRY_COMPARE(meter.paints, before + 1);
-    meter.setValue(-104); // still -11 dB
-    QTest::qWait(30);
-    QCOMPARE(meter.paints, before + 1);
-
-    // Every reading is still announced.
-    QSignalSpy spy(&meter, qOverload<int>(&MeterController::valueChanged));
-    meter.setValue(-102);
-    QCOMPARE(spy.count(), 1);
 }
 
 void tst_Meters::levelTextForAssistiveTechnology()

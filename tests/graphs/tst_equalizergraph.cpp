@@ -7,7 +7,6 @@
 #include "ORVChStrip/EqualizerGraphCurves.h"
 #include "ORVChStrip/EqualizerGraphGeometry.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
-#include "ORVChStrip/PolylineSimplify.h"
 #include "ParameterMemory.h"
 #include "PointerEvents.h"
 
@@ -65,7 +64,6 @@ class TestEqualizerGraph : public QObject
     Q_OBJECT
 
 private slots:
-    void simplifiedCurvesStayClose();
     void totalCurveSpansThePlot_data();
     void totalCurveSpansThePlot();
     void registrationAndUpdates();
@@ -82,32 +80,6 @@ private slots:
     void changedBandsMatchAFreshGraph_data();
     void changedBandsMatchAFreshGraph();
 };
-
-void TestEqualizerGraph::simplifiedCurvesStayClose()
-{
-    QPolygonF line;
-    QPolygonF wave;
-    for (int i = 0; i <= 400; ++i) {
-        line.append(QPointF(i, 0.5 * i));
-        wave.append(QPointF(i, 40.0 * std::sin(i / 30.0)));
-    }
-    QCOMPARE(simplifiedPolyline(line, 0.1), QPolygonF({ line.first(), line.last() }));
-
-    const QPolygonF thin = simplifiedPolyline(wave, 0.1);
-    QVERIFY(thin.size() < wave.size() / 2);
-    QCOMPARE(thin.first(), wave.first());
-    QCOMPARE(thin.last(), wave.last());
-    // Every dropped point lies within the tolerance of the kept segment spanning it.
-    int segment = 0;
-    for (const QPointF &p : wave) {
-        while (thin[segment + 1].x() < p.x())
-            ++segment;
-        const QPointF a = thin[segment];
-        const QPointF d = thin[segment + 1] - a;
-        const QPointF v = p - a;
-        QVERIFY(std::abs(d.x() * v.y() - d.y() * v.x()) / std::hypot(d.x(), d.y()) <= 0.1);
-    }
-}
 
 void TestEqualizerGraph::totalCurveSpansThePlot_data()
 {
