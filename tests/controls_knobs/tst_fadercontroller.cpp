@@ -1,4 +1,3 @@
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
@@ -18,18 +17,55 @@ public:
     void endEdit() override { ++ends; }
 };
 
-// A vertical 28 x 160 fader over 0..100 with the 28 x 44 thumb: the thumb
-// travels 116 pixels.
-void setUp(FaderController &fader, int value, bool reverse = false,
-    FaderController::OperationType type = FaderController::Jump)
+// A fader as the setup words ask: "touch", "jump" (the default), "relative"
+// or "ramp"; "reverse", "horizontal", "doubleclick"; "at N" starts it at N.
+// Vertical it is 28 x 160 over 0..100 with the 28 x 44 thumb, which travels
+// 116 pixels; horizontal 160 x 44. The default value is 20.
+void setUp(FaderController &fader, const QString &setup)
 {
-    fader.resize(28, 160);
+    const QStringList words = setup.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const bool horizontal = words.contains(QLatin1String("horizontal"));
+    fader.resize(horizontal ? QSize(160, 44) : QSize(28, 160));
+    fader.setOrientation(horizontal ? Qt::Horizontal : Qt::Vertical);
     fader.setKnobSvg(QStringLiteral(":/image/orvchstrip/fader_knob.svg"));
     fader.setMinimumValue(0);
     fader.setMaximumValue(100);
-    fader.setValue(value);
-    fader.setReverse(reverse);
-    fader.setOperationType(type);
+    fader.setDefaultValue(20);
+    const int at = words.indexOf(QLatin1String("at"));
+    fader.setValue(at >= 0 ? words.value(at + 1).toInt() : 50);
+    fader.setReverse(words.contains(QLatin1String("reverse")));
+    fader.setEnableDoubleClick(words.contains(QLatin1String("doubleclick")));
+    fader.setOperationType(words.contains(QLatin1String("touch")) ? FaderController::Touch
+            : words.contains(QLatin1String("relative"))           ? FaderController::Relative
+            : words.contains(QLatin1String("ramp"))               ? FaderController::Ramp
+                                                                  : FaderController::Jump);
+}
+
+// Plays steps separated by ";": "press X Y", "move X Y", "release X Y",
+// "dblclick X Y", each with "shift" or "ctrl" after it to hold that key;
+// "key NAME" (Up, Down, Right, PageUp); "wheel DELTA"; "wait", the
+// double-click interval and a little more.
+void play(FaderController &fader, const QString &script)
+{
+    static const QHash<QString, QEvent::Type> mouse { { "press", QEvent::MouseButtonPress },
+        { "move", QEvent::MouseMove }, { "release", QEvent::MouseButtonRelease },
+        { "dblclick", QEvent::MouseButtonDblClick } };
+    static const QHash<QString, Qt::Key> keys { { "Up", Qt::Key_Up }, { "Down", Qt::Key_Down },
+        { "Right", Qt::Key_Right }, { "PageUp", Qt::Key_PageUp } };
+    for (const QString &step : script.split(QLatin1Char(';'))) {
+        const QStringList w = step.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const Qt::KeyboardModifiers modifiers = w.contains(QLatin1String("shift")) ? Qt::ShiftModifier
+            : w.contains(QLatin1String("ctrl"))                                    ? Qt::ControlModifier
+                                                                                   : Qt::NoModifier;
+        if (mouse.contains(w[0]))
+            sendMouse(&fader, mouse[w[0]], QPoint(w[1].toInt(), w[2].toInt()), modifiers);
+        else if (w[0] == QLatin1String("key"))
+            QTest::keyClick(&fader, keys.value(w[1]));
+        else if (w[0] == QLatin1String("wheel"))
+            QVERIFY(sendWheel(&fader, QPoint(5, 5), QPoint(0, w[1].toInt())));
+        else if (w[0] == QLatin1String("wait"))
+            QTest::qWait(QApplication::doubleClickInterval() + 100);
+    }
 }
 
 } // namespace
@@ -41,90 +77,91 @@ class tst_FaderController : public QObject
 private slots:
     void thumbGeometry_data();
     void thumbGeometry();
-    void pressOffTheThumb_data();
-    void pressOffTheThumb();
-    void relativeDrag();
+    void gestures_data();
+    void gestures();
     void ramp_data();
     void ramp();
-    void restoresTheDefault();
-    void wheelAndKeys_data();
-    void wheelAndKeys();
 };
 
 void tst_FaderController::thumbGeometry_data()
 {
-    QTest::addColumn<bool>("horizontal");
-    QTest::addColumn<bool>("reverse");
-    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("setup");
     QTest::addColumn<QRectF>("expected");
-    QTest::newRow("vertical minimum at the bottom") << false << false << 0 << QRectF(0, 116, 28, 44);
-    QTest::newRow("vertical reversed") << false << true << 0 << QRectF(0, 0, 28, 44);
-    QTest::newRow("horizontal quarter") << true << false << 25 << QRectF(33, 0, 28, 44);
-    QTest::newRow("horizontal reversed") << true << true << 25 << QRectF(99, 0, 28, 44);
+    QTest::newRow("vertical minimum at the bottom") << "at 0" << QRectF(0, 116, 28, 44);
+    QTest::newRow("vertical reversed") << "reverse at 0" << QRectF(0, 0, 28, 44);
+    QTest::newRow("horizontal quarter") << "horizontal at 25" << QRectF(33, 0, 28, 44);
+    QTest::newRow("horizontal reversed") << "horizontal reverse at 25" << QRectF(99, 0, 28, 44);
 }
 
 void tst_FaderController::thumbGeometry()
 {
-    QFETCH(bool, horizontal);
-    QFETCH(bool, reverse);
-    QFETCH(int, value);
+    QFETCH(QString, setup);
     QFETCH(QRectF, expected);
     FaderController fader;
-    setUp(fader, value, reverse);
-    if (horizontal) {
-        fader.setOrientation(Qt::Horizontal);
-        fader.resize(160, 44);
-    }
+    setUp(fader, setup);
     QCOMPARE(fader.thumbRect(), expected);
     fader.setScale(2.0);
     fader.resize(fader.size() * 2);
     QCOMPARE(fader.thumbRect(), QRectF(expected.topLeft() * 2, expected.size() * 2));
 }
 
-void tst_FaderController::pressOffTheThumb_data()
+void tst_FaderController::gestures_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<bool>("reverse");
-    QTest::addColumn<int>("pressY");
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QString>("script");
     QTest::addColumn<int>("expected");
-    QTest::addColumn<bool>("drags");
-    // Start at 100 (thumb at the top, y 0..44), or 0 when reversed.
-    QTest::newRow("touch ignores it") << int(FaderController::Touch) << false << 138 << 100 << false;
-    QTest::newRow("jump to the middle") << int(FaderController::Jump) << false << 80 << 50 << true;
-    QTest::newRow("jump reversed") << int(FaderController::Jump) << true << 138 << 100 << true;
-    QTest::newRow("relative only drags") << int(FaderController::Relative) << false << 138 << 100 << true;
+    // At 100 the thumb covers y 0..44; at 0 reversed, too.
+    QTest::newRow("touch ignores a press off the thumb") << "touch at 100"
+                                                         << "press 14 138; release 14 138" << 100;
+    QTest::newRow("jump to the middle") << "at 100"
+                                        << "press 14 80; release 14 80" << 50;
+    QTest::newRow("jump reversed") << "reverse at 0"
+                                   << "press 14 138; release 14 138" << 100;
+    QTest::newRow("relative press only grabs") << "relative at 100"
+                                               << "press 14 138; release 14 138" << 100;
+    // Up raises the value; Shift re-anchors and makes the drag four times finer.
+    QTest::newRow("relative drag") << "relative"
+                                   << "press 14 140; move 14 111; release 14 111" << 75;
+    QTest::newRow("relative drag, then fine")
+        << "relative"
+        << "press 14 140; move 14 111; move 14 111 shift; move 14 53 shift; release 14 53" << 88;
+    // A double click restores the default only when enabled, and not as the
+    // second click of a jump.
+    QTest::newRow("double click, not enabled") << "at 100"
+                                               << "dblclick 14 22; release 14 22" << 100;
+    QTest::newRow("double click right after a jump")
+        << "doubleclick at 100"
+        << "press 14 80; release 14 80; dblclick 14 80; release 14 80" << 50;
+    QTest::newRow("double click after the interval")
+        << "doubleclick at 100"
+        << "press 14 80; release 14 80; wait; dblclick 14 80; release 14 80" << 20;
+    QTest::newRow("control-click on the thumb, touch") << "touch at 50"
+                                                       << "press 14 80 ctrl; release 14 80" << 20;
+    QTest::newRow("key up") << ""
+                            << "key Up" << 51;
+    QTest::newRow("key down reversed") << "reverse"
+                                       << "key Down" << 51;
+    QTest::newRow("key right, horizontal") << "horizontal"
+                                           << "key Right" << 51;
+    QTest::newRow("key up ignored, horizontal") << "horizontal"
+                                                << "key Up" << 50;
+    QTest::newRow("page up reversed") << "reverse"
+                                      << "key PageUp" << 40;
+    QTest::newRow("wheel reversed, two notches") << "reverse"
+                                                 << "wheel 240" << 48;
 }
 
-void tst_FaderController::pressOffTheThumb()
+// Every gesture is one edit bracket at most, closed by its release.
+void tst_FaderController::gestures()
 {
-    QFETCH(int, type);
-    QFETCH(bool, reverse);
-    QFETCH(int, pressY);
+    QFETCH(QString, setup);
+    QFETCH(QString, script);
     QFETCH(int, expected);
-    QFETCH(bool, drags);
     CountingFader fader;
-    setUp(fader, reverse ? 0 : 100, reverse, FaderController::OperationType(type));
-    QSignalSpy dragSpy(&fader, &FaderController::drag);
-    sendMouse(&fader, QEvent::MouseButtonPress, QPoint(14, pressY));
+    setUp(fader, setup);
+    play(fader, script);
     QCOMPARE(fader.value(), expected);
-    QCOMPARE(fader.isDragging(), drags);
-    sendMouse(&fader, QEvent::MouseButtonRelease, QPoint(14, pressY));
-    QCOMPARE(dragSpy.count(), drags ? 2 : 0);
-    QCOMPARE(std::pair(fader.begins, fader.ends), std::pair(int(drags), int(drags)));
-}
-
-void tst_FaderController::relativeDrag()
-{
-    FaderController fader;
-    setUp(fader, 50, false, FaderController::Relative);
-    // 116 pixels of travel for the whole range; up raises the value.
-    sendMouse(&fader, QEvent::MouseButtonPress, QPoint(14, 140));
-    sendMouse(&fader, QEvent::MouseMove, QPoint(14, 111));
-    QCOMPARE(fader.value(), 75);
-    // Shift re-anchors and makes the drag four times finer.
-    sendMouse(&fader, QEvent::MouseMove, QPoint(14, 111), Qt::ShiftModifier);
-    sendMouse(&fader, QEvent::MouseMove, QPoint(14, 53), Qt::ShiftModifier);
-    QCOMPARE(fader.value(), 88);
+    QCOMPARE(fader.ends, fader.begins);
 }
 
 void tst_FaderController::ramp_data()
@@ -141,7 +178,7 @@ void tst_FaderController::ramp()
     QFETCH(int, step);
     const Qt::KeyboardModifiers modifiers = shift ? Qt::ShiftModifier : Qt::NoModifier;
     FaderController fader;
-    setUp(fader, 50, false, FaderController::Ramp); // thumb at y 58..102
+    setUp(fader, QStringLiteral("ramp")); // thumb at y 58..102
     auto *timer = fader.findChild<QTimer *>(QStringLiteral("rampTimer"));
     QVERIFY(timer);
     // Held below the thumb: one step at once, the next after a longer first delay.
@@ -153,64 +190,6 @@ void tst_FaderController::ramp()
     QTRY_COMPARE_WITH_TIMEOUT(fader.value(), 50 + 3 * step, 2000);
     QTest::mouseRelease(&fader, Qt::LeftButton, modifiers, QPoint(14, 150));
     QVERIFY(!timer->isActive());
-}
-
-void tst_FaderController::restoresTheDefault()
-{
-    FaderController fader;
-    setUp(fader, 100);
-    fader.setDefaultValue(20);
-    // Without enableDoubleClick a double click is just another press.
-    sendMouse(&fader, QEvent::MouseButtonDblClick, QPoint(14, 22));
-    QCOMPARE(fader.value(), 100);
-
-    // Right after a jump, the second click of a double click jumps again;
-    // once the double-click interval is over it restores the default.
-    fader.setEnableDoubleClick(true);
-    sendMouse(&fader, QEvent::MouseButtonPress, QPoint(14, 80));
-    sendMouse(&fader, QEvent::MouseButtonRelease, QPoint(14, 80));
-    sendMouse(&fader, QEvent::MouseButtonDblClick, QPoint(14, 80));
-    sendMouse(&fader, QEvent::MouseButtonRelease, QPoint(14, 80));
-    QCOMPARE(fader.value(), 50);
-    QTest::qWait(QApplication::doubleClickInterval() + 100);
-    sendMouse(&fader, QEvent::MouseButtonDblClick, QPoint(14, 80));
-    QCOMPARE(fader.value(), 20);
-
-    // Control-click restores it on the thumb, also in Touch mode.
-    fader.setValue(70);
-    fader.setOperationType(FaderController::Touch);
-    sendMouse(&fader, QEvent::MouseButtonPress, fader.thumbRect().center().toPoint(), Qt::ControlModifier);
-    QCOMPARE(fader.value(), 20);
-}
-
-void tst_FaderController::wheelAndKeys_data()
-{
-    QTest::addColumn<bool>("horizontal");
-    QTest::addColumn<bool>("reverse");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("up") << false << false << int(Qt::Key_Up) << 51;
-    QTest::newRow("down reversed") << false << true << int(Qt::Key_Down) << 51;
-    QTest::newRow("right on a horizontal fader") << true << false << int(Qt::Key_Right) << 51;
-    QTest::newRow("up on a horizontal fader") << true << false << int(Qt::Key_Up) << 50;
-    QTest::newRow("page up reversed") << false << true << int(Qt::Key_PageUp) << 40;
-    QTest::newRow("wheel reversed, two notches") << false << true << 0 << 48;
-}
-
-void tst_FaderController::wheelAndKeys()
-{
-    QFETCH(bool, horizontal);
-    QFETCH(bool, reverse);
-    QFETCH(int, key);
-    QFETCH(int, expected);
-    FaderController fader;
-    setUp(fader, 50, reverse);
-    fader.setOrientation(horizontal ? Qt::Horizontal : Qt::Vertical);
-    if (key)
-        QTest::keyClick(&fader, Qt::Key(key));
-    else
-        QVERIFY(sendWheel(&fader, QPoint(5, 5), QPoint(0, 240)));
-    QCOMPARE(fader.value(), expected);
 }
 
 QTEST_MAIN(tst_FaderController)
