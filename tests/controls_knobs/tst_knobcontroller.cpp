@@ -1,5 +1,6 @@
 #include <QSignalSpy>
 #include <QTest>
+#include <tuple>
 
 #include "Common/Widgets/KnobController.h"
 #include "HostModel.h"
@@ -20,16 +21,23 @@ public:
     void endEdit() override { ++ends; }
 };
 
-// An unbound 36 x 36 knob over 0..maximum.
-void setUp(KnobController &knob, int maximum, int value, int step = 1,
-    KnobController::OperationType type = KnobController::Circular)
+// An unbound 36 x 36 knob over 0..maximum as the setup words ask:
+// "linear" or "relative" (else circular), "max N", "at N", "step N".
+void setUp(KnobController &knob, const QString &setup)
 {
+    const QStringList words = setup.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const auto number = [&](const char *word, int otherwise) {
+        const int at = words.indexOf(QLatin1String(word));
+        return at >= 0 ? words.value(at + 1).toInt() : otherwise;
+    };
     knob.resize(36, 36);
     knob.setMinimumValue(0);
-    knob.setMaximumValue(maximum);
-    knob.setValue(value);
-    knob.setValueChangeStep(step);
-    knob.setOperationType(type);
+    knob.setMaximumValue(number("max", 100));
+    knob.setValue(number("at", 50));
+    knob.setValueChangeStep(number("step", 1));
+    knob.setOperationType(words.contains(QLatin1String("linear")) ? KnobController::Linear
+            : words.contains(QLatin1String("relative"))           ? KnobController::RelativeCircular
+                                                                  : KnobController::Circular);
 }
 
 } // namespace
@@ -39,149 +47,96 @@ class tst_KnobController : public QObject
     Q_OBJECT
 
 private slots:
-    void pressMapsTheAngle_data();
-    void pressMapsTheAngle();
-    void linearPixelsPerStep_data();
-    void linearPixelsPerStep();
-    void relativeCircularFollowsRotation();
-    void wheel_data();
-    void wheel();
-    void keys_data();
-    void keys();
+    void gestures_data();
+    void gestures();
     void boundGestures();
 };
 
-void tst_KnobController::pressMapsTheAngle_data()
+void tst_KnobController::gestures_data()
 {
-    QTest::addColumn<QPoint>("press");
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QString>("script");
     QTest::addColumn<int>("expected");
-    // Range 0..100: 101 equal buckets over the 300 degrees from 7 to 5 o'clock.
-    QTest::newRow("just right of 6 o'clock") << QPoint(19, 35) << 100;
-    QTest::newRow("just left of 6 o'clock") << QPoint(17, 35) << 0;
-    QTest::newRow("12 o'clock") << QPoint(18, 0) << 50;
-    QTest::newRow("3 o'clock") << QPoint(36, 18) << 80;
+    // A press maps the angle: 101 equal buckets over the 300 degrees from 7
+    // to 5 o'clock; a relative knob does not jump.
+    QTest::newRow("press just right of 6 o'clock") << "at 60"
+                                                   << "press 19 35" << 100;
+    QTest::newRow("press just left of 6 o'clock") << "at 60"
+                                                  << "press 17 35" << 0;
+    QTest::newRow("press at 12 o'clock") << "at 60"
+                                         << "press 18 0" << 50;
+    QTest::newRow("press at 3 o'clock") << "at 60"
+                                        << "press 36 18" << 80;
+    QTest::newRow("relative press") << "relative at 60"
+                                    << "press 36 18" << 60;
+    // A quarter turn clockwise is 90 of the 300 degrees; with Shift
+    // (re-anchored) the next quarter turn moves a quarter as far.
+    QTest::newRow("relative quarter turn")
+        << "relative max 400 at 200"
+        << "press 18 0; move 31 5; move 36 18; expect 320; move 36 18 shift; "
+           "move 31 31 shift; move 18 36 shift"
+        << 350;
+    // Linear: one step per pixel up to 127 steps, else 200 / steps pixels,
+    // at most 20; right and up both count; Shift re-anchors, four times finer.
+    // The script: one pixel short of a step, a step right, the same up, back
+    // to the start, then with Shift from there four steps less one pixel and
+    // four steps.
+    for (const auto &[setup, pixels, reached] :
+        { std::tuple("max 127", 1, 1), { "max 9", 20, 1 }, { "max 1", 20, 1 }, { "max 99 step 2", 2, 2 } }) {
+        const int p = pixels;
+        QTest::addRow("linear %s", setup)
+            << QStringLiteral("linear at 0 ") + QLatin1String(setup)
+            << QStringLiteral(
+                   "press 18 18; expect 0; move %1 18; expect 0; move %2 18; expect %3; move 18 %4; "
+                   "expect %3; move %4 18; expect 0; move %5 18 shift; move %6 18 shift; expect 0; "
+                   "move %7 18 shift")
+                   .arg(17 + p)
+                   .arg(18 + p)
+                   .arg(reached)
+                   .arg(18 - p)
+                   .arg(19 - p)
+                   .arg(17 + 3 * p)
+                   .arg(18 + 3 * p)
+            << 1;
+    }
+    // The wheel's notch arithmetic, shared by every control that takes the wheel.
+    QTest::newRow("wheel one notch") << ""
+                                     << "wheel 0 120" << 51;
+    QTest::newRow("wheel remainder kept") << ""
+                                          << "wheel 0 200; wheel 0 40" << 52;
+    QTest::newRow("wheel reversal discards the partial sum") << ""
+                                                             << "wheel 0 100; wheel 0 -20; wheel 0 100" << 50;
+    QTest::newRow("wheel coarse step multiplies") << "step 5"
+                                                  << "wheel 0 120" << 55;
+    QTest::newRow("wheel shift: three notches a unit")
+        << ""
+        << "wheel 0 120 shift; wheel 0 120 shift; wheel 0 120 shift" << 51;
+    QTest::newRow("wheel shift, coarse step: a unit a notch") << "step 5"
+                                                              << "wheel 0 120 shift" << 51;
+    QTest::newRow("wheel larger component wins") << ""
+                                                 << "wheel -120 30" << 49;
+    QTest::newRow("key Home") << ""
+                              << "key Home" << 0;
+    QTest::newRow("key Left, coarse") << "step 5"
+                                      << "key Left" << 49;
+    QTest::newRow("key PgUp") << ""
+                              << "key PgUp" << 60;
+    QTest::newRow("key PageDown coarse, clamped") << "step 6"
+                                                  << "key PgDown" << 0;
+    QTest::newRow("other keys ignored") << ""
+                                        << "key A" << 50;
 }
 
-void tst_KnobController::pressMapsTheAngle()
+void tst_KnobController::gestures()
 {
-    QFETCH(QPoint, press);
-    QFETCH(int, expected);
-    KnobController absolute;
-    KnobController relative;
-    setUp(absolute, 100, 60);
-    setUp(relative, 100, 60, 1, KnobController::RelativeCircular);
-    sendMouse(&absolute, QEvent::MouseButtonPress, press);
-    sendMouse(&relative, QEvent::MouseButtonPress, press);
-    QCOMPARE(absolute.value(), expected);
-    QCOMPARE(relative.value(), 60); // a relative knob does not jump
-}
-
-void tst_KnobController::linearPixelsPerStep_data()
-{
-    QTest::addColumn<int>("maximum");
-    QTest::addColumn<int>("pixelsPerStep");
-    QTest::addColumn<int>("valueChangeStep");
-    QTest::newRow("0..127: one step per pixel") << 127 << 1 << 1;
-    QTest::newRow("0..9: one step per 20 pixels") << 9 << 20 << 1;
-    QTest::newRow("0..1: limited to 20 pixels") << 1 << 20 << 1;
-    QTest::newRow("0..99 coarse step 2") << 99 << 2 << 2;
-}
-
-void tst_KnobController::linearPixelsPerStep()
-{
-    QFETCH(int, maximum);
-    QFETCH(int, pixelsPerStep);
-    QFETCH(int, valueChangeStep);
-    KnobController knob;
-    setUp(knob, maximum, 0, valueChangeStep, KnobController::Linear);
-    const auto moveTo = [&](QPoint offset, Qt::KeyboardModifiers modifiers = {}) {
-        sendMouse(&knob, QEvent::MouseMove, QPoint(18, 18) + offset, modifiers);
-        return knob.value();
-    };
-    sendMouse(&knob, QEvent::MouseButtonPress, QPoint(18, 18));
-    QCOMPARE(knob.value(), 0); // a linear knob does not jump
-    // One pixel short of a step changes nothing; right and up both count.
-    QCOMPARE(moveTo({ pixelsPerStep - 1, 0 }), 0);
-    QCOMPARE(moveTo({ pixelsPerStep, 0 }), std::min(maximum, valueChangeStep));
-    QCOMPARE(moveTo({ 0, -pixelsPerStep }), std::min(maximum, valueChangeStep));
-    QCOMPARE(moveTo({ -pixelsPerStep, 0 }), 0);
-    // Shift re-anchors at the last position and makes it four times finer.
-    moveTo({ 1 - pixelsPerStep, 0 }, Qt::ShiftModifier);
-    QCOMPARE(moveTo({ 3 * pixelsPerStep - 1, 0 }, Qt::ShiftModifier), 0);
-    QCOMPARE(moveTo({ 3 * pixelsPerStep, 0 }, Qt::ShiftModifier), 1);
-}
-
-void tst_KnobController::relativeCircularFollowsRotation()
-{
-    KnobController knob;
-    setUp(knob, 300, 150, 1, KnobController::RelativeCircular);
-    // A quarter turn clockwise around the centre is 90 of the 300 degrees.
-    for (const QPoint &at : { QPoint(18, 0), QPoint(31, 5), QPoint(36, 18) })
-        sendMouse(&knob, at == QPoint(18, 0) ? QEvent::MouseButtonPress : QEvent::MouseMove, at);
-    QVERIFY2(qAbs(knob.value() - 240) <= 1, qPrintable(QString::number(knob.value())));
-    // With Shift (re-anchored) the next quarter turn moves a quarter as far.
-    sendMouse(&knob, QEvent::MouseMove, QPoint(36, 19), Qt::ShiftModifier);
-    const int anchored = knob.value();
-    sendMouse(&knob, QEvent::MouseMove, QPoint(31, 31), Qt::ShiftModifier);
-    sendMouse(&knob, QEvent::MouseMove, QPoint(18, 36), Qt::ShiftModifier);
-    QVERIFY2(qAbs(knob.value() - (anchored + 22)) <= 1, qPrintable(QString::number(knob.value())));
-}
-
-// The wheel's notch arithmetic, shared by every control that takes the wheel.
-void tst_KnobController::wheel_data()
-{
-    QTest::addColumn<int>("valueChangeStep");
-    QTest::addColumn<bool>("shift");
-    QTest::addColumn<QList<QPoint>>("deltas");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("one notch") << 1 << false << QList<QPoint> { { 0, 120 } } << 51;
-    QTest::newRow("remainder kept") << 1 << false << QList<QPoint> { { 0, 200 }, { 0, 40 } } << 52;
-    QTest::newRow("reversal discards the partial sum")
-        << 1 << false << QList<QPoint> { { 0, 100 }, { 0, -20 }, { 0, 100 } } << 50;
-    QTest::newRow("coarse step multiplies") << 5 << false << QList<QPoint> { { 0, 120 } } << 55;
-    QTest::newRow("shift: three notches per unit") << 1 << true << QList<QPoint>(3, { 0, 120 }) << 51;
-    QTest::newRow("shift with coarse step: one unit per notch")
-        << 5 << true << QList<QPoint> { { 0, 120 } } << 51;
-    QTest::newRow("larger component wins") << 1 << false << QList<QPoint> { { -120, 30 } } << 49;
-}
-
-void tst_KnobController::wheel()
-{
-    QFETCH(int, valueChangeStep);
-    QFETCH(bool, shift);
-    QFETCH(QList<QPoint>, deltas);
+    QFETCH(QString, setup);
+    QFETCH(QString, script);
     QFETCH(int, expected);
     KnobController knob;
-    setUp(knob, 100, 50, valueChangeStep);
-    QSignalSpy modifierSpy(&knob, &KnobController::modifiersChange);
-    for (const QPoint &delta : deltas)
-        sendWheel(&knob, QPoint(18, 18), delta, shift ? Qt::ShiftModifier : Qt::NoModifier);
+    setUp(knob, setup);
+    playInput(&knob, script, [&] { return knob.value(); });
     QCOMPARE(knob.value(), expected);
-    // A change made with a modifier held is announced for repetition.
-    QCOMPARE(modifierSpy.count(), shift && expected != 50 ? 1 : 0);
-}
-
-void tst_KnobController::keys_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("valueChangeStep");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("Home") << int(Qt::Key_Home) << 1 << 0;
-    QTest::newRow("Left") << int(Qt::Key_Left) << 5 << 49;
-    QTest::newRow("PageUp") << int(Qt::Key_PageUp) << 1 << 60;
-    QTest::newRow("PageDown coarse, clamped") << int(Qt::Key_PageDown) << 6 << 0;
-    QTest::newRow("other keys ignored") << int(Qt::Key_A) << 1 << 50;
-}
-
-void tst_KnobController::keys()
-{
-    QFETCH(int, key);
-    QFETCH(int, valueChangeStep);
-    QFETCH(int, expected);
-    KnobController knob;
-    setUp(knob, 100, 50, valueChangeStep);
-    QTest::keyClick(&knob, Qt::Key(key));
-    QCOMPARE(knob.value(), expected);
+    // A disabled knob takes no key.
     knob.setEnabled(false);
     QTest::keyClick(&knob, Qt::Key_Home);
     QCOMPARE(knob.value(), expected);
@@ -194,7 +149,7 @@ void tst_KnobController::boundGestures()
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
     CountingKnob knob;
-    setUp(knob, 0, 0, 1, KnobController::Linear);
+    setUp(knob, QStringLiteral("linear"));
     knob.setMemAPIValue(&memory, model.parameterId("fx_cmp_atck"), 0);
     QSignalSpy dragSpy(&knob, &KnobController::drag);
 
