@@ -38,8 +38,6 @@ class TestPushButtonController : public QObject
 
 private slots:
     void init();
-    void normalizedRounding_data();
-    void normalizedRounding();
     void showsOnlyConfirmedValues();
     void checkTrigger_data();
     void checkTrigger();
@@ -57,32 +55,6 @@ private:
 void TestPushButtonController::init()
 {
     m_memory = std::make_unique<ParameterMemory>(&m_model);
-}
-
-void TestPushButtonController::normalizedRounding_data()
-{
-    QTest::addColumn<bool>("bound");
-    QTest::addColumn<float>("normalized");
-    QTest::addColumn<int>("expected");
-    // Bound to 0..3 it rounds; unbound it splits 0..3 into four equal buckets.
-    QTest::newRow("unbound 0.2") << false << 0.2f << 0;
-    QTest::newRow("bound 0.2") << true << 0.2f << 1;
-    QTest::newRow("unbound above 1") << false << 7.0f << 3;
-    QTest::newRow("bound below 0") << true << -2.0f << 0;
-}
-
-void TestPushButtonController::normalizedRounding()
-{
-    QFETCH(bool, bound);
-    QFETCH(float, normalized);
-    QFETCH(int, expected);
-    PushButtonController button;
-    if (bound)
-        button.setMemAPIValue(m_memory.get(), m_model.parameterId("t_sel"), 0);
-    else
-        button.setMaximumValue(3);
-    button.setNormalized(normalized);
-    QCOMPARE(button.value(), expected);
 }
 
 void TestPushButtonController::showsOnlyConfirmedValues()

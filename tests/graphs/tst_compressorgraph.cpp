@@ -3,6 +3,7 @@
 #include <cmath>
 #include <functional>
 
+#include "GoldenImage.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
@@ -26,21 +27,6 @@ double quadraticKnee(double x, double te, double ratio, double w)
         return x + slope * (x - te);
     const double d = x - te + w / 2;
     return x + slope * d * d / (2.0 * w);
-}
-
-// The largest difference of any channel between two pictures of one size.
-int worstChannel(const QImage &a, const QImage &b)
-{
-    int worst = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            worst = std::max({ worst, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
-                std::abs(qBlue(p) - qBlue(q)) });
-        }
-    }
-    return worst;
 }
 
 } // namespace
@@ -215,7 +201,7 @@ void TestCompressorGraph::widgetShowsThePainterImage()
             painter.paintReadout(p, graph.size(), graph.font(), graph.currentReadout());
         });
         // Within the rounding of the one more blend of a cached layer.
-        return worstChannel(shown, wanted);
+        return largestChannelDifference(shown, wanted);
     };
     graph.resize(212, 191);
     QVERIFY(compare(1.0) <= 2);

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QtGlobal>
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -70,4 +71,20 @@ bool matchesGolden(const QImage &actual, const QString &name, QString *message, 
                    .arg(pixels)
                    .arg(base);
     return false;
+}
+
+int largestChannelDifference(const QImage &a, const QImage &b)
+{
+    if (a.size() != b.size())
+        return 256;
+    int largest = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            largest = std::max({ largest, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
+                std::abs(qBlue(p) - qBlue(q)) });
+        }
+    }
+    return largest;
 }
