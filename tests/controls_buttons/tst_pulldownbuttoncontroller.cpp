@@ -35,9 +35,10 @@ void TestPullDownButtonController::pullDownReleaseGuard()
     QSignalSpy changed(pullDown, &PullDownButtonController::changed);
     QSignalSpy selected(pullDown, &PullDownButtonController::selected);
 
+    // A click that lands in the menu as it opens (the opening click's
+    // release) picks nothing; a click once the guard is over picks "Hard".
     QPointer<Menu> menu;
     bool stillOpenAfterEarlyRelease = false;
-    qint64 releaseAge = 0;
     double menuScale = 0;
     QTimer::singleShot(0, this, [&] {
         menu = pullDown->findChild<Menu *>();
@@ -47,27 +48,17 @@ void TestPullDownButtonController::pullDownReleaseGuard()
         const QPoint hard = menu->actionGeometry(menu->actions().at(2)).center();
         QTest::mousePress(menu, Qt::LeftButton, {}, hard);
         QTest::mouseRelease(menu, Qt::LeftButton, {}, hard);
-        releaseAge = menu->age();
         stillOpenAfterEarlyRelease = menu->isVisible();
-        QTimer::singleShot(Menu::ReleaseGuardMs + 50, menu, [&, hard] {
-            QTest::mousePress(menu, Qt::LeftButton, {}, hard);
-            QTest::mouseRelease(menu, Qt::LeftButton, {}, hard);
-        });
+        QTimer::singleShot(Menu::ReleaseGuardMs + 50, menu,
+            [&, hard] { QTest::mouseClick(menu, Qt::LeftButton, {}, hard); });
     });
     pullDown->openPullDown();
     QVERIFY(menu);
-    // A release that a slow machine delivers after the guard picks at once;
-    // the rest of the gesture ends the same either way.
-    if (releaseAge < Menu::ReleaseGuardMs)
-        QVERIFY(stillOpenAfterEarlyRelease);
+    QVERIFY(stillOpenAfterEarlyRelease);
     QCOMPARE(menuScale, 1.5);
     QCOMPARE(pullDown->value(), 2);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(selected.count(), 1);
-    QCOMPARE(pullDown->accessibleDescription(), QStringLiteral("Hard"));
-    // The closed menu lives on for a while, then goes.
-    QVERIFY(menu);
-    QTRY_VERIFY_WITH_TIMEOUT(!menu, 4000);
 }
 
 void TestPullDownButtonController::pullDownKeys()
@@ -132,7 +123,6 @@ void TestPullDownButtonController::pullDownText()
     pullDown.setInvisibleText(invisibleText);
     pullDown.setValue(value);
     QCOMPARE(pullDown.displayText(), expected);
-    QCOMPARE(pullDown.accessibleDescription(), expected);
 }
 
 QTEST_MAIN(TestPullDownButtonController)

@@ -1,17 +1,12 @@
-#include <QApplication>
-#include <QMouseEvent>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
-#include <QWheelEvent>
 
 #include "Common/Widgets/FaderController.h"
+#include "PointerEvents.h"
 
 using CommonController_MemAPI::FaderController;
 
 namespace {
-
-const QString ThumbSvg = QStringLiteral(":/image/orvchstrip/fader_knob.svg"); // 28 x 44
 
 class CountingFader : public FaderController
 {
@@ -22,23 +17,28 @@ public:
     void endEdit() override { ++ends; }
 };
 
-void mouse(QWidget *widget, QEvent::Type type, QPoint position, Qt::KeyboardModifiers modifiers = {})
+// A fader as the setup words ask: "touch", "jump" (the default), "relative"
+// or "ramp"; "reverse", "horizontal", "doubleclick"; "at N" starts it at N.
+// Vertical it is 28 x 160 over 0..100 with the 28 x 44 thumb, which travels
+// 116 pixels; horizontal 160 x 44. The default value is 20.
+void setUp(FaderController &fader, const QString &setup)
 {
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(
-        type, QPointF(position), widget->mapToGlobal(QPointF(position)), button, held, modifiers);
-    QApplication::sendEvent(widget, &event);
-}
-
-// A vertical 28 x 160 fader over 0..100: the thumb travels 116 pixels.
-void setupVertical(FaderController &fader, int value)
-{
-    fader.resize(28, 160);
-    fader.setKnobSvg(ThumbSvg);
+    const QStringList words = setup.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const bool horizontal = words.contains(QLatin1String("horizontal"));
+    fader.resize(horizontal ? QSize(160, 44) : QSize(28, 160));
+    fader.setOrientation(horizontal ? Qt::Horizontal : Qt::Vertical);
+    fader.setKnobSvg(QStringLiteral(":/image/orvchstrip/fader_knob.svg"));
     fader.setMinimumValue(0);
     fader.setMaximumValue(100);
-    fader.setValue(value);
+    fader.setDefaultValue(20);
+    const int at = words.indexOf(QLatin1String("at"));
+    fader.setValue(at >= 0 ? words.value(at + 1).toInt() : 50);
+    fader.setReverse(words.contains(QLatin1String("reverse")));
+    fader.setEnableDoubleClick(words.contains(QLatin1String("doubleclick")));
+    fader.setOperationType(words.contains(QLatin1String("touch")) ? FaderController::Touch
+            : words.contains(QLatin1String("relative"))           ? FaderController::Relative
+            : words.contains(QLatin1String("ramp"))               ? FaderController::Ramp
+                                                                  : FaderController::Jump);
 }
 
 } // namespace
@@ -50,217 +50,119 @@ class tst_FaderController : public QObject
 private slots:
     void thumbGeometry_data();
     void thumbGeometry();
-    void pressOffTheThumb_data();
-    void pressOffTheThumb();
-    void relativeDrag();
+    void gestures_data();
+    void gestures();
     void ramp_data();
     void ramp();
-    void doubleClick();
-    void wheelAndKeys_data();
-    void wheelAndKeys();
 };
 
 void tst_FaderController::thumbGeometry_data()
 {
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<bool>("reverse");
-    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("setup");
     QTest::addColumn<QRectF>("expected");
-    const int v = Qt::Vertical;
-    const int h = Qt::Horizontal;
-    QTest::newRow("vertical minimum at the bottom") << v << false << 0 << QRectF(0, 116, 28, 44);
-    QTest::newRow("vertical reversed") << v << true << 0 << QRectF(0, 0, 28, 44);
-    QTest::newRow("horizontal quarter") << h << false << 25 << QRectF(33, 0, 28, 44);
-    QTest::newRow("horizontal reversed") << h << true << 25 << QRectF(99, 0, 28, 44);
+    QTest::newRow("vertical minimum at the bottom") << "at 0" << QRectF(0, 116, 28, 44);
+    QTest::newRow("vertical reversed") << "reverse at 0" << QRectF(0, 0, 28, 44);
+    QTest::newRow("horizontal quarter") << "horizontal at 25" << QRectF(33, 0, 28, 44);
+    QTest::newRow("horizontal reversed") << "horizontal reverse at 25" << QRectF(99, 0, 28, 44);
 }
 
 void tst_FaderController::thumbGeometry()
 {
-    QFETCH(int, orientation);
-    QFETCH(bool, reverse);
-    QFETCH(int, value);
+    QFETCH(QString, setup);
     QFETCH(QRectF, expected);
     FaderController fader;
-    setupVertical(fader, value);
-    fader.setOrientation(Qt::Orientation(orientation));
-    fader.setReverse(reverse);
-    if (orientation == Qt::Horizontal)
-        fader.resize(160, 44);
+    setUp(fader, setup);
     QCOMPARE(fader.thumbRect(), expected);
-
-    // The thumb is drawn where the geometry puts it.
-    QImage image(fader.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    fader.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
-    QVERIFY(image.pixelColor(expected.center().toPoint()).alpha() == 255);
-
     fader.setScale(2.0);
     fader.resize(fader.size() * 2);
     QCOMPARE(fader.thumbRect(), QRectF(expected.topLeft() * 2, expected.size() * 2));
 }
 
-void tst_FaderController::pressOffTheThumb_data()
+void tst_FaderController::gestures_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::addColumn<bool>("reverse");
-    QTest::addColumn<int>("pressY");
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QString>("script");
     QTest::addColumn<int>("expected");
-    QTest::addColumn<bool>("drags");
-    // Start at 100 (thumb at the top, y 0..44), or 0 when reversed.
-    QTest::newRow("touch ignores it") << int(FaderController::Touch) << false << 138 << 100 << false;
-    QTest::newRow("jump to the middle") << int(FaderController::Jump) << false << 80 << 50 << true;
-    QTest::newRow("jump reversed") << int(FaderController::Jump) << true << 138 << 100 << true;
-    QTest::newRow("relative only drags") << int(FaderController::Relative) << false << 138 << 100 << true;
+    // At 100 the thumb covers y 0..44; at 0 reversed, too.
+    QTest::newRow("touch ignores a press off the thumb") << "touch at 100"
+                                                         << "press 14 138; release 14 138" << 100;
+    QTest::newRow("jump to the middle") << "at 100"
+                                        << "press 14 80; release 14 80" << 50;
+    QTest::newRow("jump reversed") << "reverse at 0"
+                                   << "press 14 138; release 14 138" << 100;
+    QTest::newRow("relative press only grabs") << "relative at 100"
+                                               << "press 14 138; release 14 138" << 100;
+    // Up raises the value; Shift re-anchors and makes the drag four times finer.
+    QTest::newRow("relative drag") << "relative"
+                                   << "press 14 140; move 14 111; release 14 111" << 75;
+    QTest::newRow("relative drag, then fine")
+        << "relative"
+        << "press 14 140; move 14 111; move 14 111 shift; move 14 53 shift; release 14 53" << 88;
+    // A double click restores the default only when enabled, and not as the
+    // second click of a jump.
+    QTest::newRow("double click, not enabled") << "at 100"
+                                               << "dblclick 14 22; release 14 22" << 100;
+    QTest::newRow("double click right after a jump")
+        << "doubleclick at 100"
+        << "press 14 80; release 14 80; dblclick 14 80; release 14 80" << 50;
+    QTest::newRow("double click after the interval")
+        << "doubleclick at 100"
+        << "press 14 80; release 14 80; wait; dblclick 14 80; release 14 80" << 20;
+    QTest::newRow("control-click on the thumb, touch") << "touch at 50"
+                                                       << "press 14 80 ctrl; release 14 80" << 20;
+    QTest::newRow("key up") << ""
+                            << "key Up" << 51;
+    QTest::newRow("key down reversed") << "reverse"
+                                       << "key Down" << 51;
+    QTest::newRow("key right, horizontal") << "horizontal"
+                                           << "key Right" << 51;
+    QTest::newRow("key up ignored, horizontal") << "horizontal"
+                                                << "key Up" << 50;
+    QTest::newRow("page up reversed") << "reverse"
+                                      << "key PgUp" << 40;
+    QTest::newRow("wheel reversed, two notches") << "reverse"
+                                                 << "wheel 0 240" << 48;
 }
 
-void tst_FaderController::pressOffTheThumb()
+// Every gesture is one edit bracket at most, closed by its release.
+void tst_FaderController::gestures()
 {
-    QFETCH(int, type);
-    QFETCH(bool, reverse);
-    QFETCH(int, pressY);
+    QFETCH(QString, setup);
+    QFETCH(QString, script);
     QFETCH(int, expected);
-    QFETCH(bool, drags);
     CountingFader fader;
-    setupVertical(fader, reverse ? 0 : 100);
-    fader.setReverse(reverse);
-    fader.setOperationType(FaderController::OperationType(type));
-    QSignalSpy dragSpy(&fader, &FaderController::drag);
-    mouse(&fader, QEvent::MouseButtonPress, QPoint(14, pressY));
+    setUp(fader, setup);
+    playInput(&fader, script, [&] { return fader.value(); });
     QCOMPARE(fader.value(), expected);
-    QCOMPARE(fader.isDragging(), drags);
-    mouse(&fader, QEvent::MouseButtonRelease, QPoint(14, pressY));
-    QCOMPARE(dragSpy.count(), drags ? 2 : 0);
-    QCOMPARE(fader.begins, drags ? 1 : 0);
     QCOMPARE(fader.ends, fader.begins);
-}
-
-void tst_FaderController::relativeDrag()
-{
-    FaderController fader;
-    setupVertical(fader, 50);
-    fader.setOperationType(FaderController::Relative);
-    // 116 pixels of travel for the whole range; up raises the value.
-    mouse(&fader, QEvent::MouseButtonPress, QPoint(14, 140));
-    mouse(&fader, QEvent::MouseMove, QPoint(14, 111));
-    QCOMPARE(fader.value(), 75);
-    // Shift re-anchors and makes the drag four times finer.
-    mouse(&fader, QEvent::MouseMove, QPoint(14, 111), Qt::ShiftModifier);
-    mouse(&fader, QEvent::MouseMove, QPoint(14, 53), Qt::ShiftModifier);
-    QCOMPARE(fader.value(), 88);
-    mouse(&fader, QEvent::MouseButtonRelease, QPoint(14, 53));
-    QVERIFY(!fader.isDragging());
 }
 
 void tst_FaderController::ramp_data()
 {
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<bool>("reverse");
+    QTest::addColumn<bool>("shift");
     QTest::addColumn<int>("step");
-    QTest::newRow("5 units") << int(Qt::NoModifier) << false << -5;
-    QTest::newRow("1 unit with Shift") << int(Qt::ShiftModifier) << false << -1;
+    QTest::newRow("5 units") << false << -5;
+    QTest::newRow("1 unit with Shift") << true << -1;
 }
 
 void tst_FaderController::ramp()
 {
-    QFETCH(int, modifiers);
-    QFETCH(bool, reverse);
+    QFETCH(bool, shift);
     QFETCH(int, step);
+    const Qt::KeyboardModifiers modifiers = shift ? Qt::ShiftModifier : Qt::NoModifier;
     FaderController fader;
-    setupVertical(fader, 50); // thumb at y 58..102
-    fader.setReverse(reverse);
-    fader.setOperationType(FaderController::Ramp);
-    fader.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&fader));
+    setUp(fader, QStringLiteral("ramp")); // thumb at y 58..102
     auto *timer = fader.findChild<QTimer *>(QStringLiteral("rampTimer"));
     QVERIFY(timer);
-
-    // Held below the thumb: one step at once, the next after 300 ms.
-    QTest::mousePress(&fader, Qt::LeftButton, Qt::KeyboardModifiers(modifiers), QPoint(14, 150));
+    // Held below the thumb: one step at once, the next after a longer first delay.
+    QTest::mousePress(&fader, Qt::LeftButton, modifiers, QPoint(14, 150));
     QCOMPARE(fader.value(), 50 + step);
-    QVERIFY(timer->isActive());
     QCOMPARE(timer->interval(), FaderController::RampFirstDelay);
     QTRY_COMPARE_WITH_TIMEOUT(fader.value(), 50 + 2 * step, 2000);
     QCOMPARE(timer->interval(), FaderController::RampRepeatDelay);
     QTRY_COMPARE_WITH_TIMEOUT(fader.value(), 50 + 3 * step, 2000);
-
-    // Releasing stops the ramp.
-    QTest::mouseRelease(&fader, Qt::LeftButton, Qt::KeyboardModifiers(modifiers), QPoint(14, 150));
-    const int released = fader.value();
+    QTest::mouseRelease(&fader, Qt::LeftButton, modifiers, QPoint(14, 150));
     QVERIFY(!timer->isActive());
-    QTest::qWait(250);
-    QCOMPARE(fader.value(), released);
-}
-
-void tst_FaderController::doubleClick()
-{
-    FaderController fader;
-    setupVertical(fader, 100);
-    fader.setDefaultValue(20);
-    fader.setOperationType(FaderController::Jump);
-
-    // Without enableDoubleClick a double click is just another press.
-    mouse(&fader, QEvent::MouseButtonDblClick, QPoint(14, 22));
-    mouse(&fader, QEvent::MouseButtonRelease, QPoint(14, 22));
-    QCOMPARE(fader.value(), 100);
-
-    // Right after a jump, the second click of a double click jumps again.
-    fader.setEnableDoubleClick(true);
-    mouse(&fader, QEvent::MouseButtonPress, QPoint(14, 80));
-    mouse(&fader, QEvent::MouseButtonRelease, QPoint(14, 80));
-    QCOMPARE(fader.value(), 50);
-    mouse(&fader, QEvent::MouseButtonDblClick, QPoint(14, 80));
-    mouse(&fader, QEvent::MouseButtonRelease, QPoint(14, 80));
-    QCOMPARE(fader.value(), 50);
-
-    // Once the double-click interval is over it restores the default.
-    QTest::qWait(QApplication::doubleClickInterval() + 100);
-    mouse(&fader, QEvent::MouseButtonDblClick, QPoint(14, 80));
-    QCOMPARE(fader.value(), 20);
-
-    // Control-click restores it on the thumb, also in Touch mode.
-    fader.setValue(70);
-    fader.setOperationType(FaderController::Touch);
-    mouse(&fader, QEvent::MouseButtonPress, fader.thumbRect().center().toPoint(), Qt::ControlModifier);
-    QCOMPARE(fader.value(), 20);
-}
-
-void tst_FaderController::wheelAndKeys_data()
-{
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<bool>("reverse");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("wheelDelta");
-    QTest::addColumn<int>("expected");
-    const int v = Qt::Vertical;
-    const int h = Qt::Horizontal;
-    QTest::newRow("up") << v << false << int(Qt::Key_Up) << 0 << 51;
-    QTest::newRow("down reversed") << v << true << int(Qt::Key_Down) << 0 << 51;
-    QTest::newRow("right on a horizontal fader") << h << false << int(Qt::Key_Right) << 0 << 51;
-    QTest::newRow("up on a horizontal fader") << h << false << int(Qt::Key_Up) << 0 << 50;
-    QTest::newRow("page up reversed") << v << true << int(Qt::Key_PageUp) << 0 << 40;
-    QTest::newRow("wheel reversed") << v << true << 0 << 240 << 48;
-}
-
-void tst_FaderController::wheelAndKeys()
-{
-    QFETCH(int, orientation);
-    QFETCH(bool, reverse);
-    QFETCH(int, key);
-    QFETCH(int, wheelDelta);
-    QFETCH(int, expected);
-    FaderController fader;
-    setupVertical(fader, 50);
-    fader.setOrientation(Qt::Orientation(orientation));
-    fader.setReverse(reverse);
-    if (key)
-        QTest::keyClick(&fader, Qt::Key(key));
-    if (wheelDelta) {
-        QWheelEvent event(QPointF(5, 5), QPointF(5, 5), QPoint(), QPoint(0, wheelDelta), Qt::NoButton,
-            Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&fader, &event);
-        QVERIFY(event.isAccepted());
-    }
-    QCOMPARE(fader.value(), expected);
 }
 
 QTEST_MAIN(tst_FaderController)
