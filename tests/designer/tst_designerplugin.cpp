@@ -27,29 +27,25 @@ bool isArtwork(const QVariant &value)
     return value.toString().startsWith(QLatin1String(":/image/"));
 }
 
-// The value of the <property> element the reader is in, when of a plain
-// type; a <rect> gives its size instead.
+// The value of the <property> element the reader is in, as text when of a
+// plain type (setProperty() converts it as Designer would); a <rect> gives
+// its size instead.
 QVariant readValue(QXmlStreamReader &xml, QSize *size)
 {
     if (!xml.readNextStartElement())
         return QVariant();
-    const QStringView type = xml.name();
-    if (type == QLatin1String("rect")) {
+    if (xml.name() == QLatin1String("rect")) {
         while (xml.readNextStartElement()) {
-            const bool width = xml.name() == QLatin1String("width"),
-                       height = xml.name() == QLatin1String("height");
+            const QStringView part = xml.name();
             const int value = xml.readElementText().toInt();
-            *size = QSize(width ? value : size->width(), height ? value : size->height());
+            *size = part == QLatin1String("width") ? QSize(value, size->height())
+                : part == QLatin1String("height")  ? QSize(size->width(), value)
+                                                   : *size;
         }
         return QVariant();
     }
-    if (type == QLatin1String("number"))
-        return xml.readElementText().toInt();
-    if (type == QLatin1String("double"))
-        return xml.readElementText().toDouble();
-    if (type == QLatin1String("bool"))
-        return xml.readElementText() == QLatin1String("true");
-    if (type == QLatin1String("string") || type == QLatin1String("set") || type == QLatin1String("enum"))
+    static const QStringList plain { "number", "double", "bool", "string", "set", "enum" };
+    if (plain.contains(xml.name().toString()))
         return xml.readElementText();
     xml.skipCurrentElement();
     return QVariant();
