@@ -98,10 +98,8 @@ class TestMorphingPresetList : public QObject
     Q_OBJECT
 
 private slots:
-    void emptyListIgnoresKeys();
-    void keysMoveSelection_data();
-    void keysMoveSelection();
-    void folderRowsOpenAndClose();
+    void keys_data();
+    void keys();
     void brokenFilesShownAndRefused_data();
     void brokenFilesShownAndRefused();
     void settingsRestoreSelectionByEntry_data();
@@ -114,64 +112,42 @@ private slots:
     void scaledRowsPaintAndScroll();
 };
 
-void TestMorphingPresetList::emptyListIgnoresKeys()
+void TestMorphingPresetList::keys_data()
 {
-    ListFixture f({});
-    for (const Qt::Key key : { Qt::Key_Down, Qt::Key_PageUp, Qt::Key_Right, Qt::Key_Return })
-        QTest::keyClick(&f.list, key);
-    QCOMPARE(f.list.selectedRow(), -1);
-    QVERIFY(!f.okShown());
-    QCOMPARE(f.memory.morphBatchCount(), 0);
-}
-
-void TestMorphingPresetList::keysMoveSelection_data()
-{
-    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("start"); // the selected row; -2 for an empty list
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("expected");
-    QTest::newRow("Down from no selection") << -1 << int(Qt::Key_Down) << 0;
-    QTest::newRow("Up at row 0") << 0 << int(Qt::Key_Up) << 0;
-    QTest::newRow("Down at the last row") << 8 << int(Qt::Key_Down) << 8;
-    QTest::newRow("Page Up from row 3") << 3 << int(Qt::Key_PageUp) << 0;
-    QTest::newRow("Page Up from row 7") << 7 << int(Qt::Key_PageUp) << 2;
-    QTest::newRow("Page Down from row 2") << 2 << int(Qt::Key_PageDown) << 7;
-    QTest::newRow("Page Down near the end") << 6 << int(Qt::Key_PageDown) << 8;
+    QTest::addColumn<int>("rows"); // afterwards
+    QTest::newRow("empty list, Down") << -2 << int(Qt::Key_Down) << -1 << 0;
+    QTest::newRow("empty list, Return") << -2 << int(Qt::Key_Return) << -1 << 0;
+    QTest::newRow("Down from no selection") << -1 << int(Qt::Key_Down) << 0 << 9;
+    QTest::newRow("Up at row 0") << 0 << int(Qt::Key_Up) << 0 << 9;
+    QTest::newRow("Down at the last row") << 8 << int(Qt::Key_Down) << 8 << 9;
+    QTest::newRow("Page Up from row 3") << 3 << int(Qt::Key_PageUp) << 0 << 9;
+    QTest::newRow("Page Up from row 7") << 7 << int(Qt::Key_PageUp) << 2 << 9;
+    QTest::newRow("Page Down from row 2") << 2 << int(Qt::Key_PageDown) << 7 << 9;
+    QTest::newRow("Page Down near the end") << 6 << int(Qt::Key_PageDown) << 8 << 9;
+    QTest::newRow("Return on the folder") << 0 << int(Qt::Key_Return) << 0 << 9;
+    QTest::newRow("Right opens the folder") << 0 << int(Qt::Key_Right) << 0 << 11;
+    QTest::newRow("Left closes it") << 0 << int(Qt::Key_Left) << 0 << 9;
 }
 
-void TestMorphingPresetList::keysMoveSelection()
+void TestMorphingPresetList::keys()
 {
     QFETCH(int, start);
     QFETCH(int, key);
     QFETCH(int, expected);
-    ListFixture f(FolderAndEntries);
-    QCOMPARE(f.rows(), 9);
+    QFETCH(int, rows);
+    ListFixture f(start == -2 ? QStringList() : FolderAndEntries);
     f.list.selectItem(start);
+    if (key == Qt::Key_Left)
+        f.list.folderOpen();
     QTest::keyClick(&f.list, Qt::Key(key));
     QCOMPARE(f.list.selectedRow(), expected);
-    // Row 0 is the folder: OK only for entries.
+    QCOMPARE(f.rows(), rows);
+    // Row 0 is the folder: OK only for entries. Nothing is sent.
     QCOMPARE(f.okShown(), expected > 0);
-}
-
-void TestMorphingPresetList::folderRowsOpenAndClose()
-{
-    ListFixture f(FolderAndEntries);
-    QSignalSpy closed(&f.list, &ORVChStripMorphingPresetList::closeRequested);
-    f.list.selectItem(0);
-    const int viewHeight = f.child("m_pListView")->height();
-    QTest::keyClick(&f.list, Qt::Key_Return);
     QCOMPARE(f.memory.morphBatchCount(), 0);
-    QCOMPARE(closed.count(), 0);
-
-    QTest::keyClick(&f.list, Qt::Key_Right);
-    QCOMPARE(f.rows(), 11);
-    QCOMPARE(QStringList({ f.rowName(0), f.rowName(1), f.rowName(2), f.rowName(3) }),
-        (QStringList { "Drums", "kick", "snare", "e1" }));
-    QCOMPARE(f.list.selectedRow(), 0);
-    // Eleven rows no longer fit the view: it grows to hold them all.
-    QCOMPARE(f.child("m_pListView")->height(), std::max(viewHeight, 11 * 27 + 10 * 2));
-    QTest::keyClick(&f.list, Qt::Key_Left);
-    QCOMPARE(f.rows(), 9);
-    QCOMPARE(f.rowName(1), QStringLiteral("e1"));
 }
 
 void TestMorphingPresetList::brokenFilesShownAndRefused_data()
@@ -374,7 +350,7 @@ void TestMorphingPresetList::scaledRowsPaintAndScroll()
     const QPoint selected = rowPoint(2, view->width() - 3, scale) * image.devicePixelRatio();
     QCOMPARE(image.pixel(selected), ORVChStripMorphingPresetList::SelectedItemBackgroundColor);
 
-    // Selecting a row scrolls it fully into view.
+    // The view holds every row; selecting one scrolls it fully into view.
     QScrollBar *bar = f.scrollBar();
     const int height = qRound(27 * scale), pitch = height + qRound(2 * scale);
     QCOMPARE(bar->maximum(), 39 * pitch - qRound(2 * scale) - bar->pageStep());
