@@ -149,17 +149,13 @@ void TestMorphRecord::toolListsFolders()
     const QJsonObject listed = QJsonDocument::fromJson(run.out).object();
     QCOMPARE(QDir(listed.value("folder_path").toString()), QDir(dir.path()));
     QStringList rows; // "name|depth|folder|size"
-    for (const QJsonValue &value : listed.value("rows").toArray()) {
-        const QJsonObject row = value.toObject();
+    for (const QJsonValue &row : listed.value("rows").toArray())
         rows << QStringLiteral("%1|%2|%3|%4")
-                    .arg(row.value("name").toString())
-                    .arg(row.value("depth").toInt(-1))
-                    .arg(row.value("folder").toVariant().toString())
-                    .arg(row.value("size").toInteger(-1));
-    }
-    QCOMPARE(rows,
-        (QStringList {
-            "Drums|0|true|0", "A|1|false|3", "b|1|false|5", "Empty|0|true|0", "Vocal|0|false|10" }));
+                    .arg(row["name"].toString())
+                    .arg(row["depth"].toInt(-1))
+                    .arg(row["folder"].toBool())
+                    .arg(row["size"].toInteger(-1));
+    QCOMPARE(rows, (QStringList { "Drums|0|1|0", "A|1|0|3", "b|1|0|5", "Empty|0|1|0", "Vocal|0|0|10" }));
 
     const QString missing = dir.filePath("nowhere");
     for (const QStringList &json : { QStringList(), QStringList { "--json" } }) {
