@@ -239,13 +239,8 @@ void TestStripModel::meterArrayFollowsTheStrip()
     QFETCH(int, channel);
     QFETCH(bool, stereo);
     HostModel model = HostModel::channelStrip();
-    MeterReading reading;
-    reading.inputDb[0] = -12.04;
-    reading.inputDb[1] = -6.0;
-    reading.outputDb[0] = -3.0;
-    reading.outputDb[1] = 1.26; // over 0 dBFS
-    reading.detectorLevelDb = -8.0;
-    reading.gainReductionDb = 4.56;
+    // Inputs, outputs (the right one over 0 dBFS), detector level, reduction.
+    const MeterReading reading { 2, { -12.04, -6.0 }, { -3.0, 1.26 }, -8.0, 4.56 };
     const QVector<unsigned int> values = StripMeterLayout(model, channel, stereo).levels(reading);
     QCOMPARE(values.size(), int(model.meterArraySize()));
     auto at = [&](const char *key, int ch, int side) {
