@@ -19,7 +19,7 @@ struct Catalogue
 {
     explicit Catalogue(const QStringList &entries, bool openFolders = true)
     {
-        made = makeMorphFolder(dir.path(), entries);
+        QVERIFY(makeMorphFolder(dir.path(), entries));
         manager.GetCollection().SetFolder(dir.path());
         manager.Collection();
         for (ORVD_Data *data : manager.GetDataList())
@@ -45,7 +45,6 @@ struct Catalogue
         return row == rows.end() ? -1 : int(row - rows.begin());
     }
     QTemporaryDir dir;
-    bool made = false;
     ORVD_Manager manager;
 };
 
@@ -115,7 +114,6 @@ void TestMorphCatalogue::rows()
     QFETCH(QStringList, entries);
     QFETCH(QByteArray, expected);
     Catalogue catalogue(entries);
-    QVERIFY(catalogue.made);
     QCOMPARE(catalogue.rows(), expected);
 }
 

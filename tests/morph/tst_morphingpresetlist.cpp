@@ -38,9 +38,9 @@ struct ListFixture
 {
     explicit ListFixture(const QStringList &entries, const QMap<QString, QByteArray> &files = {}, int ch = 0)
     {
-        made = makeMorphFolder(folder.path(), entries);
+        QVERIFY(makeMorphFolder(folder.path(), entries));
         for (auto it = files.begin(); it != files.end(); ++it)
-            made = made && writeFile(folder.filePath(it.key()), it.value());
+            QVERIFY(writeFile(folder.filePath(it.key()), it.value()));
         editor.setModelInfo(&model);
         manager.GetCollection().SetFolder(folder.path());
         manager.Collection();
@@ -76,7 +76,6 @@ struct ListFixture
     }
 
     QTemporaryDir folder;
-    bool made = false;
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory { &model };
     MinimalEditor editor;
