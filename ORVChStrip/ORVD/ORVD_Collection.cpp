@@ -7,10 +7,6 @@ ORVD_Collection::ORVD_Collection()
     : m_pImp(std::make_unique<ORVD_FolderCollectionImp>())
 { }
 
-ORVD_Collection::ORVD_Collection(std::unique_ptr<ORVD_CollectionImp> imp)
-    : m_pImp(std::move(imp))
-{ }
-
 ORVD_Collection::~ORVD_Collection() = default;
 
 void ORVD_Collection::Collection(std::vector<ORVD_Data *> &out)
@@ -22,9 +18,4 @@ void ORVD_Collection::Collection(std::vector<ORVD_Data *> &out)
 void ORVD_Collection::SetFolder(const QString &folder)
 {
     m_pImp = std::make_unique<ORVD_FolderCollectionImp>(folder);
-}
-
-void ORVD_Collection::SetCollectionImp(std::unique_ptr<ORVD_CollectionImp> imp)
-{
-    m_pImp = std::move(imp);
 }

@@ -8,13 +8,12 @@ class ORVD_CollectionImp;
 class ORVD_Data;
 
 // Runs the platform's morph data collector. By default it scans the morph
-// folder (see ORVD_FolderCollectionImp::DefaultFolder()); another folder, or
-// another collector altogether, can be put in its place.
+// folder (see ORVD_FolderCollectionImp::DefaultFolder()); another folder can
+// be put in its place.
 class ORVD_Collection
 {
 public:
     ORVD_Collection();
-    explicit ORVD_Collection(std::unique_ptr<ORVD_CollectionImp> imp);
     ~ORVD_Collection();
 
     ORVD_Collection(const ORVD_Collection &) = delete;
@@ -25,7 +24,6 @@ public:
 
     // Scans `folder` from now on; an empty path goes back to the morph folder.
     void SetFolder(const QString &folder);
-    void SetCollectionImp(std::unique_ptr<ORVD_CollectionImp> imp);
 
 private:
     std::unique_ptr<ORVD_CollectionImp> m_pImp;

@@ -1,130 +1,55 @@
+// The Designer plug-in, loaded as Designer loads it, against the forms: every
+// custom class they use is offered, under the header they name, takes every
+// property they set and draws their artwork.
+
 #include <QFile>
 #include <QImage>
 #include <QPluginLoader>
 #include <QTest>
 #include <QWidget>
 #include <QXmlStreamReader>
-
-#ifdef ORV_HAVE_DESIGNER_PLUGIN
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
-#endif
 
 namespace {
 
-// The first instance of a custom class in a form, preferring one that
-// carries artwork: what the form sets on it, as Designer would apply it.
+// One instance of a custom class in a form, preferring one with artwork.
 struct FormInstance
 {
     QString objectName;
     QSize size;
-    QStringList propertyNames; // every property the form sets
-    QVariantMap values;        // those of a plain type, as text, number or flag
+    QStringList propertyNames; // every property the form sets on it
+    QVariantMap values;        // those of a plain type, as Designer applies them
     bool hasArtwork = false;
 };
 
-struct FormClasses
+bool isArtwork(const QVariant &value)
 {
-    QList<QPair<QString, QString>> declared; // class and header of each <customwidget>
-    QHash<QString, FormInstance> instances;
-    QString error;
-};
+    return value.toString().startsWith(QLatin1String(":/image/"));
+}
 
+// The value of the <property> element the reader is in, as text when of a
+// plain type (setProperty() converts it as Designer would); a <rect> gives
+// its size instead.
 QVariant readValue(QXmlStreamReader &xml, QSize *size)
 {
-    const QString type = xml.name().toString();
-    if (type == QLatin1String("rect")) {
+    if (!xml.readNextStartElement())
+        return QVariant();
+    if (xml.name() == QLatin1String("rect")) {
         while (xml.readNextStartElement()) {
-            const QString part = xml.name().toString();
+            const QStringView part = xml.name();
             const int value = xml.readElementText().toInt();
-            if (part == QLatin1String("width"))
-                size->setWidth(value);
-            else if (part == QLatin1String("height"))
-                size->setHeight(value);
+            *size = part == QLatin1String("width") ? QSize(value, size->height())
+                : part == QLatin1String("height")  ? QSize(size->width(), value)
+                                                   : *size;
         }
         return QVariant();
     }
-    if (type == QLatin1String("string") || type == QLatin1String("set") || type == QLatin1String("enum"))
+    static const QStringList plain { "number", "double", "bool", "string", "set", "enum" };
+    if (plain.contains(xml.name().toString()))
         return xml.readElementText();
-    if (type == QLatin1String("number"))
-        return xml.readElementText().toInt();
-    if (type == QLatin1String("double"))
-        return xml.readElementText().toDouble();
-    if (type == QLatin1String("bool"))
-        return xml.readElementText() == QLatin1String("true");
     xml.skipCurrentElement();
     return QVariant();
 }
-
-FormClasses readFormClasses(const QString &path)
-{
-    FormClasses form;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        form.error = file.errorString();
-        return form;
-    }
-    QXmlStreamReader xml(&file);
-    QList<QPair<QString, FormInstance>> open; // the <widget> elements around the reader
-    QString customClass;
-    while (!xml.atEnd()) {
-        xml.readNext();
-        const QString element = xml.name().toString();
-        if (xml.isStartElement() && element == QLatin1String("widget")) {
-            FormInstance instance;
-            instance.objectName = xml.attributes().value(QLatin1String("name")).toString();
-            open.append({ xml.attributes().value(QLatin1String("class")).toString(), instance });
-        } else if (xml.isEndElement() && element == QLatin1String("widget") && !open.isEmpty()) {
-            const auto [className, instance] = open.takeLast();
-            const auto known = form.instances.constFind(className);
-            if (known == form.instances.cend() || (!known->hasArtwork && instance.hasArtwork))
-                form.instances.insert(className, instance);
-        } else if (xml.isStartElement() && element == QLatin1String("property") && !open.isEmpty()) {
-            FormInstance &instance = open.last().second;
-            const QString name = xml.attributes().value(QLatin1String("name")).toString();
-            // A dynamic property (stdset="0") is the form's own note, not the class's.
-            const bool dynamic = xml.attributes().value(QLatin1String("stdset")) == QLatin1String("0");
-            if (!dynamic)
-                instance.propertyNames << name;
-            if (xml.readNextStartElement()) {
-                const QVariant value = readValue(xml, &instance.size);
-                if (value.isValid() && !dynamic)
-                    instance.values.insert(name, value);
-                if (value.toString().startsWith(QLatin1String(":/image/")))
-                    instance.hasArtwork = true;
-            }
-        } else if (xml.isStartElement() && element == QLatin1String("class")) {
-            customClass = xml.readElementText();
-        } else if (xml.isStartElement() && element == QLatin1String("header")) {
-            form.declared.append({ customClass, xml.readElementText() });
-        }
-    }
-    if (xml.hasError())
-        form.error = QStringLiteral("line %1: %2").arg(xml.lineNumber()).arg(xml.errorString());
-    return form;
-}
-
-#ifdef ORV_HAVE_DESIGNER_PLUGIN
-// The class named by the first <widget> element of a domXml() text, empty
-// when the text does not parse.
-QString domXmlWidgetClass(const QString &domXml)
-{
-    QXmlStreamReader xml(domXml);
-    QString className;
-    while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && className.isEmpty()
-            && xml.name() == QLatin1String("widget"))
-            className = xml.attributes().value(QLatin1String("class")).toString();
-    }
-    return xml.hasError() ? QString() : className;
-}
-
-bool isUniform(const QImage &image)
-{
-    QImage flat(image.size(), image.format());
-    flat.fill(image.pixel(0, 0));
-    return image == flat;
-}
-#endif
 
 } // namespace
 
@@ -136,66 +61,95 @@ class tst_DesignerPlugin : public QObject
 
 private slots:
     void initTestCase();
-    void shouldMakeEveryCustomClassOfTheForms_data();
-    void shouldMakeEveryCustomClassOfTheForms();
+    void makesEveryCustomClassOfTheForms_data();
+    void makesEveryCustomClassOfTheForms();
 
 private:
-#ifdef ORV_HAVE_DESIGNER_PLUGIN
-    QDesignerCustomWidgetInterface *widgetInterface(const QString &className) const;
     QPluginLoader m_loader { QStringLiteral(ORV_PLUGIN_DIR "/designer/orvchstrip_designer") };
     QDesignerCustomWidgetCollectionInterface *m_collection = nullptr;
-#endif
 };
 
 void tst_DesignerPlugin::initTestCase()
 {
-#ifdef ORV_HAVE_DESIGNER_PLUGIN
     m_collection = qobject_cast<QDesignerCustomWidgetCollectionInterface *>(m_loader.instance());
     QVERIFY2(m_collection, qPrintable(m_loader.errorString()));
-#else
-    QFAIL(
-        "Qt Designer's development files (qt6-tools-dev) were not found: the Designer plug-in is not built");
-#endif
 }
 
-void tst_DesignerPlugin::shouldMakeEveryCustomClassOfTheForms_data()
+void tst_DesignerPlugin::makesEveryCustomClassOfTheForms_data()
 {
     QTest::addColumn<QString>("className");
     QTest::addColumn<QString>("header");
     QTest::addColumn<FormInstance>("instance");
 
-    const QStringList forms { QStringLiteral("ORVChStripEditor"),
-        QStringLiteral("ORVChStripMorphingPresetList"), QStringLiteral("ORVChStripPresetConverter"),
-        QStringLiteral("ORVChStripAbout"), QStringLiteral("ControlsGallery") };
-    for (const QString &name : forms) {
-        const FormClasses form = readFormClasses(QStringLiteral(ORV_FORMS_DIR "/%1.ui").arg(name));
-        QVERIFY2(form.error.isEmpty(), qPrintable(name + QLatin1String(": ") + form.error));
-        QVERIFY2(!form.declared.isEmpty(), qPrintable(name + QLatin1String(" declares no custom class")));
-        for (const auto &[className, header] : form.declared) {
-            QTest::addRow("%s %s", qPrintable(name), qPrintable(className))
-                << className << header << form.instances.value(className);
+    for (const char *form : { "ORVChStripEditor", "ORVChStripMorphingPresetList", "ORVChStripPresetConverter",
+             "ORVChStripAbout", "ControlsGallery" }) {
+        QFile file(QStringLiteral(ORV_FORMS_DIR "/%1.ui").arg(QLatin1String(form)));
+        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
+        QXmlStreamReader xml(&file);
+        QList<QPair<QString, FormInstance>> open; // the <widget> elements around the reader
+        QHash<QString, FormInstance> instances;
+        QString className;
+        int declared = 0;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            const QStringView element = xml.name();
+            if (xml.isStartElement() && element == QLatin1String("widget")) {
+                FormInstance instance;
+                instance.objectName = xml.attributes().value(QLatin1String("name")).toString();
+                open.append({ xml.attributes().value(QLatin1String("class")).toString(), instance });
+            } else if (xml.isEndElement() && element == QLatin1String("widget")) {
+                const auto [widgetClass, instance] = open.takeLast();
+                if (!instances.contains(widgetClass)
+                    || (!instances[widgetClass].hasArtwork && instance.hasArtwork))
+                    instances.insert(widgetClass, instance);
+            } else if (xml.isStartElement() && element == QLatin1String("property") && !open.isEmpty()) {
+                FormInstance &instance = open.last().second;
+                const QString name = xml.attributes().value(QLatin1String("name")).toString();
+                // A dynamic property (stdset="0") is the form's own note, not the class's.
+                const bool dynamic = xml.attributes().value(QLatin1String("stdset")) == QLatin1String("0");
+                const QVariant value = readValue(xml, &instance.size);
+                instance.hasArtwork = instance.hasArtwork || isArtwork(value);
+                if (!dynamic)
+                    instance.propertyNames << name;
+                if (!dynamic && value.isValid())
+                    instance.values.insert(name, value);
+            } else if (xml.isStartElement() && element == QLatin1String("class")) {
+                className = xml.readElementText();
+            } else if (xml.isStartElement() && element == QLatin1String("header")) {
+                ++declared;
+                QTest::addRow("%s %s", form, qPrintable(className))
+                    << className << xml.readElementText() << instances.value(className);
+            }
         }
+        QVERIFY2(!xml.hasError(), qPrintable(QStringLiteral("%1: %2").arg(form, xml.errorString())));
+        QVERIFY2(declared > 0, form);
     }
 }
 
-void tst_DesignerPlugin::shouldMakeEveryCustomClassOfTheForms()
+void tst_DesignerPlugin::makesEveryCustomClassOfTheForms()
 {
-#ifdef ORV_HAVE_DESIGNER_PLUGIN
     QFETCH(QString, className);
     QFETCH(QString, header);
     QFETCH(FormInstance, instance);
     QVERIFY2(!instance.objectName.isEmpty(), "the form declares the class but has no instance of it");
 
-    QDesignerCustomWidgetInterface *widgets = widgetInterface(className);
-    QVERIFY2(widgets, "not in the collection");
+    const QList<QDesignerCustomWidgetInterface *> all = m_collection->customWidgets();
+    const auto found
+        = std::find_if(all.begin(), all.end(), [&](auto *widgets) { return widgets->name() == className; });
+    QVERIFY2(found != all.end(), "not in the collection");
+    QDesignerCustomWidgetInterface *widgets = *found;
     QCOMPARE(widgets->includeFile(), header);
-    QCOMPARE(domXmlWidgetClass(widgets->domXml()), className);
+    QXmlStreamReader domXml(widgets->domXml());
+    QVERIFY(domXml.readNextStartElement() && domXml.readNextStartElement()); // <ui>, its first <widget>
+    QCOMPARE(domXml.attributes().value(QLatin1String("class")).toString(), className);
+    while (!domXml.atEnd())
+        domXml.readNext();
+    QVERIFY2(!domXml.hasError(), qPrintable(domXml.errorString()));
 
     QWidget parent;
     QWidget *widget = widgets->createWidget(&parent);
     QVERIFY(widget);
     QCOMPARE(QString::fromLatin1(widget->metaObject()->className()), className);
-
     // Designer shows and saves only properties the class declares: one the
     // form sets that the widget lacks would be lost on the first save.
     for (const QString &name : std::as_const(instance.propertyNames)) {
@@ -203,45 +157,27 @@ void tst_DesignerPlugin::shouldMakeEveryCustomClassOfTheForms()
             qPrintable(
                 QStringLiteral("%1 sets \"%2\", which the widget lacks").arg(instance.objectName, name)));
     }
-
     if (!instance.hasArtwork)
         return;
-    // The same control with and without the form's artwork, set up as the
-    // form sets it otherwise: the difference is what the plug-in's
-    // resources put on the screen.
-    const auto isArtwork
-        = [](const QVariant &value) { return value.toString().startsWith(QLatin1String(":/image/")); };
-    // Sets the form's values of one kind; returns the first the widget refuses.
-    const auto apply = [&](bool artwork) {
-        for (auto it = instance.values.cbegin(); it != instance.values.cend(); ++it) {
-            if (isArtwork(it.value()) == artwork && !widget->setProperty(it.key().toLatin1(), it.value()))
-                return it.key();
-        }
-        return QString();
-    };
-    widget->resize(instance.size);
-    QString refused = apply(false);
-    QVERIFY2(refused.isEmpty(), qPrintable(refused + QLatin1String(" is refused")));
-    const QImage bare = widget->grab().toImage();
-    refused = apply(true);
-    QVERIFY2(refused.isEmpty(), qPrintable(refused + QLatin1String(" is refused")));
-    const QImage drawn = widget->grab().toImage();
-    QVERIFY2(!isUniform(drawn), qPrintable(instance.objectName + QLatin1String(" draws nothing")));
-    QVERIFY2(drawn != bare, qPrintable(instance.objectName + QLatin1String(" draws without its artwork")));
-#endif
-}
 
-#ifdef ORV_HAVE_DESIGNER_PLUGIN
-QDesignerCustomWidgetInterface *tst_DesignerPlugin::widgetInterface(const QString &className) const
-{
-    const QList<QDesignerCustomWidgetInterface *> all = m_collection->customWidgets();
-    for (QDesignerCustomWidgetInterface *widgets : all) {
-        if (widgets->name() == className)
-            return widgets;
+    // The control set up as the form sets it, without and then with the
+    // form's artwork: the difference is what the plug-in's resources draw.
+    widget->resize(instance.size);
+    QImage drawn[2];
+    for (const bool artwork : { false, true }) {
+        for (auto it = instance.values.cbegin(); it != instance.values.cend(); ++it) {
+            if (isArtwork(it.value()) == artwork)
+                QVERIFY2(widget->setProperty(it.key().toLatin1(), it.value()),
+                    qPrintable(it.key() + " is refused"));
+        }
+        drawn[artwork] = widget->grab().toImage();
     }
-    return nullptr;
+    QImage uniform(drawn[1].size(), drawn[1].format());
+    uniform.fill(drawn[1].pixel(0, 0));
+    QVERIFY2(drawn[1] != uniform, qPrintable(instance.objectName + QLatin1String(" draws nothing")));
+    QVERIFY2(
+        drawn[1] != drawn[0], qPrintable(instance.objectName + QLatin1String(" draws without its artwork")));
 }
-#endif
 
 QTEST_MAIN(tst_DesignerPlugin)
 #include "tst_designerplugin.moc"

@@ -1,37 +1,45 @@
+// The 512-byte morph record: its layout, what it refuses, the batch it
+// becomes, and the command-line tool that makes, shows and lists records.
+
+#include <QDirIterator>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include "Interfaces/ChannelStripKeys.h"
+#include "MorphRecords.h"
 #include "ORVChStrip/ORVChStripParameters.h"
-#include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ORVChStrip/OrvdMorphBatch.h"
+#include "ProcessRun.h"
 
 using ReadResult = OrvdMorphRecord::ReadResult;
 Q_DECLARE_METATYPE(ReadResult)
 
 namespace {
 
-OrvdMorphRecord sampleRecord()
+const QString Glue = QStringLiteral(ORV_MORPH_PRESETS_DIR "/Mix Bus/Glue");
+
+ProcessRun runTool(const QStringList &arguments)
 {
-    OrvdMorphRecord record;
-    record.name = QStringLiteral("Vocal Levelling");
-    record.systemId = "ORV-TEST-7";
-    for (int point = 0; point < OrvdMorphRecord::PointCount; ++point) {
-        for (int column = 0; column < OrvdMorphRecord::ColumnCount; ++column)
-            record.points[point][column] = int16_t(point * 100 + column * 3 - 20);
-    }
-    return record;
+    return runProcess(
+        QStringLiteral(ORV_TOOL_PATH), arguments, QProcessEnvironment::systemEnvironment(), QString(), 30000);
 }
 
-// A lookup that knows every key except `missing`.
-OrvdMorphBatch::ParameterLookup lookupWithout(const QByteArray &missing)
+QJsonObject glueTable()
 {
-    return [missing](const char *key, unsigned short *prmId) {
-        if (missing == key)
-            return false;
-        *prmId = static_cast<unsigned short>(qHash(QByteArray(key)) % 60000 + 1);
-        return true;
-    };
+    return QJsonDocument::fromJson(readFile(Glue + QStringLiteral(".json"))).object();
+}
+
+QByteArray withValue(QJsonObject table, int point, int column, const QJsonValue &value)
+{
+    QJsonArray points = table.value("points").toArray();
+    QJsonArray values = points.at(point).toArray();
+    values[column] = value;
+    points[point] = values;
+    table["points"] = points;
+    return QJsonDocument(table).toJson();
 }
 
 } // namespace
@@ -41,66 +49,62 @@ class TestMorphRecord : public QObject
     Q_OBJECT
 
 private slots:
-    void fixedLayout();
+    void layoutMatchesTheGoldenFile();
     void rejects_data();
     void rejects();
     void longNameIsCutAtCharacterBoundary();
-    void batchAbandonedWhenKeyMissing_data();
-    void batchAbandonedWhenKeyMissing();
+    void batchAbandonedWhenTheHostLacksAKey_data();
+    void batchAbandonedWhenTheHostLacksAKey();
+    void toolListsFolders();
+    void toolMakesThenShows();
+    void toolRefusesBadTables_data();
+    void toolRefusesBadTables();
+    void factorySetsMatchTheirTables();
 };
 
-void TestMorphRecord::fixedLayout()
+void TestMorphRecord::layoutMatchesTheGoldenFile()
 {
-    // The layout is a file format: other writers place fields by these offsets.
+    // The layout is a file format: other writers place fields by its offsets.
     OrvdMorphRecord record;
     record.name = QStringLiteral("AB");
     record.systemId = "X";
     record.points[2][5] = -3;
     record.points[8][16] = 0x1234;
-    const QByteArray bytes = record.write();
-    const auto *data = reinterpret_cast<const uchar *>(bytes.constData());
-    QCOMPARE(bytes.left(4), QByteArray("ORVD"));
-    QCOMPARE(qFromLittleEndian<quint16>(data + 4), quint16(1));
-    QCOMPARE(qFromLittleEndian<quint16>(data + 6), quint16(9));
-    QCOMPARE(qFromLittleEndian<quint16>(data + 8), quint16(17));
-    QCOMPARE(bytes.mid(12, 3), QByteArray("AB\0", 3));
-    QCOMPARE(bytes.mid(172, 2), QByteArray("X\0", 2));
-    QCOMPARE(qFromLittleEndian<qint16>(data + 204 + (2 * 17 + 5) * 2), qint16(-3));
-    QCOMPARE(qFromLittleEndian<qint16>(data + 204 + (8 * 17 + 16) * 2), qint16(0x1234));
-    QCOMPARE(bytes.right(2), QByteArray(2, '\0'));
-
+    const QByteArray golden = readFile(QStringLiteral(ORV_TEST_DATA_DIR "/morph/layout.ord"));
+    QCOMPARE(record.write(), golden);
     OrvdMorphRecord read;
-    QCOMPARE(OrvdMorphRecord::read(bytes, &read), ReadResult::Ok);
-    QCOMPARE(read.name, record.name);
-    QCOMPARE(read.systemId, record.systemId);
-    QVERIFY(read.points == record.points);
+    QCOMPARE(OrvdMorphRecord::read(golden, &read), ReadResult::Ok);
+    QVERIFY(read.name == record.name && read.systemId == record.systemId && read.points == record.points);
 }
 
 void TestMorphRecord::rejects_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<ReadResult>("expected");
-    const QByteArray good = sampleRecord().write();
-    QTest::newRow("511 bytes") << good.left(511) << ReadResult::WrongSize;
-    QTest::newRow("513 bytes") << good + '\0' << ReadResult::WrongSize;
-    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "ORVX") << ReadResult::WrongMagic;
+    QTest::addColumn<QString>("reason");
+    const QByteArray good = knownMorphRecord().write();
+    QTest::newRow("511 bytes") << good.left(511) << ReadResult::WrongSize << "511 bytes, not 512";
+    QTest::newRow("513 bytes") << good + '\0' << ReadResult::WrongSize << "513 bytes, not 512";
+    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "ORVX") << ReadResult::WrongMagic
+                                 << "\"ORVD\"";
     QTest::newRow("version 2") << QByteArray(good).replace(4, 2, QByteArray("\x02\x00", 2))
-                               << ReadResult::UnsupportedVersion;
+                               << ReadResult::UnsupportedVersion << "unknown version";
     QTest::newRow("8 points") << QByteArray(good).replace(6, 2, QByteArray("\x08\x00", 2))
-                              << ReadResult::WrongShape;
+                              << ReadResult::WrongShape << "9 points of 17 values";
     QTest::newRow("16 columns") << QByteArray(good).replace(8, 2, QByteArray("\x10\x00", 2))
-                                << ReadResult::WrongShape;
+                                << ReadResult::WrongShape << "9 points of 17 values";
 }
 
 void TestMorphRecord::rejects()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(ReadResult, expected);
-    OrvdMorphRecord untouched = sampleRecord();
+    QFETCH(QString, reason);
+    OrvdMorphRecord untouched;
     untouched.name = QStringLiteral("keep");
     QCOMPARE(OrvdMorphRecord::read(bytes, &untouched), expected);
     QCOMPARE(untouched.name, QStringLiteral("keep"));
-    QVERIFY(!OrvdMorphRecord::describe(expected, bytes.size()).isEmpty());
+    QVERIFY(OrvdMorphRecord::describe(expected, bytes.size()).contains(reason));
 }
 
 void TestMorphRecord::longNameIsCutAtCharacterBoundary()
@@ -112,12 +116,11 @@ void TestMorphRecord::longNameIsCutAtCharacterBoundary()
     OrvdMorphRecord read;
     QCOMPARE(OrvdMorphRecord::read(record.write(), &read), ReadResult::Ok);
     QCOMPARE(read.name, QString(158, QLatin1Char('a')));
-
     record.name.chop(1);
     QVERIFY(record.fitProblem().isEmpty());
 }
 
-void TestMorphRecord::batchAbandonedWhenKeyMissing_data()
+void TestMorphRecord::batchAbandonedWhenTheHostLacksAKey_data()
 {
     QTest::addColumn<QByteArray>("missing");
     QTest::newRow("name") << QByteArray(ChannelStripKeys::MorphSystemName);
@@ -125,13 +128,122 @@ void TestMorphRecord::batchAbandonedWhenKeyMissing_data()
     QTest::newRow("last column") << QByteArray(ORVChStripParameters::OrvaneDataParameterList[16]);
 }
 
-void TestMorphRecord::batchAbandonedWhenKeyMissing()
+void TestMorphRecord::batchAbandonedWhenTheHostLacksAKey()
 {
     QFETCH(QByteArray, missing);
-    OrvdMorphBatch batch(lookupWithout(missing));
-    QVERIFY(!batch.appendMorphSet("x", sampleRecord(), 0));
+    OrvdMorphBatch batch([missing](const char *key, unsigned short *prmId) {
+        *prmId = static_cast<unsigned short>(qHash(QByteArray(key)) % 60000 + 1);
+        return missing != key;
+    });
+    QVERIFY(!batch.appendMorphSet("x", knownMorphRecord(), 0));
     QVERIFY(!batch.isTerminated());
 }
 
-QTEST_APPLESS_MAIN(TestMorphRecord)
+void TestMorphRecord::toolListsFolders()
+{
+    QTemporaryDir dir;
+    QVERIFY(makeMorphFolder(dir.path(),
+        { "Vocal.ord:10", "Drums/b.ord:5", "Drums/A.ord:3", "Drums/More/c.ord:3", "notes.txt:3", "Empty/" }));
+    const ProcessRun run = runTool({ "morph", "list", "--json", "--folder", dir.path() });
+    QCOMPARE(run.exitCode, 0);
+    const QJsonObject listed = QJsonDocument::fromJson(run.out).object();
+    QCOMPARE(QDir(listed.value("folder_path").toString()), QDir(dir.path()));
+    QStringList rows; // "name|depth|folder|size"
+    for (const QJsonValue &row : listed.value("rows").toArray())
+        rows << QStringLiteral("%1|%2|%3|%4")
+                    .arg(row["name"].toString())
+                    .arg(row["depth"].toInt(-1))
+                    .arg(row["folder"].toBool())
+                    .arg(row["size"].toInteger(-1));
+    QCOMPARE(rows, (QStringList { "Drums|0|1|0", "A|1|0|3", "b|1|0|5", "Empty|0|1|0", "Vocal|0|0|10" }));
+
+    const QString missing = dir.filePath("nowhere");
+    for (const QStringList &json : { QStringList(), QStringList { "--json" } }) {
+        const ProcessRun refused = runTool(QStringList { "morph", "list", "--folder", missing } + json);
+        QVERIFY(refused.exitCode > 0 && refused.out.isEmpty());
+        QVERIFY2(refused.err.contains(QDir::toNativeSeparators(missing).toUtf8()), refused.err.constData());
+    }
+}
+
+void TestMorphRecord::toolMakesThenShows()
+{
+    QTemporaryDir dir;
+    QJsonObject table = glueTable();
+    table["name"] = QStringLiteral("Täst Set");
+    QVERIFY(writeFile(dir.filePath("set.json"), QJsonDocument(table).toJson()));
+    const ProcessRun make
+        = runTool({ "morph", "make", "--from", dir.filePath("set.json"), "--out", dir.filePath("set.ord") });
+    QCOMPARE(make.exitCode, 0);
+
+    const ProcessRun json = runTool({ "morph", "show", dir.filePath("set.ord"), "--json" });
+    QCOMPARE(json.exitCode, 0);
+    const QJsonObject shown = QJsonDocument::fromJson(json.out).object();
+    QCOMPARE(shown.value("name").toString(), QStringLiteral("Täst Set"));
+    QCOMPARE(shown.value("id").toString(), QStringLiteral("ORV-MIX-01"));
+    QCOMPARE(shown.value("points").toArray(), table.value("points").toArray());
+    const QJsonArray firstTexts = shown.value("texts").toArray().at(0).toArray();
+    QCOMPARE(firstTexts.at(0).toString(), QStringLiteral("30 ms"));
+    QCOMPARE(firstTexts.at(3).toString(), QStringLiteral("SOFT"));
+}
+
+void TestMorphRecord::toolRefusesBadTables_data()
+{
+    QTest::addColumn<QByteArray>("table");
+    QTest::addColumn<QString>("message");
+    const QJsonObject glue = glueTable();
+    QTest::newRow("ratio above range")
+        << withValue(glue, 2, 2, 121) << "point 3, column fx_mrpcmp_rto: 121 is outside the range 0..120";
+    QTest::newRow("fraction") << withValue(glue, 4, 16, 4.5)
+                              << "point 5, column fx_mrpeq_peqgain: 4.5 is not an integer";
+    QJsonObject eightPoints = glue;
+    QJsonArray points = eightPoints.value("points").toArray();
+    points.removeLast();
+    eightPoints["points"] = points;
+    QTest::newRow("eight points") << QJsonDocument(eightPoints).toJson()
+                                  << "holds 8 points, a morph set has 9";
+    QJsonObject swapped = glue;
+    QJsonArray columns = swapped.value("columns").toArray();
+    const QJsonValue tenth = columns.at(9);
+    columns[9] = columns.at(11);
+    columns[11] = tenth;
+    swapped["columns"] = columns;
+    QTest::newRow("columns out of order")
+        << QJsonDocument(swapped).toJson() << "column 10 is \"fx_mrpeq_mdfrq\"";
+    QTest::newRow("not JSON") << QByteArray("{ \"name\": ") << "not valid JSON";
+}
+
+void TestMorphRecord::toolRefusesBadTables()
+{
+    QFETCH(QByteArray, table);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    const QString tablePath = dir.filePath("bad.json");
+    const QString out = dir.filePath("kept.ord");
+    QVERIFY(writeFile(tablePath, table));
+    QVERIFY(writeFile(out, "previous contents"));
+    const ProcessRun run = runTool({ "morph", "make", "--from", tablePath, "--out", out });
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(QString::fromUtf8(run.err).contains(message), run.err.constData());
+    QCOMPARE(readFile(out), QByteArray("previous contents"));
+}
+
+void TestMorphRecord::factorySetsMatchTheirTables()
+{
+    // The shipped records must be what their tables make, so an edited table
+    // that was not rebuilt (scripts/make-morph-presets.sh) is caught.
+    QTemporaryDir dir;
+    int sets = 0;
+    QDirIterator it(
+        QStringLiteral(ORV_MORPH_PRESETS_DIR), { "*.json" }, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString table = it.next();
+        const QString made = dir.filePath(QStringLiteral("%1.ord").arg(sets++));
+        const ProcessRun run = runTool({ "morph", "make", "--from", table, "--out", made });
+        QVERIFY2(run.exitCode == 0, run.err.constData());
+        QVERIFY2(readFile(made) == readFile(table.chopped(5) + QStringLiteral(".ord")), qPrintable(table));
+    }
+    QVERIFY(sets >= 12);
+}
+
+QTEST_GUILESS_MAIN(TestMorphRecord)
 #include "tst_morphrecord.moc"
