@@ -2,6 +2,11 @@
 // count and geometry: opening, repainting, one morph step, the meters at
 // 30 Hz (alone and with the spectrum), a spectrum frame's repaint and the
 // wake-ups while nothing changes.
+//
+//   bench_editor [--json] [--opens-only N]
+//
+// --opens-only opens and paints the editor N times and stops, for a
+// profiler (perf record) to see the open alone.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -171,6 +176,12 @@ int main(int argc, char **argv)
     HostModel model = HostModel::channelStrip();
     ParameterMemory memory(&model);
     const std::unique_ptr<ORVChStripEditor> template1 = openEditor(model, memory, 1.0);
+    const int opensOnly = int(app.arguments().indexOf(QStringLiteral("--opens-only")));
+    if (opensOnly > 0 && opensOnly + 1 < app.arguments().size()) {
+        for (int i = app.arguments().at(opensOnly + 1).toInt(); i > 0; --i)
+            paintInto(openEditor(model, memory, 1.0).get());
+        return 0;
+    }
 
     QJsonObject figures;
     std::vector<double> editorOpen;
