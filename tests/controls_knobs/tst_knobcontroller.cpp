@@ -91,6 +91,8 @@ private slots:
     void dragBracketsOneEdit();
     void indexLineFollowsValue();
     void artwork();
+    void dragStepCallsHostAtMostThrice_data();
+    void dragStepCallsHostAtMostThrice();
 };
 
 void tst_KnobController::angleMapping_data()
@@ -359,6 +361,77 @@ void tst_KnobController::artwork()
     knob.setKnobDisableOpacity(0.4);
     knob.setEnabled(false);
     QVERIFY(picture(&knob).pixelColor(8, 18).alpha() < 255);
+}
+
+namespace {
+
+// Counts the calls a control makes into the parameter memory; without echo
+// the memory stores writes without telling the observers.
+class CountingMemory : public ParameterMemory
+{
+public:
+    using ParameterMemory::ParameterMemory;
+    int calls = 0;
+    bool echo = true;
+    int getValue(unsigned short p, unsigned short c, int *v, int i) override
+    {
+        return ++calls, ParameterMemory::getValue(p, c, v, i);
+    }
+    int setValue(unsigned short p, unsigned short c, int v, int i, int r, int notify) override
+    {
+        return ++calls, ParameterMemory::setValue(p, c, v, i, r, echo ? notify : 0);
+    }
+    int getRange(unsigned short p, unsigned short c, int *lo, int *hi) override
+    {
+        return ++calls, ParameterMemory::getRange(p, c, lo, hi);
+    }
+    int getDefault(unsigned short p, unsigned short c, int *v) override
+    {
+        return ++calls, ParameterMemory::getDefault(p, c, v);
+    }
+    int getValueString(unsigned short p, unsigned short c, int v, char *text, int size) override
+    {
+        return ++calls, ParameterMemory::getValueString(p, c, v, text, size);
+    }
+};
+
+} // namespace
+
+void tst_KnobController::dragStepCallsHostAtMostThrice_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("echo");
+    QTest::newRow("circular") << int(KnobController::Circular) << int(Qt::NoModifier) << true;
+    QTest::newRow("circular, fine") << int(KnobController::Circular) << int(Qt::ShiftModifier) << true;
+    QTest::newRow("linear") << int(KnobController::Linear) << int(Qt::NoModifier) << true;
+    QTest::newRow("host without echo") << int(KnobController::Circular) << int(Qt::NoModifier) << false;
+}
+
+void tst_KnobController::dragStepCallsHostAtMostThrice()
+{
+    QFETCH(int, operation);
+    QFETCH(int, modifiers);
+    QFETCH(bool, echo);
+    HostModel model = HostModel::channelStrip();
+    CountingMemory memory(&model);
+    memory.echo = echo;
+    KnobController knob;
+    knob.resize(36, 36);
+    knob.setOperationType(KnobController::OperationType(operation));
+    knob.setMemAPIValue(&memory, model.parameterId("fx_cmp_atck"), 0);
+    const auto keys = Qt::KeyboardModifiers(modifiers);
+    mouse(&knob, QEvent::MouseButtonPress, QPoint(2, 18), keys);
+    const int pressed = memory.value("fx_cmp_atck");
+    for (int step = 1; step <= 16; ++step) {
+        memory.calls = 0;
+        mouse(&knob, QEvent::MouseMove, QPoint(2 + step, 18 - step), keys);
+        QVERIFY2(memory.calls <= 3, qPrintable(QString::number(memory.calls)));
+    }
+    // The drag moved the host, and the knob shows what the host holds.
+    QVERIFY(memory.value("fx_cmp_atck") != pressed);
+    QCOMPARE(knob.value(), memory.value("fx_cmp_atck"));
+    mouse(&knob, QEvent::MouseButtonRelease, QPoint(18, 2), keys);
 }
 
 QTEST_MAIN(tst_KnobController)
