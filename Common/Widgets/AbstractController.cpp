@@ -16,14 +16,27 @@ AbstractController::~AbstractController()
         m_pMemAPI->removePrmObserver(m_prmId, m_ch, this);
 }
 
-int AbstractController::Update(unsigned short, unsigned short, int, const char *)
+int AbstractController::Update(unsigned short, unsigned short, int value, const char *text)
 {
+    m_echoed = true;
+    if (!isBound())
+        return 0;
+    // A text parameter reports whichever character changed; only a whole
+    // value is taken as pushed.
+    if (m_index != 0) {
+        readValue();
+    } else {
+        m_value = value;
+        m_string = text ? QString::fromLocal8Bit(text) : readString(value);
+    }
     valueChangedRequest();
     return 0;
 }
 
 int AbstractController::UpdateProperty(unsigned short, unsigned short, int, int, int, bool, const char *)
 {
+    if (isBound())
+        readFromHost();
     valueChangedRequest();
     return 0;
 }
@@ -44,8 +57,10 @@ void AbstractController::setMemAPIValue(
     m_prmId = prmId;
     m_ch = ch;
     m_index = index;
-    if (isBound())
+    if (isBound()) {
         m_pMemAPI->addPrmObserver(m_prmId, m_ch, this, m_index);
+        readFromHost();
+    }
     valueChangedRequest();
 }
 
@@ -58,38 +73,61 @@ bool AbstractController::storeScale(double scale)
     return true;
 }
 
+// A bound control reads the host once when bound and then keeps what the
+// host pushes through Update(): a drag asks the value and the range many
+// times a step, and every question is a call into the host.
+void AbstractController::readFromHost()
+{
+    int minimum = 0;
+    int maximum = 0;
+    if (m_pMemAPI->getRange(m_prmId, m_ch, &minimum, &maximum) < 0)
+        minimum = maximum = 0;
+    m_minimum = minimum;
+    m_maximum = maximum;
+    int value = 0;
+    m_default = m_pMemAPI->getDefault(m_prmId, m_ch, &value) < 0 ? 0 : value;
+    readValue();
+}
+
+void AbstractController::readValue()
+{
+    int value = 0;
+    if (m_pMemAPI->getValue(m_prmId, m_ch, &value, m_index) < 0) {
+        m_value = 0;
+        m_string.clear();
+        return;
+    }
+    m_value = value;
+    m_string = readString(value);
+}
+
+QString AbstractController::readString(int value) const
+{
+    char buffer[256] = {};
+    if (m_pMemAPI->getValueString(m_prmId, m_ch, value, buffer, sizeof buffer) < 0)
+        return QString();
+    buffer[sizeof buffer - 1] = '\0';
+    return QString::fromLocal8Bit(buffer);
+}
+
 int AbstractController::value() const
 {
-    if (!isBound())
-        return m_value;
-    int value = 0;
-    return m_pMemAPI->getValue(m_prmId, m_ch, &value, m_index) < 0 ? 0 : value;
+    return m_value;
 }
 
 int AbstractController::minimumValue() const
 {
-    if (!isBound())
-        return m_minimum;
-    int minimum = 0;
-    int maximum = 0;
-    return m_pMemAPI->getRange(m_prmId, m_ch, &minimum, &maximum) < 0 ? 0 : minimum;
+    return m_minimum;
 }
 
 int AbstractController::maximumValue() const
 {
-    if (!isBound())
-        return m_maximum;
-    int minimum = 0;
-    int maximum = 0;
-    return m_pMemAPI->getRange(m_prmId, m_ch, &minimum, &maximum) < 0 ? 0 : maximum;
+    return m_maximum;
 }
 
 int AbstractController::defaultValue() const
 {
-    if (!isBound())
-        return m_default;
-    int value = 0;
-    return m_pMemAPI->getDefault(m_prmId, m_ch, &value) < 0 ? 0 : value;
+    return m_default;
 }
 
 void AbstractController::setValue(int value)
@@ -97,13 +135,29 @@ void AbstractController::setValue(int value)
     value = std::min(value, maximumValue());
     value = std::max(value, minimumValue());
     if (isBound()) {
-        m_pMemAPI->setValue(m_prmId, m_ch, value, m_index, 0, 1);
+        writeToHost(value);
         return;
     }
     if (value != m_value) {
         m_value = value;
         valueChangedRequest();
     }
+}
+
+void AbstractController::writeToHost(int value)
+{
+    m_echoed = false;
+    if (m_pMemAPI->setValue(m_prmId, m_ch, value, m_index, 0, 1) < 0 || m_echoed)
+        return;
+    // The host reports changes only; a write it did not echo may still have
+    // landed on another value than the one shown (a clamp, a rounding).
+    const int before = m_value;
+    int confirmed = 0;
+    if (m_pMemAPI->getValue(m_prmId, m_ch, &confirmed, m_index) < 0 || confirmed == before)
+        return;
+    m_value = confirmed;
+    m_string = readString(confirmed);
+    valueChangedRequest();
 }
 
 void AbstractController::setMinimumValue(int minimum)
@@ -196,16 +250,7 @@ void AbstractController::setDefaultNormalized(float normalized)
 
 QString AbstractController::string() const
 {
-    if (!isBound())
-        return m_string;
-    int value = 0;
-    if (m_pMemAPI->getValue(m_prmId, m_ch, &value, m_index) < 0)
-        return QString();
-    char buffer[256] = {};
-    if (m_pMemAPI->getValueString(m_prmId, m_ch, value, buffer, sizeof buffer) < 0)
-        return QString();
-    buffer[sizeof buffer - 1] = '\0';
-    return QString::fromLocal8Bit(buffer);
+    return m_string;
 }
 
 void AbstractController::setString(const QString &string)
@@ -214,7 +259,7 @@ void AbstractController::setString(const QString &string)
         const QByteArray text = string.toLocal8Bit();
         int value = 0;
         if (m_pMemAPI->setValueString(m_prmId, m_ch, text.constData(), &value) >= 0)
-            m_pMemAPI->setValue(m_prmId, m_ch, value, m_index, 0, 1);
+            writeToHost(value);
         return;
     }
     if (string == m_string)

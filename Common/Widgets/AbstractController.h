@@ -12,9 +12,10 @@ namespace CommonController_MemAPI {
 
 // The value protocol every control shares. A control holds an integer value
 // with a range and a default and can be bound to one parameter of the host's
-// parameter memory. Bound, every getter asks the host and every write goes to
-// the host; the control changes its look only when the host confirms through
-// Update(). Unbound, the control keeps its value itself.
+// parameter memory. Bound, the getters answer what the host last reported
+// (read once when bound, then pushed through Update()) and every write goes
+// to the host; the control changes its look only when the host confirms.
+// Unbound, the control keeps its value itself.
 class AbstractController : public IPrmObserver
 {
 public:
@@ -80,6 +81,13 @@ protected:
     virtual void notifyModifiersChange(Qt::KeyboardModifiers modifiers) = 0;
 
 private:
+    void readFromHost();
+    void readValue();
+    QString readString(int value) const;
+    // Writes to the host; a write the host does not echo through Update()
+    // is read back once, so the look follows what the host holds.
+    void writeToHost(int value);
+
     int m_value = 0;
     int m_minimum = 0;
     int m_maximum = 100;
@@ -90,6 +98,7 @@ private:
     unsigned short m_prmId = 0;
     unsigned short m_ch = 0; // tested as a signed 16-bit number
     unsigned short m_index = 0;
+    bool m_echoed = false;
 };
 
 } // namespace CommonController_MemAPI

@@ -7,11 +7,7 @@ namespace CommonController_MemAPI {
 
 ButtonArtwork::ButtonArtwork(QWidget *owner)
     : m_pOwner(owner)
-{
-    for (SvgLayer &layer : m_layers)
-        QObject::connect(
-            layer.renderer(), &QSvgRenderer::repaintNeeded, owner, qOverload<>(&QWidget::update));
-}
+{ }
 
 bool ButtonArtwork::load(Layer layer, const QString &path)
 {

@@ -13,8 +13,7 @@ namespace CommonController_MemAPI {
 // and pressed), its shadow up and pressed, and its icon off and on, with the
 // shadow's blur radius and the body's opacity while disabled. It picks the
 // layer for a button's state and places a layer in the button. Setters return
-// whether the button must repaint; every layer repaints its owner when its
-// SVG changes by itself.
+// whether the button must repaint.
 class ButtonArtwork
 {
 public:

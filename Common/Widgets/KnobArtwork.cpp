@@ -7,11 +7,7 @@ namespace CommonController_MemAPI {
 
 KnobArtwork::KnobArtwork(QWidget *owner)
     : m_pOwner(owner)
-{
-    for (SvgLayer *layer : { &m_knob, &m_shadow, &m_background })
-        QObject::connect(
-            layer->renderer(), &QSvgRenderer::repaintNeeded, owner, qOverload<>(&QWidget::update));
-}
+{ }
 
 bool KnobArtwork::setShadowBlur(double radius)
 {

@@ -8,8 +8,7 @@ namespace CommonController_MemAPI {
 
 // The artwork of a knob or a fader: the knob (or thumb), its shadow, and the
 // scale or track behind it, with the shadow's blur radius and the knob's
-// opacity while disabled. Setters return whether the control must repaint;
-// every layer repaints its owner when its SVG changes by itself.
+// opacity while disabled. Setters return whether the control must repaint.
 class KnobArtwork
 {
 public:

@@ -4,11 +4,7 @@
 
 SvgLabel::SvgLabel(QWidget *parent)
     : QLabel(parent)
-{
-    connect(m_svgRenderer.renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
-    connect(
-        m_disableSvgRenderer.renderer(), &QSvgRenderer::repaintNeeded, this, qOverload<>(&QWidget::update));
-}
+{ }
 
 SvgLabel::~SvgLabel() = default;
 

@@ -3,8 +3,10 @@
 #include <QGraphicsBlurEffect>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
+#include <QHash>
 #include <QPainter>
 #include <QPixmapCache>
+#include <QSvgRenderer>
 
 namespace CommonController_MemAPI {
 
@@ -23,22 +25,38 @@ QString sharedKey(const char *kind, const QString &path, const QSize &size, qrea
         .arg(extra);
 }
 
+// The parsed artwork files, one renderer per path for the life of the
+// process (a broken path keeps its invalid renderer, so it is tried once).
+// The artwork is static: no layer reloads a shared renderer.
+std::shared_ptr<QSvgRenderer> sharedRenderer(const QString &path)
+{
+    static QHash<QString, std::shared_ptr<QSvgRenderer>> renderers;
+    std::shared_ptr<QSvgRenderer> &renderer = renderers[path];
+    if (!renderer)
+        renderer = std::make_shared<QSvgRenderer>(path);
+    return renderer;
+}
+
 } // namespace
 
-SvgLayer::SvgLayer()
-{
-    QObject::connect(&m_renderer, &QSvgRenderer::repaintNeeded, &m_renderer, [this] { invalidate(); });
-}
+SvgLayer::SvgLayer() = default;
 
 bool SvgLayer::load(const QString &path)
 {
     m_path = path;
     invalidate();
-    if (path.isEmpty()) {
-        m_renderer.load(QByteArray()); // leaves the renderer invalid
-        return false;
-    }
-    return m_renderer.load(path);
+    m_renderer = path.isEmpty() ? nullptr : sharedRenderer(path);
+    return isValid();
+}
+
+bool SvgLayer::isValid() const
+{
+    return m_renderer && m_renderer->isValid();
+}
+
+QSize SvgLayer::defaultSize() const
+{
+    return m_renderer ? m_renderer->defaultSize() : QSize();
 }
 
 void SvgLayer::invalidate()
@@ -53,10 +71,10 @@ QPixmap SvgLayer::render(const QSize &size, qreal dpr)
     QPixmap pixmap(size * dpr);
     pixmap.setDevicePixelRatio(dpr);
     pixmap.fill(Qt::transparent);
-    if (m_renderer.isValid() && !size.isEmpty()) {
+    if (isValid() && !size.isEmpty()) {
         QPainter painter(&pixmap);
         painter.setRenderHint(QPainter::Antialiasing);
-        m_renderer.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+        m_renderer->render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
     }
     return pixmap;
 }

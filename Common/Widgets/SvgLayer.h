@@ -2,9 +2,10 @@
 
 #include <QColor>
 #include <QPixmap>
-#include <QSvgRenderer>
+#include <memory>
 
 class QPainter;
+class QSvgRenderer;
 
 namespace CommonController_MemAPI {
 
@@ -12,7 +13,9 @@ namespace CommonController_MemAPI {
 // over and over (a knob during a drag, a meter 30 times a second), so the
 // layer keeps what it rendered (plain, blurred into a shadow, or tinted) and
 // renders again only when the size, the device pixel ratio, the blur radius
-// or the tint changes, or when the SVG itself does.
+// or the tint changes. Every layer that shows one artwork file shares one
+// parsed document: the editor draws a few dozen files on some hundred
+// layers, and parsing is most of what a layer costs to set up.
 class SvgLayer
 {
 public:
@@ -24,10 +27,8 @@ public:
     // Loads a resource path; an empty or broken path leaves the layer invalid.
     bool load(const QString &path);
     const QString &path() const { return m_path; }
-    bool isValid() const { return m_renderer.isValid(); }
-    QSize defaultSize() const { return m_renderer.defaultSize(); }
-    // Emits repaintNeeded() when the artwork changes; connect it to update().
-    QSvgRenderer *renderer() { return &m_renderer; }
+    bool isValid() const;
+    QSize defaultSize() const;
 
     // The artwork at `size` logical pixels for a device pixel ratio.
     QPixmap pixmap(const QSize &size, qreal dpr);
@@ -58,7 +59,7 @@ private:
         QColor color;
     };
 
-    QSvgRenderer m_renderer;
+    std::shared_ptr<QSvgRenderer> m_renderer;
     QString m_path;
     Entry m_plain;
     Entry m_blurred;

@@ -1,5 +1,6 @@
 // Repaint cost of the knob and the fader beside the stock QDial and QSlider of
-// the same size, and the processor load of a meter fed 60 readings a second.
+// the same size, the processor load of a meter fed 60 readings a second, and
+// the calls one step of a knob drag makes into the host's parameter memory.
 //
 //   bench_controls [--json] [--iterations N]
 
@@ -9,6 +10,7 @@
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMouseEvent>
 #include <QSlider>
 #include <QTextStream>
 #include <QTimer>
@@ -21,7 +23,11 @@
 #include "Common/Widgets/FaderController.h"
 #include "Common/Widgets/KnobController.h"
 #include "Common/Widgets/MeterController.h"
+#include "CountingMemory.h"
+#include "HostModel.h"
+#include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/resources/OrvResources.h"
+#include "ParameterMemory.h"
 
 using namespace CommonController_MemAPI;
 
@@ -94,6 +100,40 @@ double meterCpuPercent(bool withMeter)
     return 100.0 * cpu / (wall.nsecsElapsed() / 1e9);
 }
 
+void sendMouse(QWidget *widget, QEvent::Type type, const QPointF &position, Qt::MouseButtons buttons)
+{
+    QMouseEvent event(type, position, widget->mapToGlobal(position), Qt::LeftButton, buttons, Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+// A knob bound to the host's attack parameter, dragged once around its
+// centre in small steps: the most calls into the parameter memory that one
+// mouse move made (whether or not the value moved).
+int hostCallsPerKnobStep()
+{
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    CountingMemory counting(&memory);
+    KnobController knob;
+    knob.resize(36, 36);
+    knob.setMemAPIValue(&counting, model.parameterId(ChannelStripKeys::CompressorAttack), 0);
+
+    const QPointF centre(18, 18);
+    const auto at = [&](int step) {
+        const double angle = 2.0 + step * 0.02;
+        return centre + QPointF(std::cos(angle), std::sin(angle)) * 14.0;
+    };
+    sendMouse(&knob, QEvent::MouseButtonPress, at(0), Qt::LeftButton);
+    int most = 0;
+    for (int step = 1; step <= 200; ++step) {
+        counting.resetCalls();
+        sendMouse(&knob, QEvent::MouseMove, at(step), Qt::LeftButton);
+        most = std::max(most, counting.calls());
+    }
+    sendMouse(&knob, QEvent::MouseButtonRelease, at(200), Qt::NoButton);
+    return most;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -140,13 +180,15 @@ int main(int argc, char **argv)
 
     const double idlePercent = meterCpuPercent(false);
     const double meterPercent = meterCpuPercent(true);
+    const int knobStepCalls = hostCallsPerKnobStep();
 
     QTextStream out(stdout);
     if (json) {
         const QJsonObject result { { QStringLiteral("knob_repaint_us"), knobUs },
             { QStringLiteral("qdial_repaint_us"), dialUs }, { QStringLiteral("fader_repaint_us"), faderUs },
             { QStringLiteral("qslider_repaint_us"), sliderUs },
-            { QStringLiteral("meter_60hz_cpu_percent"), meterPercent } };
+            { QStringLiteral("meter_60hz_cpu_percent"), meterPercent },
+            { QStringLiteral("host_calls_per_knob_step"), knobStepCalls } };
         out << QJsonDocument(result).toJson(QJsonDocument::Compact) << '\n';
         return 0;
     }
@@ -171,5 +213,7 @@ int main(int argc, char **argv)
                           " (the same loop without a shown meter: %2 %)\n")
                .arg(meterPercent, 0, 'f', 2)
                .arg(idlePercent, 0, 'f', 2);
+    out << QStringLiteral("Knob drag: at most %1 calls into the parameter memory per mouse move (goal: 3)\n")
+               .arg(knobStepCalls);
     return 0;
 }

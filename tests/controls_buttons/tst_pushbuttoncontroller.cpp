@@ -82,8 +82,14 @@ void TestPushButtonController::showsOnlyConfirmedValues()
     // The host's range rules a bound control.
     button.setMaximumValue(7);
     QCOMPARE(button.maximumValue(), 1);
+    // A host that fails keeps the control at what it last confirmed; one
+    // that fails while a control binds leaves it at 0 with an empty range.
     memory.setFailing(true);
-    QCOMPARE(button.maximumValue(), 0);
+    QCOMPARE(button.maximumValue(), 1);
+    PushButtonController late;
+    late.setMemAPIValue(&memory, id, 0);
+    QCOMPARE(late.value(), 0);
+    QCOMPARE(late.maximumValue(), 0);
 }
 
 void TestPushButtonController::checkTrigger_data()

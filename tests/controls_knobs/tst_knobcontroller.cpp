@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "Common/Widgets/KnobController.h"
+#include "CountingMemory.h"
 #include "HostModel.h"
 #include "ParameterMemory.h"
 #include "PointerEvents.h"
@@ -50,6 +51,8 @@ private slots:
     void gestures_data();
     void gestures();
     void boundGestures();
+    void dragStepCallsHostAtMostThrice_data();
+    void dragStepCallsHostAtMostThrice();
 };
 
 void tst_KnobController::gestures_data()
@@ -185,6 +188,44 @@ void tst_KnobController::boundGestures()
     sendMouse(&knob, QEvent::MouseButtonRelease, QPoint(18, 18));
     QCOMPARE(std::pair(knob.begins, knob.ends), std::pair(4, 4));
     QCOMPARE(dragSpy.count(), 4);
+}
+
+void tst_KnobController::dragStepCallsHostAtMostThrice_data()
+{
+    QTest::addColumn<int>("operation");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("echo");
+    QTest::newRow("circular") << int(KnobController::Circular) << int(Qt::NoModifier) << true;
+    QTest::newRow("circular, fine") << int(KnobController::Circular) << int(Qt::ShiftModifier) << true;
+    QTest::newRow("linear") << int(KnobController::Linear) << int(Qt::NoModifier) << true;
+    QTest::newRow("host without echo") << int(KnobController::Circular) << int(Qt::NoModifier) << false;
+}
+
+void tst_KnobController::dragStepCallsHostAtMostThrice()
+{
+    QFETCH(int, operation);
+    QFETCH(int, modifiers);
+    QFETCH(bool, echo);
+    HostModel model = HostModel::channelStrip();
+    ParameterMemory memory(&model);
+    CountingMemory counting(&memory);
+    counting.setEcho(echo);
+    KnobController knob;
+    knob.resize(36, 36);
+    knob.setOperationType(KnobController::OperationType(operation));
+    knob.setMemAPIValue(&counting, model.parameterId("fx_cmp_atck"), 0);
+    const auto keys = Qt::KeyboardModifiers(modifiers);
+    sendMouse(&knob, QEvent::MouseButtonPress, QPoint(2, 18), keys);
+    const int pressed = memory.value("fx_cmp_atck");
+    for (int step = 1; step <= 16; ++step) {
+        counting.resetCalls();
+        sendMouse(&knob, QEvent::MouseMove, QPoint(2 + step, 18 - step), keys);
+        QVERIFY2(counting.calls() <= 3, qPrintable(QString::number(counting.calls())));
+    }
+    // The drag moved the host, and the knob shows what the host holds.
+    QVERIFY(memory.value("fx_cmp_atck") != pressed);
+    QCOMPARE(knob.value(), memory.value("fx_cmp_atck"));
+    sendMouse(&knob, QEvent::MouseButtonRelease, QPoint(18, 2), keys);
 }
 
 QTEST_MAIN(tst_KnobController)
