@@ -136,7 +136,9 @@ bool SpectrumSwitch::eventFilter(QObject *watched, QEvent *event)
 {
     // The button describes itself as on or off when it shows; the reason
     // why it is disabled goes back on once it has.
-    if (watched == m_pButton && event->type() == QEvent::Show && !m_available)
+    // Only the event's type is read before comparing: a button being
+    // destroyed is a plain QObject by then, not a PushButtonController.
+    if (event->type() == QEvent::Show && !m_available && watched == m_pButton)
         QMetaObject::invokeMethod(this, &SpectrumSwitch::describeUnavailable, Qt::QueuedConnection);
     return QObject::eventFilter(watched, event);
 }
