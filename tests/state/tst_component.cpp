@@ -1,10 +1,10 @@
 #include <QTest>
 
 #include "BoundComponent.h"
+#include "EditorHost.h"
 #include "GoldenFile.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/Chunk/NormalizedValue.h"
-#include "ORVChStrip/ORVChStripEditor.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 
 using namespace ORVChStripParameters;
@@ -193,16 +193,12 @@ void TestComponent::storedFloatsRound()
 
 void TestComponent::editorHandsOutItsComponent()
 {
-    HostModel model = HostModel::channelStrip();
-    ParameterMemory memory(&model);
-    memory.setValueByKey("fx_eq_midfrq", 99, 3);
-    ORVChStripEditor editor;
-    editor.setModelInfo(&model);
-    editor.setMemAPI(&memory);
-    editor.setCh(3, 4);
-    IComponent *component = editor.getPlxComponent();
+    EditorHost host;
+    host.memory.setValueByKey("fx_eq_midfrq", 99, 3);
+    host.editor->setCh(3, 4);
+    IComponent *component = host.editor->getPlxComponent();
     QVERIFY(component);
-    QCOMPARE(editor.getPlxComponent(), component);
+    QCOMPARE(host.editor->getPlxComponent(), component);
     auto *stream = new MemoryBStream;
     QCOMPARE(component->getState(stream), kResultOk);
     QCOMPARE(stream->data().mid(4 + 4 * 12, 4), QByteArray("\x3f\x4c\x63\x19", 4)); // 99 / 124, channel 3
