@@ -13,6 +13,7 @@
 #endif
 
 #include "GoldenFile.h"
+#include "MorphRecords.h"
 #include "ORVChStrip/ORVD/OrvdMorphRecord.h"
 #include "ProcessRun.h"
 #include "tools/PrintableName.h"
@@ -29,18 +30,6 @@ ProcessRun runTool(QStringList arguments, const QString &folder)
     environment.remove(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"));
     environment.insert(QStringLiteral("XDG_DATA_DIRS"), folder + QStringLiteral("/nowhere"));
     return runProcess(QStringLiteral(ORV_TOOL_PATH), arguments, environment);
-}
-
-// A morph record the morphing list would send, with another magic or cut to
-// another size where asked.
-QByteArray morphRecord(const char *magic = "ORVD", int size = 512)
-{
-    OrvdMorphRecord record;
-    record.name = QStringLiteral("Set");
-    QByteArray bytes = record.write();
-    bytes.replace(0, 4, QByteArray(magic, 4));
-    bytes.resize(size);
-    return bytes;
 }
 
 // Each entry of the folder with what it is, so that a special file replaced
@@ -139,12 +128,13 @@ void TestToolCommandLine::initTestCase()
         { "third.plxpreset", third },
         { "empty.plxpreset", QByteArray(preset).replace(1712 + 20, 8, QByteArray(8, '\0')) },
         { "src/A.plxpreset", mono }, { "src/Vocals/Warm/B.plxpreset", preset }, { "src/C.plxpreset", third },
-        { "src/.D.plxpreset", preset }, { "src/notes.txt", "x" }, { "morph/Good.ord", morphRecord() },
-        { "morph/Short.ord", morphRecord("ORVD", 14) }, { "morph/Magic.ord", morphRecord("XXXX") },
-        { "morph/\u6f22\u5b57.ord", morphRecord() }, { "morph/new\nline.ord", morphRecord() },
-        { "morph/Caf\u00e9.ord", morphRecord() }, { "morph/Cafe\u0301.ord", morphRecord() } };
+        { "src/.D.plxpreset", preset }, { "src/notes.txt", "x" } };
     for (auto it = files.begin(); it != files.end(); ++it)
         QVERIFY(writeFile(path(it.key()), it.value()));
+    QVERIFY(makeMorphFolder(path("morph"),
+        { "Good.ord", "Short.ord:14", "\u6f22\u5b57.ord", "new\nline.ord", "Caf\u00e9.ord",
+            "Cafe\u0301.ord" }));
+    QVERIFY(writeFile(path("morph/Magic.ord"), knownMorphRecord().write().replace(0, 4, "XXXX")));
     QFile sparse(path("huge.state"));
     QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(3) << 30));
 #ifdef Q_OS_UNIX
