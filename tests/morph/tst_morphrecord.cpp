@@ -1,5 +1,6 @@
 // The 512-byte morph record: its layout, what it refuses, the batch it
-// becomes, and the command-line tool that makes, shows and lists records.
+// becomes, and the tables the command-line tool makes records of (how the
+// tool shows and lists them is the tool's test).
 
 #include <QDirIterator>
 #include <QJsonArray>
@@ -55,7 +56,6 @@ private slots:
     void longNameIsCutAtCharacterBoundary();
     void batchAbandonedWhenTheHostLacksAKey_data();
     void batchAbandonedWhenTheHostLacksAKey();
-    void toolMakesThenShows();
     void toolRefusesBadTables_data();
     void toolRefusesBadTables();
     void factorySetsMatchTheirTables();
@@ -134,27 +134,6 @@ void TestMorphRecord::batchAbandonedWhenTheHostLacksAKey()
     });
     QVERIFY(!batch.appendMorphSet("x", knownMorphRecord(), 0));
     QVERIFY(!batch.isTerminated());
-}
-
-void TestMorphRecord::toolMakesThenShows()
-{
-    QTemporaryDir dir;
-    QJsonObject table = glueTable();
-    table["name"] = QStringLiteral("Täst Set");
-    QVERIFY(writeFile(dir.filePath("set.json"), QJsonDocument(table).toJson()));
-    const ProcessRun make
-        = runTool({ "morph", "make", "--from", dir.filePath("set.json"), "--out", dir.filePath("set.ord") });
-    QCOMPARE(make.exitCode, 0);
-
-    const ProcessRun json = runTool({ "morph", "show", dir.filePath("set.ord"), "--json" });
-    QCOMPARE(json.exitCode, 0);
-    const QJsonObject shown = QJsonDocument::fromJson(json.out).object();
-    QCOMPARE(shown.value("name").toString(), QStringLiteral("Täst Set"));
-    QCOMPARE(shown.value("id").toString(), QStringLiteral("ORV-MIX-01"));
-    QCOMPARE(shown.value("points").toArray(), table.value("points").toArray());
-    const QJsonArray firstTexts = shown.value("texts").toArray().at(0).toArray();
-    QCOMPARE(firstTexts.at(0).toString(), QStringLiteral("30 ms"));
-    QCOMPARE(firstTexts.at(3).toString(), QStringLiteral("SOFT"));
 }
 
 void TestMorphRecord::toolRefusesBadTables_data()

@@ -123,7 +123,9 @@ void TestToolCommandLine::initTestCase()
     OrvdMorphRecord record;
     record.name = QStringLiteral("Two\nLines\x1b[2J");
     const QMap<QString, QByteArray> files { { "good.state", state }, { "a file", "text" },
-        { "glue.json", glue }, { "two lines.json", QByteArray(glue).replace("\"Glue\"", "\"Two\\nLines\"") },
+        { "glue.json", glue },
+        { "glue.ord", readFile(QStringLiteral(ORV_MORPH_PRESETS_DIR "/Mix Bus/Glue.ord")) },
+        { "two lines.json", QByteArray(glue).replace("\"Glue\"", "\"Two\\nLines\"") },
         { "two lines.ord", record.write() }, { "mono [s].plxpreset", mono }, { "stereo.plxpreset", preset },
         { "third.plxpreset", third },
         { "empty.plxpreset", QByteArray(preset).replace(1712 + 20, 8, QByteArray(8, '\0')) },
@@ -161,10 +163,8 @@ void TestToolCommandLine::badInputIsReported_data()
     // clang-format off
     addRow("a state is no chunk file", "chunk|dump|@/good.state", 1, "chunk dump: .*: offset 0: not a valid chunk file: expected \"CHST\"");
     addRow("missing state", "state|dump|@/none.state", 1, "state dump: .*/none.state: cannot read: ");
-    addRow("folder as state", "state|dump|@", 1, "state dump: .*: cannot read: ");
     addRow("dump without file", "state|dump", 2, "state dump: usage: orvchstrip-tool state dump FILE");
     addRow("morph folder is a file", "morph|list|--folder|@/a file", 1, "morph list: .*/a file: not a folder$");
-    addRow("morph bad option", "morph|list|--sort", 2, "morph list: unknown option '--sort'");
     addRow("convert from missing", "preset|convert|--from|@/none|--to|@/out", 1, "preset convert: .*/none: --from: no such folder$");
     addRow("convert from a file", "preset|convert|--dry-run|--from|@/a file|--to|@/out", 1, "preset convert: .*/a file: --from: not a folder$");
     addRow("state from /dev/zero", "state|dump|/dev/zero", 1, "state dump: /dev/zero: more than 65536 bytes, larger than a state can be");
@@ -209,6 +209,7 @@ void TestToolCommandLine::output_data()
     addRow("convert dry run counts what it leaves out", "preset|convert|--dry-run|--from|@/src|--to|@/dst", 0, QStringList { "ignored:       @/src/notes.txt (not a .plxpreset file)\n", "Dry run: 2 presets would be converted, 1 skipped, 2 other files left alone; nothing written\n" });
     // A record's name with a line break (written by another program) shows escaped on its one line.
     addRow("name of two lines", "morph|show|@/two lines.ord", 0, "\nName:   Two\\nLines\\x1b[2J\n");
+    addRow("morph show as JSON", "morph|show|@/glue.ord|--json", 0, QStringList { "name=\"Glue\"", "id=\"ORV-MIX-01\"", "points.0.0=30", "texts.0.0=\"30 ms\"", "texts.0.3=\"SOFT\"" });
     addRow("version", "--version|--json", 0, "product_version");
     addRow("help", "--json|--help", 0, "usage");
     addRow("state dump, --json before the command", "--json|state|dump|@/good.state", 0, QStringList { "chunk_values.1.value=1", "chunk_values.2.key=\"fx_cmp_rls\"", "morph_table.3.0=50" });
