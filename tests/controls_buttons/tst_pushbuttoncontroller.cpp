@@ -99,14 +99,12 @@ void TestPushButtonController::checkTrigger_data()
     QTest::addColumn<int>("expected");
     using R = CheckTriggerRule;
     QTest::newRow("nothing on defaults") << int(R::Release | R::On | R::Off) << 0 << int(R::Press | R::Off);
-    QTest::newRow("new press wins") << int(R::Release | R::On) << int(R::Press | R::Release | R::On)
-                                    << int(R::Press | R::On);
-    QTest::newRow("edges cleared after press")
-        << int(R::Press | R::On | R::Off) << int(R::On) << int(R::Release | R::On);
-    QTest::newRow("directions cleared after on")
-        << int(R::Release | R::On) << int(R::Release) << int(R::Release | R::Off);
-    QTest::newRow("unknown bits dropped")
-        << int(R::Release | R::On) << int(R::Release | R::On | 4 | 64) << int(R::Release | R::On);
+    // clang-format off
+    QTest::newRow("new press wins") << int(R::Release | R::On) << int(R::Press | R::Release | R::On) << int(R::Press | R::On);
+    QTest::newRow("edges cleared after press") << int(R::Press | R::On | R::Off) << int(R::On) << int(R::Release | R::On);
+    QTest::newRow("directions cleared after on") << int(R::Release | R::On) << int(R::Release) << int(R::Release | R::Off);
+    QTest::newRow("unknown bits dropped") << int(R::Release | R::On) << int(R::Release | R::On | 4 | 64) << int(R::Release | R::On);
+    // clang-format on
 }
 
 void TestPushButtonController::checkTrigger()
@@ -127,10 +125,10 @@ void TestPushButtonController::artworkPlacement_data()
     QTest::addColumn<double>("scale");
     QTest::addColumn<QRectF>("expected");
     QTest::newRow("centre") << int(Qt::AlignCenter) << 1.0 << QRectF(19, 9, 22, 22);
-    QTest::newRow("bottom right at 1.5")
-        << int(Qt::AlignRight | Qt::AlignBottom) << 1.5 << QRectF(27, 7, 33, 33);
-    QTest::newRow("right, centred vertically")
-        << int(Qt::AlignRight | Qt::AlignVCenter) << 1.0 << QRectF(38, 9, 22, 22);
+    // clang-format off
+    QTest::newRow("bottom right at 1.5") << int(Qt::AlignRight | Qt::AlignBottom) << 1.5 << QRectF(27, 7, 33, 33);
+    QTest::newRow("right, centred vertically") << int(Qt::AlignRight | Qt::AlignVCenter) << 1.0 << QRectF(38, 9, 22, 22);
+    // clang-format on
     QTest::newRow("justify fills the button") << int(Qt::AlignJustify) << 2.0 << QRectF(0, 0, 60, 40);
 }
 

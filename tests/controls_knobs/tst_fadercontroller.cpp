@@ -84,44 +84,27 @@ void tst_FaderController::gestures_data()
     QTest::addColumn<QString>("script");
     QTest::addColumn<int>("expected");
     // At 100 the thumb covers y 0..44; at 0 reversed, too.
-    QTest::newRow("touch ignores a press off the thumb") << "touch at 100"
-                                                         << "press 14 138; release 14 138" << 100;
-    QTest::newRow("jump to the middle") << "at 100"
-                                        << "press 14 80; release 14 80" << 50;
-    QTest::newRow("jump reversed") << "reverse at 0"
-                                   << "press 14 138; release 14 138" << 100;
-    QTest::newRow("relative press only grabs") << "relative at 100"
-                                               << "press 14 138; release 14 138" << 100;
+    // clang-format off
+    QTest::newRow("touch ignores a press off the thumb") << "touch at 100" << "press 14 138; release 14 138" << 100;
+    QTest::newRow("jump to the middle") << "at 100" << "press 14 80; release 14 80" << 50;
+    QTest::newRow("jump reversed") << "reverse at 0" << "press 14 138; release 14 138" << 100;
+    QTest::newRow("relative press only grabs") << "relative at 100" << "press 14 138; release 14 138" << 100;
     // Up raises the value; Shift re-anchors and makes the drag four times finer.
-    QTest::newRow("relative drag") << "relative"
-                                   << "press 14 140; move 14 111; release 14 111" << 75;
-    QTest::newRow("relative drag, then fine")
-        << "relative"
-        << "press 14 140; move 14 111; move 14 111 shift; move 14 53 shift; release 14 53" << 88;
+    QTest::newRow("relative drag") << "relative" << "press 14 140; move 14 111; release 14 111" << 75;
+    QTest::newRow("relative drag, then fine") << "relative" << "press 14 140; move 14 111; move 14 111 shift; move 14 53 shift; release 14 53" << 88;
     // A double click restores the default only when enabled, and not as the
     // second click of a jump.
-    QTest::newRow("double click, not enabled") << "at 100"
-                                               << "dblclick 14 22; release 14 22" << 100;
-    QTest::newRow("double click right after a jump")
-        << "doubleclick at 100"
-        << "press 14 80; release 14 80; dblclick 14 80; release 14 80" << 50;
-    QTest::newRow("double click after the interval")
-        << "doubleclick at 100"
-        << "press 14 80; release 14 80; wait; dblclick 14 80; release 14 80" << 20;
-    QTest::newRow("control-click on the thumb, touch") << "touch at 50"
-                                                       << "press 14 80 ctrl; release 14 80" << 20;
-    QTest::newRow("key up") << ""
-                            << "key Up" << 51;
-    QTest::newRow("key down reversed") << "reverse"
-                                       << "key Down" << 51;
-    QTest::newRow("key right, horizontal") << "horizontal"
-                                           << "key Right" << 51;
-    QTest::newRow("key up ignored, horizontal") << "horizontal"
-                                                << "key Up" << 50;
-    QTest::newRow("page up reversed") << "reverse"
-                                      << "key PgUp" << 40;
-    QTest::newRow("wheel reversed, two notches") << "reverse"
-                                                 << "wheel 0 240" << 48;
+    QTest::newRow("double click, not enabled") << "at 100" << "dblclick 14 22; release 14 22" << 100;
+    QTest::newRow("double click right after a jump") << "doubleclick at 100" << "press 14 80; release 14 80; dblclick 14 80; release 14 80" << 50;
+    QTest::newRow("double click after the interval") << "doubleclick at 100" << "press 14 80; release 14 80; wait; dblclick 14 80; release 14 80" << 20;
+    QTest::newRow("control-click on the thumb, touch") << "touch at 50" << "press 14 80 ctrl; release 14 80" << 20;
+    QTest::newRow("key up") << "" << "key Up" << 51;
+    QTest::newRow("key down reversed") << "reverse" << "key Down" << 51;
+    QTest::newRow("key right, horizontal") << "horizontal" << "key Right" << 51;
+    QTest::newRow("key up ignored, horizontal") << "horizontal" << "key Up" << 50;
+    QTest::newRow("page up reversed") << "reverse" << "key PgUp" << 40;
+    QTest::newRow("wheel reversed, two notches") << "reverse" << "wheel 0 240" << 48;
+    // clang-format on
 }
 
 // Every gesture is one edit bracket at most, closed by its release.

@@ -29,14 +29,13 @@ void tst_TextEditController::shownAndEditText_data()
     QTest::addColumn<bool>("expandUnit");
     QTest::addColumn<bool>("trim");
     QTest::newRow("postfix appended") << QStringList { "250", " Hz", "250 Hz", "250" } << false << false;
-    QTest::newRow("postfix not doubled")
-        << QStringList { "250 Hz", " Hz", "250 Hz", "250" } << false << false;
+    // clang-format off
+    QTest::newRow("postfix not doubled") << QStringList { "250 Hz", " Hz", "250 Hz", "250" } << false << false;
     QTest::newRow("kilo expanded") << QStringList { "1.2k", "", "1.2k", "1200" } << true << false;
-    QTest::newRow("postfix cut, then expanded")
-        << QStringList { "1.2k Hz", " Hz", "1.2k Hz", "1200" } << true << false;
+    QTest::newRow("postfix cut, then expanded") << QStringList { "1.2k Hz", " Hz", "1.2k Hz", "1200" } << true << false;
     QTest::newRow("not a number stays") << QStringList { "peak", "", "peak", "peak" } << true << false;
-    QTest::newRow("no expansion unless asked")
-        << QStringList { "1.2k", "", "1.2k", "1.2k" } << false << false;
+    QTest::newRow("no expansion unless asked") << QStringList { "1.2k", "", "1.2k", "1.2k" } << false << false;
+    // clang-format on
     QTest::newRow("trimmed") << QStringList { " 12 ", " ms", "12 ms", "12" } << false << true;
     QTest::newRow("empty shows nothing") << QStringList { "", " dB", "", "" } << false << false;
 }

@@ -72,10 +72,10 @@ void tst_EditorAccessibility::valueControls_data()
 {
     QTest::addColumn<QByteArray>("control");
     QTest::addColumn<QByteArray>("shownBy"); // the field that shows the value a reader must hear
-    QTest::newRow("attack knob") << QByteArray("m_pCompressorAttackKnob")
-                                 << QByteArray("m_pCompressorAttackTextEdit");
-    QTest::newRow("low gain field") << QByteArray("m_pEqualizerLowGainTextEdit")
-                                    << QByteArray("m_pEqualizerLowGainTextEdit");
+    // clang-format off
+    QTest::newRow("attack knob") << QByteArray("m_pCompressorAttackKnob") << QByteArray("m_pCompressorAttackTextEdit");
+    QTest::newRow("low gain field") << QByteArray("m_pEqualizerLowGainTextEdit") << QByteArray("m_pEqualizerLowGainTextEdit");
+    // clang-format on
 }
 
 // A reader hears the value as the panel shows it, with its unit, over the

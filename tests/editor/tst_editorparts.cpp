@@ -197,17 +197,14 @@ void tst_EditorParts::editTargetTakesTheStrongestGesture_data()
     };
     QTest::newRow("nothing") << Gestures {} << Target::None;
     QTest::newRow("hover middle Q") << Gestures { g(Target::Hover, Target::MiddleQuality) } << Target::Middle;
-    QTest::newRow("text drag beats hover")
-        << Gestures { g(Target::Hover, Target::LowGain), g(Target::TextDrag, Target::HighGain) }
-        << Target::High;
-    QTest::newRow("knob drag beats text drag")
-        << Gestures { g(Target::TextDrag, Target::HighFrequency), g(Target::KnobDrag, Target::LowFrequency) }
-        << Target::Low;
+    // clang-format off
+    QTest::newRow("text drag beats hover") << Gestures { g(Target::Hover, Target::LowGain), g(Target::TextDrag, Target::HighGain) } << Target::High;
+    QTest::newRow("knob drag beats text drag") << Gestures { g(Target::TextDrag, Target::HighFrequency), g(Target::KnobDrag, Target::LowFrequency) } << Target::Low;
     QTest::newRow("text edit beats knob drag") << Gestures { g(Target::KnobDrag, Target::LowFrequency),
         g(Target::TextEdit, Target::MiddleGain), g(Target::Hover, Target::HighGain) }
                                                << Target::Middle;
-    QTest::newRow("within a gesture the low band first") << Gestures { g(Target::KnobDrag, Target::HighGain),
-        g(Target::KnobDrag, Target::LowGain) } << Target::Low;
+    QTest::newRow("within a gesture the low band first") << Gestures { g(Target::KnobDrag, Target::HighGain), g(Target::KnobDrag, Target::LowGain) } << Target::Low;
+    // clang-format on
 }
 
 void tst_EditorParts::editTargetTakesTheStrongestGesture()
@@ -248,17 +245,15 @@ void tst_EditorParts::progressReversesFromWhereItStands_data()
     QTest::addColumn<int>("changes");         // the signals of a new fraction, none for an ignored request
     QTest::addColumn<QList<bool>>("finished");
     // Closing the slide half-way mirrors it and adds a step: 1 - 0.5 + 0.1.
-    QTest::newRow("slide closed half-way")
-        << 0.1 << "oaaaacaaaa" << QList<double> { 0.1, 0.2, 0.3, 0.4, 0.5, 0.4, 0.3, 0.2, 0.1, 0 } << 10
-        << QList<bool> { false };
+    // clang-format off
+    QTest::newRow("slide closed half-way") << 0.1 << "oaaaacaaaa" << QList<double> { 0.1, 0.2, 0.3, 0.4, 0.5, 0.4, 0.3, 0.2, 0.1, 0 } << 10 << QList<bool> { false };
     // Opened again at the very start of a close, it ends open at once.
     QTest::newRow("slide reopened at once")
         << 0.1 << "oaaaaaaaaaaco"
         << QList<double> { 0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9, 1, 1, 0.9, 1 } << 12
         << QList<bool> { true, true };
-    QTest::newRow("fade, repeats ignored")
-        << 0.0 << "oaoacaaac" << QList<double> { 0.1, 0.2, 0.2, 0.3, 0.3, 0.2, 0.1, 0, 0 } << 7
-        << QList<bool> { false };
+    QTest::newRow("fade, repeats ignored") << 0.0 << "oaoacaaac" << QList<double> { 0.1, 0.2, 0.2, 0.3, 0.3, 0.2, 0.1, 0, 0 } << 7 << QList<bool> { false };
+    // clang-format on
 }
 
 void tst_EditorParts::progressReversesFromWhereItStands()

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <functional>
 
-#include "GoldenImage.h"
 #include "HostModel.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "MinimalEditor.h"
@@ -11,6 +10,7 @@
 #include "ORVChStrip/Filter/CompressorCurve.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ParameterMemory.h"
+#include "PixelChecks.h"
 
 using namespace ChannelStripKeys;
 
@@ -201,7 +201,7 @@ void TestCompressorGraph::widgetShowsThePainterImage()
             painter.paintReadout(p, graph.size(), graph.font(), graph.currentReadout());
         });
         // Within the rounding of the one more blend of a cached layer.
-        return largestChannelDifference(shown, wanted);
+        return largestDifference(shown, wanted);
     };
     graph.resize(212, 191);
     QVERIFY(compare(1.0) <= 2);

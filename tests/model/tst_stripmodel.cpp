@@ -145,25 +145,22 @@ void TestStripModel::settlesOnTheStaticCurve_data()
     // output level 0.1 dB from -18 dB. A peaking band's gain at its centre is
     // its gain exactly. At -20 dBFS the default compressor is idle.
     const Steps middleBand { { EqualizerMiddleFrequency, 72 }, { EqualizerMiddleGain, 240 } };
-    QTest::newRow("+6 dB middle band, output +2 dB")
-        << middleBand + Steps { { OutputLevel, 200 } } << -20.0 << 0.0 << 8.0;
-    QTest::newRow("middle band switched off")
-        << middleBand + Steps { { EqualizerMiddleOn, 0 } } << -20.0 << 0.0 << 0.0;
+    // clang-format off
+    QTest::newRow("+6 dB middle band, output +2 dB") << middleBand + Steps { { OutputLevel, 200 } } << -20.0 << 0.0 << 8.0;
+    QTest::newRow("middle band switched off") << middleBand + Steps { { EqualizerMiddleOn, 0 } } << -20.0 << 0.0 << 0.0;
     // Peak level 0 dBFS, 20 dB over a -20 dB threshold: 20 * (1 - 1/4).
     QTest::newRow("4:1 hard knee") << compressorSteps(100, 100, 60, 2) << 0.0 << 15.0 << -15.0;
     // Still inside the soft knee (26 dB half width): 20 * 2.3^2 * 0.19231 * 0.75.
     QTest::newRow("4:1 soft knee") << compressorSteps(100, 100, 60, 0) << 0.0 << 15.262 << -15.262;
     // Threshold -10 dB and drive 20 dB: -30 dB; a -10 dBFS sine is 20 dB over, at 2:1.
-    QTest::newRow("2:1 hard knee, -30 dB threshold")
-        << compressorSteps(50, 100, 20, 2) << -10.0 << 10.0 << -10.0;
+    QTest::newRow("2:1 hard knee, -30 dB threshold") << compressorSteps(50, 100, 20, 2) << -10.0 << 10.0 << -10.0;
     // The last ratio stands for limiting: 20 * (1 - 1/3000).
     QTest::newRow("limiting") << compressorSteps(100, 100, 120, 2) << 0.0 << 19.9933 << -19.9933;
     // Without drive a -10 dB threshold slides up to 0 dB: nothing to reduce.
     QTest::newRow("threshold without drive") << compressorSteps(50, 0, 60, 2) << 0.0 << 0.0 << 0.0;
     // Make-up (offset 200: +10 dB) does not count as reduction.
-    QTest::newRow("with make-up") << compressorSteps(100, 100, 60, 2)
-            + Steps { { CompressorMakeUpOffset, 200 } }
-                                  << 0.0 << 15.0 << -5.0;
+    QTest::newRow("with make-up") << compressorSteps(100, 100, 60, 2) + Steps { { CompressorMakeUpOffset, 200 } } << 0.0 << 15.0 << -5.0;
+    // clang-format on
 }
 
 void TestStripModel::settlesOnTheStaticCurve()
@@ -202,8 +199,9 @@ void TestStripModel::bypassIsBitExact_data()
     const Steps extreme = compressorSteps(0, 100, 120, 0, 1, 10)
         + Steps { { EqualizerLowGain, 360 }, { EqualizerMiddleGain, 0 }, { EqualizerHighGain, 360 },
               { SideChainOn, 1 }, { SideChainGain, 360 }, { CompressorMakeUpOffset, 200 } };
-    QTest::newRow("both bypassed, drums")
-        << int(GeneratedSignal::Drums) << extreme + Steps { { CompressorBypass, 1 }, { EqualizerBypass, 1 } };
+    // clang-format off
+    QTest::newRow("both bypassed, drums") << int(GeneratedSignal::Drums) << extreme + Steps { { CompressorBypass, 1 }, { EqualizerBypass, 1 } };
+    // clang-format on
     QTest::newRow("compressor bypassed, every band off") << int(GeneratedSignal::Speech)
                                                          << extreme
             + Steps { { CompressorBypass, 1 }, { EqualizerLowOn, 0 }, { EqualizerMiddleOn, 0 },

@@ -72,19 +72,15 @@ void TestMorphCatalogue::rows_data()
     QTest::addColumn<QStringList>("entries");
     QTest::addColumn<QByteArray>("expected"); // every folder open
 
-    QTest::newRow("extension any case")
-        << QStringList { "Vocal.ORD", "pad.Ord", "x.ord" } << QByteArray("0:pad 0:Vocal 0:x");
-    QTest::newRow("other extensions")
-        << QStringList { "x.ord.bak", "y.or", "z.orda", "ord", "wORD" } << QByteArray();
+    // clang-format off
+    QTest::newRow("extension any case") << QStringList { "Vocal.ORD", "pad.Ord", "x.ord" } << QByteArray("0:pad 0:Vocal 0:x");
+    QTest::newRow("other extensions") << QStringList { "x.ord.bak", "y.or", "z.orda", "ord", "wORD" } << QByteArray();
     QTest::newRow("last dot only") << QStringList { "a.b.ord", "c..ord" } << QByteArray("0:a.b 0:c.");
     QTest::newRow("empty file") << QStringList { "empty.ord:0", "full.ord:1" } << QByteArray("0:full");
     QTest::newRow("hidden file") << QStringList { ".ord", "._Vocal.ord" } << QByteArray();
-    QTest::newRow("one level of folders")
-        << QStringList { "Drums/a.ord", "Drums/More/b.ord", "Drums/More/Deep/c.ord", "Drums/notes.txt" }
-        << QByteArray("0:Drums/ 1:a");
+    QTest::newRow("one level of folders") << QStringList { "Drums/a.ord", "Drums/More/b.ord", "Drums/More/Deep/c.ord", "Drums/notes.txt" } << QByteArray("0:Drums/ 1:a");
     QTest::newRow("empty folders") << QStringList { "Pads/", "Keys/Sub/" } << QByteArray("0:Keys/ 0:Pads/");
-    QTest::newRow("folder with ord extension")
-        << QStringList { "Set.ord/a.ord" } << QByteArray("0:Set.ord/ 1:a");
+    QTest::newRow("folder with ord extension") << QStringList { "Set.ord/a.ord" } << QByteArray("0:Set.ord/ 1:a");
     QTest::newRow("NFD to NFC") << QStringList { "Cafe\u0301.ord" } << QByteArray("0:Caf\xC3\xA9");
     // U+0958 is excluded from composition: each 3-byte character becomes two,
     // so a name that fits on disk outgrows the field and is cut between them.
@@ -92,21 +88,17 @@ void TestMorphCatalogue::rows_data()
     const QByteArray cut = longName.left(42).normalized(QString::NormalizationForm_C).toUtf8();
     QTest::newRow("file grows past the field") << QStringList { longName.left(83) + ".ord" } << "0:" + cut;
     QTest::newRow("folder grows past the field") << QStringList { longName + "/" } << "0:" + cut + "/";
-    QTest::newRow("folder fits exactly") << QStringList { QString(85, QChar(0x0915)) + "/" }
-                                         << "0:" + QString(85, QChar(0x0915)).toUtf8() + "/";
+    QTest::newRow("folder fits exactly") << QStringList { QString(85, QChar(0x0915)) + "/" } << "0:" + QString(85, QChar(0x0915)).toUtf8() + "/";
     // Display order: folders first, then names compared byte by byte after
     // folding to lower case, with bytes taken as signed.
     QTest::newRow("case folded") << QStringList { "b.ord", "A.ord", "a2.ord" } << QByteArray("0:A 0:a2 0:b");
-    QTest::newRow("folders by name") << QStringList { "b.ord", "c/", "B/", "a.ord" }
-                                     << QByteArray("0:B/ 0:c/ 0:a 0:b");
+    QTest::newRow("folders by name") << QStringList { "b.ord", "c/", "B/", "a.ord" } << QByteArray("0:B/ 0:c/ 0:a 0:b");
     QTest::newRow("prefix first") << QStringList { "abcd.ord", "abc.ord" } << QByteArray("0:abc 0:abcd");
     QTest::newRow("'_' between 'Z' and 'a'") << QStringList { "B.ord", "_.ord" } << QByteArray("0:_ 0:B");
-    QTest::newRow("digits and space") << QStringList { "Vocal 2.ord", "Vocal10.ord", "Vocal 1.ord" }
-                                      << QByteArray("0:Vocal 1 0:Vocal 2 0:Vocal10");
-    QTest::newRow("non-ASCII first") << QStringList { "\u00e9.ord", "\u00c0.ord", "a.ord" }
-                                     << QByteArray("0:\xC3\x80 0:\xC3\xA9 0:a");
-    QTest::newRow("open folder's rows sorted below it")
-        << QStringList { "k.ord", "F/y.ord", "F/X.ord", "E/" } << QByteArray("0:E/ 0:F/ 1:X 1:y 0:k");
+    QTest::newRow("digits and space") << QStringList { "Vocal 2.ord", "Vocal10.ord", "Vocal 1.ord" } << QByteArray("0:Vocal 1 0:Vocal 2 0:Vocal10");
+    QTest::newRow("non-ASCII first") << QStringList { "\u00e9.ord", "\u00c0.ord", "a.ord" } << QByteArray("0:\xC3\x80 0:\xC3\xA9 0:a");
+    QTest::newRow("open folder's rows sorted below it") << QStringList { "k.ord", "F/y.ord", "F/X.ord", "E/" } << QByteArray("0:E/ 0:F/ 1:X 1:y 0:k");
+    // clang-format on
 }
 
 void TestMorphCatalogue::rows()

@@ -1,5 +1,6 @@
 // The 512-byte morph record: its layout, what it refuses, the batch it
-// becomes, and the command-line tool that makes, shows and lists records.
+// becomes, and the tables the command-line tool makes records of (how the
+// tool shows and lists them is the tool's test).
 
 #include <QDirIterator>
 #include <QJsonArray>
@@ -55,8 +56,6 @@ private slots:
     void longNameIsCutAtCharacterBoundary();
     void batchAbandonedWhenTheHostLacksAKey_data();
     void batchAbandonedWhenTheHostLacksAKey();
-    void toolListsFolders();
-    void toolMakesThenShows();
     void toolRefusesBadTables_data();
     void toolRefusesBadTables();
     void factorySetsMatchTheirTables();
@@ -85,14 +84,12 @@ void TestMorphRecord::rejects_data()
     const QByteArray good = knownMorphRecord().write();
     QTest::newRow("511 bytes") << good.left(511) << ReadResult::WrongSize << "511 bytes, not 512";
     QTest::newRow("513 bytes") << good + '\0' << ReadResult::WrongSize << "513 bytes, not 512";
-    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "ORVX") << ReadResult::WrongMagic
-                                 << "\"ORVD\"";
-    QTest::newRow("version 2") << QByteArray(good).replace(4, 2, QByteArray("\x02\x00", 2))
-                               << ReadResult::UnsupportedVersion << "unknown version";
-    QTest::newRow("8 points") << QByteArray(good).replace(6, 2, QByteArray("\x08\x00", 2))
-                              << ReadResult::WrongShape << "9 points of 17 values";
-    QTest::newRow("16 columns") << QByteArray(good).replace(8, 2, QByteArray("\x10\x00", 2))
-                                << ReadResult::WrongShape << "9 points of 17 values";
+    // clang-format off
+    QTest::newRow("other magic") << QByteArray(good).replace(0, 4, "ORVX") << ReadResult::WrongMagic << "\"ORVD\"";
+    QTest::newRow("version 2") << QByteArray(good).replace(4, 2, QByteArray("\x02\x00", 2)) << ReadResult::UnsupportedVersion << "unknown version";
+    QTest::newRow("8 points") << QByteArray(good).replace(6, 2, QByteArray("\x08\x00", 2)) << ReadResult::WrongShape << "9 points of 17 values";
+    QTest::newRow("16 columns") << QByteArray(good).replace(8, 2, QByteArray("\x10\x00", 2)) << ReadResult::WrongShape << "9 points of 17 values";
+    // clang-format on
 }
 
 void TestMorphRecord::rejects()
@@ -139,76 +136,27 @@ void TestMorphRecord::batchAbandonedWhenTheHostLacksAKey()
     QVERIFY(!batch.isTerminated());
 }
 
-void TestMorphRecord::toolListsFolders()
-{
-    QTemporaryDir dir;
-    QVERIFY(makeMorphFolder(dir.path(),
-        { "Vocal.ord:10", "Drums/b.ord:5", "Drums/A.ord:3", "Drums/More/c.ord:3", "notes.txt:3", "Empty/" }));
-    const ProcessRun run = runTool({ "morph", "list", "--json", "--folder", dir.path() });
-    QCOMPARE(run.exitCode, 0);
-    const QJsonObject listed = QJsonDocument::fromJson(run.out).object();
-    QCOMPARE(QDir(listed.value("folder_path").toString()), QDir(dir.path()));
-    QStringList rows; // "name|depth|folder|size"
-    for (const QJsonValue &row : listed.value("rows").toArray())
-        rows << QStringLiteral("%1|%2|%3|%4")
-                    .arg(row["name"].toString())
-                    .arg(row["depth"].toInt(-1))
-                    .arg(row["folder"].toBool())
-                    .arg(row["size"].toInteger(-1));
-    QCOMPARE(rows, (QStringList { "Drums|0|1|0", "A|1|0|3", "b|1|0|5", "Empty|0|1|0", "Vocal|0|0|10" }));
-
-    const QString missing = dir.filePath("nowhere");
-    for (const QStringList &json : { QStringList(), QStringList { "--json" } }) {
-        const ProcessRun refused = runTool(QStringList { "morph", "list", "--folder", missing } + json);
-        QVERIFY(refused.exitCode > 0 && refused.out.isEmpty());
-        QVERIFY2(refused.err.contains(QDir::toNativeSeparators(missing).toUtf8()), refused.err.constData());
-    }
-}
-
-void TestMorphRecord::toolMakesThenShows()
-{
-    QTemporaryDir dir;
-    QJsonObject table = glueTable();
-    table["name"] = QStringLiteral("Täst Set");
-    QVERIFY(writeFile(dir.filePath("set.json"), QJsonDocument(table).toJson()));
-    const ProcessRun make
-        = runTool({ "morph", "make", "--from", dir.filePath("set.json"), "--out", dir.filePath("set.ord") });
-    QCOMPARE(make.exitCode, 0);
-
-    const ProcessRun json = runTool({ "morph", "show", dir.filePath("set.ord"), "--json" });
-    QCOMPARE(json.exitCode, 0);
-    const QJsonObject shown = QJsonDocument::fromJson(json.out).object();
-    QCOMPARE(shown.value("name").toString(), QStringLiteral("Täst Set"));
-    QCOMPARE(shown.value("id").toString(), QStringLiteral("ORV-MIX-01"));
-    QCOMPARE(shown.value("points").toArray(), table.value("points").toArray());
-    const QJsonArray firstTexts = shown.value("texts").toArray().at(0).toArray();
-    QCOMPARE(firstTexts.at(0).toString(), QStringLiteral("30 ms"));
-    QCOMPARE(firstTexts.at(3).toString(), QStringLiteral("SOFT"));
-}
-
 void TestMorphRecord::toolRefusesBadTables_data()
 {
     QTest::addColumn<QByteArray>("table");
     QTest::addColumn<QString>("message");
     const QJsonObject glue = glueTable();
-    QTest::newRow("ratio above range")
-        << withValue(glue, 2, 2, 121) << "point 3, column fx_mrpcmp_rto: 121 is outside the range 0..120";
-    QTest::newRow("fraction") << withValue(glue, 4, 16, 4.5)
-                              << "point 5, column fx_mrpeq_peqgain: 4.5 is not an integer";
+    // clang-format off
+    QTest::newRow("ratio above range") << withValue(glue, 2, 2, 121) << "point 3, column fx_mrpcmp_rto: 121 is outside the range 0..120";
+    QTest::newRow("fraction") << withValue(glue, 4, 16, 4.5) << "point 5, column fx_mrpeq_peqgain: 4.5 is not an integer";
     QJsonObject eightPoints = glue;
     QJsonArray points = eightPoints.value("points").toArray();
     points.removeLast();
     eightPoints["points"] = points;
-    QTest::newRow("eight points") << QJsonDocument(eightPoints).toJson()
-                                  << "holds 8 points, a morph set has 9";
+    QTest::newRow("eight points") << QJsonDocument(eightPoints).toJson() << "holds 8 points, a morph set has 9";
     QJsonObject swapped = glue;
     QJsonArray columns = swapped.value("columns").toArray();
     const QJsonValue tenth = columns.at(9);
     columns[9] = columns.at(11);
     columns[11] = tenth;
     swapped["columns"] = columns;
-    QTest::newRow("columns out of order")
-        << QJsonDocument(swapped).toJson() << "column 10 is \"fx_mrpeq_mdfrq\"";
+    QTest::newRow("columns out of order") << QJsonDocument(swapped).toJson() << "column 10 is \"fx_mrpeq_mdfrq\"";
+    // clang-format on
     QTest::newRow("not JSON") << QByteArray("{ \"name\": ") << "not valid JSON";
 }
 

@@ -5,19 +5,7 @@
 
 #include "FileSizeLimit.h"
 #include "ORVChStrip/Chunk/AtomicFileWriter.h"
-#include "TestFiles.h"
-
-namespace {
-
-QByteArray pattern(int size, char seed)
-{
-    QByteArray bytes(size, '\0');
-    for (int i = 0; i < size; ++i)
-        bytes[i] = char(seed + i * 13);
-    return bytes;
-}
-
-} // namespace
+#include "PresetTestFiles.h"
 
 class TestAtomicFileWriter : public QObject
 {
@@ -59,10 +47,10 @@ void TestAtomicFileWriter::fullDiskKeepsOldFile()
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
     const QString path = dir.filePath(QStringLiteral("target.bin"));
-    const QByteArray old = pattern(700, 'o');
+    const QByteArray old = PresetTestFiles::stateBytes(700, 'o');
     if (existing)
         QVERIFY(writeFile(path, old));
-    const QByteArray bytes = pattern(size, 'n');
+    const QByteArray bytes = PresetTestFiles::stateBytes(size, 'n');
 
     bool ok = false;
     QString error;

@@ -1,10 +1,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "IsolatedHome.h"
 #include "ORVChStrip/Preset/ORVChStripPresetConversion.h"
 #include "PresetTestFiles.h"
-
-#include "FileSizeLimit.h"
 
 using namespace PresetTestFiles;
 using Conversion = ORVChStripPresetConversion;
@@ -31,7 +30,6 @@ private slots:
     void init();
     void folders();
     void convertTree();
-    void fullDiskKeepsOldFile();
     void sourceChangedWhileReadIsSkipped_data();
     void sourceChangedWhileReadIsSkipped();
     void overlappingFoldersRefused_data();
@@ -41,21 +39,17 @@ private slots:
 
 private:
     QString m_root;
-    QTemporaryDir m_home;
+    IsolatedHome m_home; // every standard location the conversion and its setting use
 };
 
 void TestPresetConversion::initTestCase()
 {
     QVERIFY(m_home.isValid());
-    // Every standard location the conversion and its setting use points here.
-    qputenv("HOME", QFile::encodeName(m_home.path()));
-    qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.filePath(QStringLiteral(".local/share"))));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_home.filePath(QStringLiteral(".config"))));
 }
 
 void TestPresetConversion::init()
 {
-    m_root = m_home.filePath(QStringLiteral("run-%1").arg(QString::fromLatin1(QTest::currentTestFunction())));
+    m_root = m_home.path() + QStringLiteral("/run-%1").arg(QString::fromLatin1(QTest::currentTestFunction()));
     if (QTest::currentDataTag())
         m_root
             += QLatin1Char('-') + QString::fromLatin1(QTest::currentDataTag()).replace(QLatin1Char(' '), '_');
@@ -168,40 +162,6 @@ void TestPresetConversion::convertTree()
     }
     unchanged.insert("out/V1.2St/Vocals/", QByteArray());
     QCOMPARE(after, unchanged);
-}
-
-void TestPresetConversion::fullDiskKeepsOldFile()
-{
-#ifndef ORV_HAVE_FILE_SIZE_LIMIT
-    QSKIP("needs a file size limit to simulate a full disk");
-#endif
-    // Larger than the write buffer, so the failure comes while writing.
-    constexpr int stateSize = 200000;
-    const QString source = m_root + QStringLiteral("/src");
-    const QString destination = m_root + QStringLiteral("/dst");
-    const QString target = destination + QStringLiteral("/Big.plxpreset");
-    QVERIFY(writeFile(source + QStringLiteral("/Big.plxpreset"), presetBytes(MonoID, stateBytes(stateSize))));
-    const QByteArray old = goldenPreset();
-    QVERIFY(writeFile(target, old));
-
-    PresetConversionReport report;
-    {
-        // Every file write beyond half the new preset fails, as on a full disk.
-        FileSizeLimit limit(stateSize / 2);
-        QVERIFY(limit.isActive());
-        report = Conversion::convert(source, destination);
-    }
-    QCOMPARE(report.summary(), QStringLiteral("no preset converted, 1 failed"));
-    const QString reason = report.items.first().reason;
-    QVERIFY2(
-        reason.contains(QDir::toNativeSeparators(target)) && reason.contains(QLatin1String("left as it was")),
-        qPrintable(reason));
-    QCOMPARE(readFile(target), old);
-    QCOMPARE(fingerprint(destination).keys(), QStringList { QStringLiteral("Big.plxpreset") });
-
-    // Without the limit the same conversion goes through.
-    QCOMPARE(Conversion::convert(source, destination).count(PresetConversionItem::Converted), 1);
-    QCOMPARE(readFile(target), presetBytes(StereoID, stateBytes(stateSize)));
 }
 
 void TestPresetConversion::sourceChangedWhileReadIsSkipped_data()

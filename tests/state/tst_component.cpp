@@ -1,10 +1,10 @@
 #include <QTest>
 
 #include "BoundComponent.h"
+#include "EditorHost.h"
 #include "GoldenFile.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "ORVChStrip/Chunk/NormalizedValue.h"
-#include "ORVChStrip/ORVChStripEditor.h"
 #include "ORVChStrip/ORVChStripParameters.h"
 
 using namespace ORVChStripParameters;
@@ -77,21 +77,8 @@ void TestComponent::savesGoldenState()
     BoundComponent host;
     setKnownSettings(host.memory);
     const QByteArray bytes = host.save();
-    QCOMPARE(bytes.size(), 1664);
     const QString difference = goldenDifference(bytes, Golden);
     QVERIFY2(difference.isEmpty(), qPrintable(difference));
-    // A few fields spelled out: the floats are big-endian, the count is not.
-    const std::pair<int, QByteArray> fields[] = {
-        { 0, "3690" },
-        { 4, QByteArray(4, '\0') },               // fx_cmp_drv at its minimum
-        { 8, QByteArray("\x3f\x80\x00\x00", 4) }, // fx_cmp_atck at its maximum
-        { 88, QByteArray(4, '\0') },              // the unused slot
-        { 812, QByteArray("prms\x1a\x00\x00\x00", 8) },
-        { 820 + 4 * 25, QByteArray("\x3f\x80\x00\x00", 4) }, // fx_cmp_sc_onf on
-        { 924, "chnkCHST" },
-    };
-    for (const auto &[offset, field] : fields)
-        QCOMPARE(bytes.mid(offset, field.size()), field);
 }
 
 void TestComponent::restoreOrChangeNothing_data()
@@ -206,16 +193,12 @@ void TestComponent::storedFloatsRound()
 
 void TestComponent::editorHandsOutItsComponent()
 {
-    HostModel model = HostModel::channelStrip();
-    ParameterMemory memory(&model);
-    memory.setValueByKey("fx_eq_midfrq", 99, 3);
-    ORVChStripEditor editor;
-    editor.setModelInfo(&model);
-    editor.setMemAPI(&memory);
-    editor.setCh(3, 4);
-    IComponent *component = editor.getPlxComponent();
+    EditorHost host;
+    host.memory.setValueByKey("fx_eq_midfrq", 99, 3);
+    host.editor->setCh(3, 4);
+    IComponent *component = host.editor->getPlxComponent();
     QVERIFY(component);
-    QCOMPARE(editor.getPlxComponent(), component);
+    QCOMPARE(host.editor->getPlxComponent(), component);
     auto *stream = new MemoryBStream;
     QCOMPARE(component->getState(stream), kResultOk);
     QCOMPARE(stream->data().mid(4 + 4 * 12, 4), QByteArray("\x3f\x4c\x63\x19", 4)); // 99 / 124, channel 3

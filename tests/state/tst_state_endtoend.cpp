@@ -12,8 +12,6 @@ class TestStateEndToEnd : public QObject
 private slots:
     void initTestCase();
     void hostSavesAndRestores();
-    void badStatesAreReported_data();
-    void badStatesAreReported();
 
 private:
     // Runs the host on channel 2, ending after its picture.
@@ -52,44 +50,6 @@ void TestStateEndToEnd::hostSavesAndRestores()
     reference.memory.setText("fx_mrp_systmname", "Vocal Air", 2);
     QCOMPARE(restored.restore(readFile(m_saved)), kResultOk);
     QCOMPARE(restored.memory.snapshot(27), reference.memory.snapshot(27));
-
-    // The tool describes the host's file.
-    const ProcessRun text = runProcess(QStringLiteral(ORV_TOOL_PATH), { "state", "dump", m_saved });
-    QCOMPARE(text.exitCode, 0);
-    QVERIFY(text.out.contains("     928       728  CHST") && text.out.contains("Vocal Air"));
-}
-
-void TestStateEndToEnd::badStatesAreReported_data()
-{
-    const QByteArray saved = readFile(m_saved);
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QString>("message");
-    // clang-format off
-    QTest::newRow("empty") << QByteArray() << 1 << QStringLiteral("the file is empty");
-    QTest::newRow("not a state") << QByteArray(300, 'x') << 1 << QStringLiteral("no channel-strip chunk at offset 92");
-    QTest::newRow("cut after the chunk header") << saved.left(941) << 1 << QStringLiteral("truncated: it ends 723 bytes before the end that the channel-strip chunk at offset 928 states (1664 bytes)");
-    // The "ORD " id of the chunk that is read: a warning, and the parameters still load.
-    QTest::newRow("damaged ORD id") << QByteArray(saved).replace(948, 4, "ORX ") << 0 << QStringLiteral("holds no morph data");
-    // clang-format on
-}
-
-void TestStateEndToEnd::badStatesAreReported()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, exitCode);
-    QFETCH(QString, message);
-    const QString path = m_dir.filePath(QStringLiteral("bad %1.state").arg(QTest::currentDataTag()));
-    const QString after = m_dir.filePath(QStringLiteral("after %1.state").arg(QTest::currentDataTag()));
-    QVERIFY(writeFile(path, bytes));
-
-    const ProcessRun run = runHost({ "--load-state", path, "--save-state", after });
-    const QString err = QString::fromLocal8Bit(run.err);
-    QCOMPARE(run.exitCode, exitCode);
-    QVERIFY2(err.contains(path) && err.contains(message), qPrintable(err));
-    QCOMPARE(readFile(path), bytes); // left alone
-    // A refused file saves nothing; a warned one restores the parameters it holds.
-    QCOMPARE(readFile(after).mid(4, 88), exitCode == 0 ? readFile(m_saved).mid(4, 88) : QByteArray());
 }
 
 QTEST_GUILESS_MAIN(TestStateEndToEnd)

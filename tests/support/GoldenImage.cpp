@@ -72,19 +72,3 @@ bool matchesGolden(const QImage &actual, const QString &name, QString *message, 
                    .arg(base);
     return false;
 }
-
-int largestChannelDifference(const QImage &a, const QImage &b)
-{
-    if (a.size() != b.size())
-        return 256;
-    int largest = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            largest = std::max({ largest, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
-                std::abs(qBlue(p) - qBlue(q)) });
-        }
-    }
-    return largest;
-}

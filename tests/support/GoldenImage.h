@@ -24,7 +24,3 @@ struct GoldenTolerance
 // file passes unnoticed.
 bool matchesGolden(
     const QImage &actual, const QString &name, QString *message, GoldenTolerance tolerance = {});
-
-// The largest difference of any colour channel between two pictures of one
-// size, or 256 when their sizes differ.
-int largestChannelDifference(const QImage &a, const QImage &b);

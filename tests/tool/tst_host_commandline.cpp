@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "GoldenFile.h"
 #include "ProcessRun.h"
 #include "TestFiles.h"
 
@@ -46,9 +47,12 @@ private:
 void TestHostCommandLine::initTestCase()
 {
     QVERIFY(m_dir.isValid());
-    QVERIFY(writeFile(m_dir.filePath(QStringLiteral("notes.txt")), "not a plug-in\n"));
-    QFile sparse(m_dir.filePath(QStringLiteral("huge.orvstate")));
-    QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(3) << 30));
+    const QByteArray state = goldenFile(QStringLiteral("state/saved.state"));
+    const QMap<QString, QByteArray> files { { "notes.txt", "not a plug-in\n" }, { "empty.state", "" },
+        { "text.state", QByteArray(300, 'x') }, { "cut.state", state.left(941) },
+        { "no morph.state", QByteArray(state).replace(948, 4, "ORX ") } };
+    for (auto it = files.begin(); it != files.end(); ++it)
+        QVERIFY(writeFile(m_dir.filePath(it.key()), it.value()));
 #ifdef Q_OS_UNIX
     QVERIFY(::mkfifo(QFile::encodeName(m_dir.filePath(QStringLiteral("fifo"))).constData(), 0644) == 0);
 #endif
@@ -63,8 +67,9 @@ void TestHostCommandLine::commandLine_data()
     QTest::addColumn<QSize>("size");       // of the picture, when valid
     const auto row = [](const char *tag, const char *arguments, int exitCode, const char *message,
                          const QByteArray &magic = QByteArray(), QSize size = QSize()) {
-        QTest::newRow(tag) << QString::fromUtf8(arguments).split(QLatin1Char('|')) << exitCode
-                           << QString::fromUtf8(message) << magic << size;
+        // clang-format off
+        QTest::newRow(tag) << QString::fromUtf8(arguments).split(QLatin1Char('|')) << exitCode << QString::fromUtf8(message) << magic << size;
+        // clang-format on
     };
     const QByteArray png("\x89PNG"), jpeg("\xff\xd8\xff");
     // clang-format off
@@ -79,13 +84,12 @@ void TestHostCommandLine::commandLine_data()
     row("values on exit, a folder", "--dump-parameters-on-exit|.", 2, "--dump-parameters-on-exit takes a file, and '.' is a folder");
     row("state onto a device", "--save-state|/dev/null", 2, "--save-state /dev/null: not a regular file (a character device)");
     row("state on exit onto a FIFO", "--save-state-on-exit|fifo", 2, "--save-state-on-exit fifo: not a regular file (a FIFO)");
-    row("state from /dev/zero", "--load-state|/dev/zero", 1, "--load-state: /dev/zero: more than 65536 bytes, larger than a saved state can be");
-    row("state of 3 GB", "--load-state|huge.orvstate", 1, "--load-state: huge.orvstate: 3221225472 bytes, larger than a saved state can be (at most 65536 bytes)");
+    row("empty state", "--load-state|empty.state", 1, "empty.state: the file is empty");
+    row("not a state", "--load-state|text.state", 1, "no channel-strip chunk at offset 92");
+    row("state cut after the chunk header", "--load-state|cut.state", 1, "truncated: it ends 723 bytes before the end that the channel-strip chunk at offset 928 states (1664 bytes)");
+    // The "ORD " id of the chunk that is read: a warning, and the parameters still load.
+    row("state without morph data", "--load-state|no morph.state", 0, "holds no morph data", png);
     row("plug-in that is text", "--plugin|notes.txt", 1, "cannot load the plug-in notes.txt: the file is not a shared library");
-    row("attack maximum", "--set|fx_cmp_atck=200", 0, "", png);
-    row("frequency minimum", "--set|fx_eq_midfrq=16 Hz", 0, "", png);
-    row("limiting ratio", "--set|fx_cmp_rto=inf", 0, "", png);
-    row("knee medium", "--set|fx_cmp_kne=medium", 0, "", png);
     row("edit modes at the top", "--dial-mode|2|--slider-mode|3", 0, "", png);
     row("largest scale", "--scale|4", 0, "", png);
     row("jpeg", "--screenshot|panel.JPG", 0, "", jpeg);

@@ -24,16 +24,14 @@ void TestPrintableName::oneLineAndItsWidth_data()
     QTest::newRow("backslash stays readable") << "a\\n" << QStringLiteral("a\\\\n") << 4;
     QTest::newRow("line separator") << QStringLiteral("a\u2028b") << "a\\u2028b" << 8;
     QTest::newRow("undecodable byte") << QStringLiteral("bad\ufffd") << "bad\\ufffd" << 9;
-    QTest::newRow("bytes that are not UTF-8")
-        << NativeFileName::fromBytes("bad\xff\xfe.ord") << QStringLiteral("bad\\xff\\xfe.ord") << 15;
-    QTest::newRow("character whose low half looks like a byte")
-        << QStringLiteral("\U00010080") << QStringLiteral("\U00010080") << 1;
-    QTest::newRow("wide characters") << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97")
-                                     << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97") << 4;
+    // clang-format off
+    QTest::newRow("bytes that are not UTF-8") << NativeFileName::fromBytes("bad\xff\xfe.ord") << QStringLiteral("bad\\xff\\xfe.ord") << 15;
+    QTest::newRow("character whose low half looks like a byte") << QStringLiteral("\U00010080") << QStringLiteral("\U00010080") << 1;
+    QTest::newRow("wide characters") << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97") << QString::fromUtf8("\xe6\xbc\xa2\xe5\xad\x97") << 4;
     QTest::newRow("combining accent") << QStringLiteral("Cafe\u0301") << QStringLiteral("Cafe\u0301") << 4;
     QTest::newRow("precomposed accent") << QStringLiteral("Caf\u00e9") << QStringLiteral("Caf\u00e9") << 4;
-    QTest::newRow("emoji outside the BMP")
-        << QStringLiteral("\U0001F3B9") << QStringLiteral("\U0001F3B9") << 2;
+    QTest::newRow("emoji outside the BMP") << QStringLiteral("\U0001F3B9") << QStringLiteral("\U0001F3B9") << 2;
+    // clang-format on
 }
 
 void TestPrintableName::oneLineAndItsWidth()
