@@ -90,6 +90,8 @@ bool X11HostSession::start(const Options &options)
     for (const char *name : { "XDG_CONFIG_HOME", "XDG_DATA_HOME" })
         environment.insert(QString::fromLatin1(name), m_dir.filePath(QString::fromLatin1(name)));
     environment.insert(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"), m_dir.filePath(QStringLiteral("no morph")));
+    for (auto it = options.environment.cbegin(); it != options.environment.cend(); ++it)
+        environment.insert(it.key(), it.value());
     m_host.setProcessEnvironment(environment);
     m_host.setWorkingDirectory(m_dir.path());
     // A file, not a pipe: nobody reads a pipe while the test waits, and a full one would stall the host.

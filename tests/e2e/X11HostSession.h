@@ -26,6 +26,7 @@ public:
         double editorScale = 1.0;   // the host's --scale
         double qtScaleFactor = 1.0; // QT_SCALE_FACTOR in the host's environment
         QStringList arguments;      // further host options
+        QMap<QString, QString> environment;
     };
 
     // Starts Xvfb on a free display and points DISPLAY at it; false with the

@@ -1,7 +1,9 @@
 // What only a real window shows: pointer and keys coming through the X
 // server to the editor inside the reference host, at every scale. What the
 // values mean is checked in process, by the editor's and controls' tests.
+#include <QFile>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
 #include <cstdio>
@@ -20,6 +22,14 @@ namespace {
 const QRectF MiddleGainKnob(714, 318, 36, 36);
 const QRectF SpectrumSwitch(868, 68, 17, 17);
 const QRectF EqualizerPlotLowerHalf(470, 180, 400, 75); // below the 0 dB line, clear of the handles
+// The morphing list slides over the equaliser: its outline, first row and OK button.
+const QRectF MorphingListTopEdge(408, 40, 505, 1);
+const QRectF MorphingListBottomLeft(408, 571, 1, 1);
+const QRectF MorphingListFirstRow(420, 74, 451, 27);
+const QRectF MorphingListOk(797, 530, 104, 28);
+
+const QColor SelectedRowColor(242, 242, 242);
+const QColor ListOutlineColor(128, 128, 128);
 
 // Points on a circle round `centre`, from `fromDegrees` to `toDegrees` in
 // screen angles (0 is three o'clock, 90 six o'clock: growing clockwise).
@@ -46,7 +56,7 @@ private slots:
     void knobFollowsThePointer_data();
     void knobFollowsThePointer();
     void spectrumSwitchShowsTheSignal();
-    void tabReachesTheEditorInsideTheHost();
+    void tabAndPointerReachTheEditorInsideTheHost();
 };
 
 void TestRealWindow::knobFollowsThePointer_data()
@@ -63,7 +73,7 @@ void TestRealWindow::knobFollowsThePointer()
     QFETCH(double, editorScale);
     QFETCH(double, qtScaleFactor);
     X11HostSession host;
-    VERIFY_SESSION(host, start({ editorScale, qtScaleFactor, {} }));
+    VERIFY_SESSION(host, start({ editorScale, qtScaleFactor, {}, {} }));
     const QString key = QLatin1String(Keys::EqualizerMiddleGain);
     const QRect knob = host.toScreen(MiddleGainKnob);
     const double radius = knob.width() * 0.4;
@@ -97,7 +107,7 @@ void TestRealWindow::knobFollowsThePointer()
 void TestRealWindow::spectrumSwitchShowsTheSignal()
 {
     X11HostSession host;
-    VERIFY_SESSION(host, start({ 1.0, 1.0, { QStringLiteral("--signal"), QStringLiteral("pink") } }));
+    VERIFY_SESSION(host, start({ 1.0, 1.0, { QStringLiteral("--signal"), QStringLiteral("pink") }, {} }));
     const QRect plot = host.toScreen(EqualizerPlotLowerHalf);
     const QImage without = host.grab(plot);
 
@@ -113,18 +123,48 @@ void TestRealWindow::spectrumSwitchShowsTheSignal()
 }
 
 // The window starts with the focus on the editor's first control, the maker
-// logo; Tab stays inside the editor and follows its reading order. What the
-// editor's panels do with keys and the pointer is checked in process.
-void TestRealWindow::tabReachesTheEditorInsideTheHost()
+// logo; Tab stays inside the editor and follows its reading order. In the
+// morphing list it opens, the pointer picks the set.
+void TestRealWindow::tabAndPointerReachTheEditorInsideTheHost()
 {
+    QTemporaryDir morphFolder; // holding one set, "Glue": the list's first row
+    X11HostSession::Options options;
+    options.environment.insert(QStringLiteral("ORVCHSTRIP_MORPH_FOLDER"), morphFolder.path());
+    QVERIFY(QFile::copy(
+        QStringLiteral(ORV_MORPH_PRESET_DIR "/Mix Bus/Glue.ord"), morphFolder.filePath("Glue.ord")));
     X11HostSession host;
-    VERIFY_SESSION(host, start({}));
+    VERIFY_SESSION(host, start(options));
+
     // The converter button, the compressor switch, then the attack knob.
     VERIFY_SESSION(host, key("Tab Tab Tab Up Up"));
     VERIFY_SESSION(host,
         waitForParameter(
             QLatin1String(Keys::CompressorAttack), [](const QString &text) { return text == "12"; },
             "the attack knob to step up twice"));
+    // 31 stops on to the morph preset button, with the side chain off. The
+    // list grows upwards from the bottom; its grey outline reaches the top of
+    // the equaliser only when it is fully open.
+    VERIFY_SESSION(host, key(QStringList(31, QStringLiteral("Tab")).join(' ') + QStringLiteral(" Return")));
+    const QRect listTop = host.toScreen(MorphingListTopEdge);
+    VERIFY_SESSION(host,
+        waitUntil([&] { return isFilledWith(host.grab(listTop), ListOutlineColor); },
+            "the morphing list to slide in"));
+    const QRect firstRow = host.toScreen(MorphingListFirstRow);
+    const QRect rowPixel(firstRow.topLeft() + QPoint(firstRow.width() / 2, 2), QSize(1, 1));
+    VERIFY_SESSION(host, click(firstRow.center()));
+    VERIFY_SESSION(host,
+        waitUntil([&] { return host.grab(rowPixel).pixelColor(0, 0) == SelectedRowColor; },
+            "the first row to show selected"));
+    VERIFY_SESSION(host, click(host.toScreen(MorphingListOk).center()));
+    VERIFY_SESSION(host,
+        waitForParameter(
+            QLatin1String(Keys::MorphSystemName), [](const QString &text) { return text == "Glue"; },
+            "the set chosen"));
+    // The list slides away: its outline's bottom left corner goes last.
+    const QRect listCorner = host.toScreen(MorphingListBottomLeft);
+    VERIFY_SESSION(host,
+        waitUntil([&] { return !isFilledWith(host.grab(listCorner), ListOutlineColor); },
+            "the morphing list to close"));
 }
 
 int main(int argc, char *argv[])

@@ -53,3 +53,9 @@ inline int pixelsNear(const QImage &image, const QColor &color, int tolerance = 
     }
     return count;
 }
+
+// Whether every pixel of a picture that is not empty has the colour.
+inline bool isFilledWith(const QImage &image, const QColor &color)
+{
+    return !image.isNull() && pixelsNear(image, color) == image.width() * image.height();
+}
