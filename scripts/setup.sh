@@ -11,7 +11,7 @@ packages=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-
           libgl-dev libxkbcommon-dev libsndfile1-dev fonts-mplus xvfb xauth
           dbus at-spi2-core python3-pyatspi xdotool
           qt6-tools-dev designer-qt6 libfftw3-dev
-          help2man dpkg-dev file)
+          help2man dpkg-dev file man-db)
 
 missing=()
 for p in "${packages[@]}"; do
