@@ -167,18 +167,11 @@ void FaderController::mousePressEvent(QMouseEvent *event)
 
 void FaderController::mouseMoveEvent(QMouseEvent *event)
 {
-    const QPoint position = event->position().toPoint();
-    if (!(event->buttons() & Qt::LeftButton) || !m_dragging || !isEnabled() || position == m_lastPosition) {
-        QWidget::mouseMoveEvent(event);
+    if (!acceptDragStep(event))
         return;
-    }
-    event->accept();
+    const QPoint position = event->position().toPoint();
     const Qt::KeyboardModifiers modifiers = event->modifiers();
-    const bool fine = modifiers == Qt::ShiftModifier;
-    if (fine != m_fine) {
-        m_fine = fine;
-        anchorAt(m_lastPosition);
-    }
+    setFine(modifiers == Qt::ShiftModifier);
     if (m_operationType != Ramp) {
         const QSizeF thumb = thumbSize();
         const double factor = m_fine ? FineFactor : 1.0;

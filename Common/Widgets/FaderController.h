@@ -65,7 +65,7 @@ private:
     // Where a position lies along the track, 0 at the minimum end.
     double trackPosition(const QPoint &position) const;
     void startDrag(const QPoint &position, Qt::KeyboardModifiers modifiers);
-    void anchorAt(const QPoint &position);
+    void anchorAt(const QPoint &position) override;
     void endDrag() override;
 
     Qt::Orientation m_orientation = Qt::Vertical;
@@ -73,10 +73,8 @@ private:
     bool m_reverse = false;
     OperationType m_operationType = Touch;
 
-    bool m_fine = false;
     float m_anchorNormalized = 0.0f;
     QPoint m_anchorPosition;
-    QPoint m_lastPosition;
     WheelAccumulator m_wheel;
     bool m_justJumped = false;
     QTimer m_rampTimer;

@@ -163,20 +163,15 @@ void KnobController::mousePressEvent(QMouseEvent *event)
 
 void KnobController::mouseMoveEvent(QMouseEvent *event)
 {
-    const QPoint position = event->position().toPoint();
-    if (!(event->buttons() & Qt::LeftButton) || !m_dragging || !isEnabled() || position == m_lastPosition) {
-        QWidget::mouseMoveEvent(event);
+    if (!acceptDragStep(event))
         return;
-    }
-    event->accept();
+    const QPoint position = event->position().toPoint();
     const Qt::KeyboardModifiers modifiers = event->modifiers();
     const bool fine = isExactlyShift(modifiers);
-    if (fine != m_fine) {
-        if (m_operationType == Circular && !(modifiers & (Qt::ShiftModifier | Qt::ControlModifier)))
-            jumpToAngle(position, modifiers);
-        m_fine = fine;
-        anchorAt(m_lastPosition);
-    }
+    if (fine != m_fine && m_operationType == Circular
+        && !(modifiers & (Qt::ShiftModifier | Qt::ControlModifier)))
+        jumpToAngle(position, modifiers);
+    setFine(fine);
 
     double delta = pointerAngle(position) - pointerAngle(m_lastPosition);
     if (delta > Pi)

@@ -67,7 +67,7 @@ protected:
 
 private:
     double pointerAngle(const QPoint &position) const;
-    void anchorAt(const QPoint &position);
+    void anchorAt(const QPoint &position) override;
     void jumpToAngle(const QPoint &position, Qt::KeyboardModifiers modifiers);
     QRectF centredRect(const SvgLayer &layer) const;
 
@@ -80,11 +80,9 @@ private:
     OperationType m_operationType = Circular;
     int m_valueChangeStep = 1;
 
-    bool m_fine = false;
     int m_anchorValue = 0;
     float m_anchorNormalized = 0.0f;
     QPoint m_anchorPosition;
-    QPoint m_lastPosition;
     double m_rotation = 0.0;
     WheelAccumulator m_wheel;
 };

@@ -241,18 +241,11 @@ void TextEditController::mousePressEvent(QMouseEvent *event)
 
 void TextEditController::mouseMoveEvent(QMouseEvent *event)
 {
-    const QPoint position = event->position().toPoint();
-    if (!(event->buttons() & Qt::LeftButton) || !m_dragging || !isEnabled() || position == m_lastPosition) {
-        QWidget::mouseMoveEvent(event);
+    if (!acceptDragStep(event))
         return;
-    }
-    event->accept();
+    const QPoint position = event->position().toPoint();
     const Qt::KeyboardModifiers modifiers = event->modifiers();
-    const bool fine = modifiers == Qt::ShiftModifier;
-    if (fine != m_fine) {
-        m_fine = fine;
-        anchorAt(m_lastPosition);
-    }
+    setFine(modifiers == Qt::ShiftModifier);
     const int before = value();
     int steps = linearDragSteps(position - m_anchorPosition, m_fine ? FineFactor : 1.0);
     if (!m_fine)

@@ -83,7 +83,7 @@ protected:
 private:
     QString valueText() const;
     void closeLineEdit();
-    void anchorAt(const QPoint &position);
+    void anchorAt(const QPoint &position) override;
 
     QString m_postfix;
     bool m_expandUnit = false;
@@ -95,10 +95,8 @@ private:
     int m_stepSize = 1;
 
     TextEditControllerPrivate::LineEdit *m_pLineEdit;
-    bool m_fine = false;
     int m_anchorValue = 0;
     QPoint m_anchorPosition;
-    QPoint m_lastPosition;
     WheelAccumulator m_wheel;
 };
 

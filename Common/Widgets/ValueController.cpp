@@ -98,4 +98,23 @@ void ValueController::hideEvent(QHideEvent *event)
     QWidget::hideEvent(event);
 }
 
+bool ValueController::acceptDragStep(QMouseEvent *event)
+{
+    if (!(event->buttons() & Qt::LeftButton) || !m_dragging || !isEnabled()
+        || event->position().toPoint() == m_lastPosition) {
+        QWidget::mouseMoveEvent(event);
+        return false;
+    }
+    event->accept();
+    return true;
+}
+
+void ValueController::setFine(bool fine)
+{
+    if (fine == m_fine)
+        return;
+    m_fine = fine;
+    anchorAt(m_lastPosition);
+}
+
 } // namespace CommonController_MemAPI

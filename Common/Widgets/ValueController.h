@@ -56,7 +56,20 @@ protected:
 
     const FocusMark &focusMark() const { return *m_pFocusMark; }
 
+    // Whether a mouse move steps the running drag: the left button held, the
+    // control enabled and the pointer moved. Such a move is accepted; any
+    // other goes on to QWidget.
+    bool acceptDragStep(QMouseEvent *event);
+    // Where a drag counts its steps from: the pointer and the control's value.
+    virtual void anchorAt(const QPoint &position) = 0;
+    // Fine mode on or off; a change re-anchors at the last position, so the
+    // value does not jump.
+    void setFine(bool fine);
+
     bool m_dragging = false;
+    bool m_fine = false;
+    // Where the last drag step ended.
+    QPoint m_lastPosition;
 
 private:
     AccessibleNameFallback m_accessibleName;
