@@ -168,17 +168,30 @@ QRectF CompressorGraphPainter::operatingPointBounds(const QSize &size, const QPo
     return QRectF(centre.x() - extent, centre.y() - extent, 2 * extent, 2 * extent);
 }
 
-void CompressorGraphPainter::paintOperatingPoint(
-    QPainter &painter, const QSize &size, const QPointF &levelsDb)
+QPixmap CompressorGraphPainter::operatingPointSprite(const QSize &size, double devicePixelRatio)
 {
-    const QPointF centre = operatingPointCentre(size, levelsDb);
+    const QRectF bounds = operatingPointBounds(size, QPointF());
+    const QPointF centre(bounds.width() / 2.0, bounds.height() / 2.0);
+    QPixmap sprite((bounds.size() * devicePixelRatio).toSize() + QSize(1, 1));
+    sprite.setDevicePixelRatio(devicePixelRatio);
+    sprite.fill(Qt::transparent);
     const double radius = operatingPointRadius(size);
-    painter.save();
+    QPainter painter(&sprite);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(QColor(0x16, 0x19, 0x1e), radius * 0.5));
     painter.setBrush(QColor(0xff, 0xf3, 0xdc));
     painter.drawEllipse(centre, radius, radius);
-    painter.restore();
+    return sprite;
+}
+
+void CompressorGraphPainter::paintOperatingPoint(
+    QPainter &painter, const QSize &size, const QPointF &levelsDb, const QPixmap &sprite)
+{
+    // On whole device pixels, the sprite is copied rather than resampled.
+    const double ratio = sprite.devicePixelRatio();
+    const QPointF topLeft = operatingPointBounds(size, levelsDb).topLeft();
+    painter.drawPixmap(
+        QPointF(std::round(topLeft.x() * ratio) / ratio, std::round(topLeft.y() * ratio) / ratio), sprite);
 }
 
 QPolygonF CompressorGraphPainter::outline(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QPolygonF>
 #include <QSize>
 #include <QString>
@@ -41,8 +42,11 @@ public:
     // What the readout covers.
     static QRectF readoutBounds(const QSize &size, const QFont &font, const Readout &readout);
 
-    // A dot at (input dB, output dB) on the graph's axes.
-    static void paintOperatingPoint(QPainter &painter, const QSize &size, const QPointF &levelsDb);
+    // The dot that marks the operating point, drawn once per graph size and
+    // device pixel ratio, and placed at (input dB, output dB) on the axes.
+    static QPixmap operatingPointSprite(const QSize &size, double devicePixelRatio);
+    static void paintOperatingPoint(
+        QPainter &painter, const QSize &size, const QPointF &levelsDb, const QPixmap &sprite);
     // What that dot covers, pen included.
     static QRectF operatingPointBounds(const QSize &size, const QPointF &levelsDb);
 

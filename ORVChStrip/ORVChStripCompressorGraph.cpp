@@ -29,25 +29,31 @@ ORVChStripCompressorGraph::~ORVChStripCompressorGraph()
 void ORVChStripCompressorGraph::setEditor(EffectEditor *editor)
 {
     if (m_parameters.setLookup(editor ? &editor->parameterLookup() : nullptr))
-        update();
+        parametersChanged();
 }
 
 void ORVChStripCompressorGraph::setMemAPI(IMemAPI *memAPI)
 {
     if (m_parameters.setMemAPI(memAPI))
-        update();
+        parametersChanged();
 }
 
 void ORVChStripCompressorGraph::setCh(int ch)
 {
     if (m_parameters.setCh(static_cast<unsigned short>(ch)))
-        update();
+        parametersChanged();
 }
 
 int ORVChStripCompressorGraph::Update(unsigned short, unsigned short, int, const char *)
 {
-    update();
+    parametersChanged();
     return 0;
+}
+
+void ORVChStripCompressorGraph::parametersChanged()
+{
+    m_readoutStale = true;
+    update();
 }
 
 CompressorCurve::Settings ORVChStripCompressorGraph::currentSettings() const
@@ -136,10 +142,22 @@ void ORVChStripCompressorGraph::paintEvent(QPaintEvent *)
     painter.drawPixmap(0, 0, m_grid.pixmap(size(), PixelGridSnap::devicePixelRatio(painter)));
     if (!m_parameters.memAPI())
         return;
-    painter.drawPixmap(
-        0, 0, curveLayer(currentSettings(), currentReadout(), PixelGridSnap::devicePixelRatio(painter)));
-    if (m_hasOperatingPoint && isEnabled())
-        CompressorGraphPainter::paintOperatingPoint(painter, size(), m_operatingPoint);
+    // The offsets' texts are worded when they change, not at the meters'
+    // rate at which the operating point repaints its spot.
+    if (m_readoutStale) {
+        m_readout = currentReadout();
+        m_readoutStale = false;
+    }
+    const double ratio = PixelGridSnap::devicePixelRatio(painter);
+    painter.drawPixmap(0, 0, curveLayer(currentSettings(), m_readout, ratio));
+    if (m_hasOperatingPoint && isEnabled()) {
+        if (m_pointSprite.isNull() || m_pointSpriteSize != size()
+            || m_pointSprite.devicePixelRatio() != ratio) {
+            m_pointSprite = CompressorGraphPainter::operatingPointSprite(size(), ratio);
+            m_pointSpriteSize = size();
+        }
+        CompressorGraphPainter::paintOperatingPoint(painter, size(), m_operatingPoint, m_pointSprite);
+    }
 }
 
 void ORVChStripCompressorGraph::setOperatingPoint(double inputDb, double outputDb)

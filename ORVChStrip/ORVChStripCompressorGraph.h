@@ -16,7 +16,8 @@ class IMemAPI;
 // 0 dB on both axes) for one channel. It keeps no values of its own: every
 // paint reads ratio, knee, threshold offset and drive from the host. A
 // readout in its corner, and its tool tip, give the threshold and make-up
-// offsets, which the morph knob moves and no control on the panel shows.
+// offsets, which the morph knob moves and no control on the panel shows; their
+// texts are asked for again when an observed parameter changes.
 //
 // A form creates it with its parent alone; the editor then hands itself over
 // with setEditor(), through which the parameter keys are looked up.
@@ -66,6 +67,8 @@ protected:
 private:
     enum Parameter { Ratio, Knee, ThresholdOffset, Drive, MakeUpOffset, ParameterCount };
 
+    void parametersChanged();
+
     // A parameter's value text with " dB" where the host leaves the unit
     // out; `fallback` words the value where the host has no text for it.
     QString decibelText(Parameter parameter, double (*fallback)(int)) const;
@@ -83,7 +86,11 @@ private:
     QPixmap m_curveLayer;
     CompressorCurve::Settings m_curveSettings;
     CompressorGraphPainter::Readout m_curveReadout;
+    CompressorGraphPainter::Readout m_readout;
+    bool m_readoutStale = true;
     bool m_curveEnabled = false;
+    QPixmap m_pointSprite;
+    QSize m_pointSpriteSize;
     QPointF m_operatingPoint;
     bool m_hasOperatingPoint = false;
 };
