@@ -46,5 +46,9 @@ void SvgLabel::paintEvent(QPaintEvent *event)
             = (!isEnabled() && m_disableSvgRenderer.isValid()) ? m_disableSvgRenderer : m_svgRenderer;
         layer.paint(&painter, QRectF(rect()), devicePixelRatioF());
     }
-    QLabel::paintEvent(event);
+    // Most labels are artwork alone; the meters' backgrounds repaint under
+    // every meter step, so the label's own drawing is skipped when it has
+    // nothing to add.
+    if (!text().isEmpty() || frameShape() != QFrame::NoFrame || !pixmap().isNull())
+        QLabel::paintEvent(event);
 }
