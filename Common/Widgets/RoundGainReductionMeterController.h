@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Common/Widgets/MeterController.h"
+#include "Common/Widgets/RoundBarLayer.h"
 
 namespace CommonController_MemAPI {
 
@@ -34,6 +35,8 @@ protected:
 
 private:
     int m_meterWidth = 4;
+    RoundBarLayer m_trackLayer;
+    RoundBarLayer m_barLayer;
 };
 
 } // namespace CommonController_MemAPI

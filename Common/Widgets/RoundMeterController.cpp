@@ -81,13 +81,13 @@ QRectF RoundMeterController::scaledOverLampRect() const
 void RoundMeterController::drawBackground(QPainter *painter)
 {
     const QBrush track = palette().brush(colorGroup(), QPalette::AlternateBase);
-    fillRoundBar(painter, scaledTrackRect(), track);
-    fillRoundBar(painter, scaledOverBackgroundRect(), track);
+    m_trackLayer.paint(painter, scaledTrackRect(), track);
+    m_socketLayer.paint(painter, scaledOverBackgroundRect(), track);
 }
 
 void RoundMeterController::drawOver(QPainter *painter)
 {
-    fillRoundBar(painter, scaledOverLampRect(), palette().brush(colorGroup(), QPalette::Light));
+    m_lampLayer.paint(painter, scaledOverLampRect(), palette().brush(colorGroup(), QPalette::Light));
 }
 
 void RoundMeterController::drawMeter(QPainter *painter)
@@ -107,7 +107,7 @@ void RoundMeterController::drawMeter(QPainter *painter)
     zones.setColorAt(stop, palette().color(group, QPalette::Mid));
     zones.setColorAt(std::min(1.0, stop + 1e-6), palette().color(group, QPalette::Dark));
     zones.setColorAt(1.0, palette().color(group, QPalette::Dark));
-    fillRoundBar(painter, QRectF(track.left(), top, track.width(), track.bottom() - top), zones);
+    m_barLayer.paint(painter, track, zones, QRectF(track.left(), top, track.width(), track.bottom() - top));
 }
 
 QRectF RoundMeterController::changedArea(const DisplayState &from, const DisplayState &to) const
