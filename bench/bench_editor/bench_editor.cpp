@@ -3,10 +3,11 @@
 // 30 Hz (alone and with the spectrum), a spectrum frame's repaint and the
 // wake-ups while nothing changes.
 //
-//   bench_editor [--json] [--opens-only N]
+//   bench_editor [--json] [--opens-only N] [--meters-only]
 //
-// --opens-only opens and paints the editor N times and stops, for a
-// profiler (perf record) to see the open alone.
+// --opens-only opens and paints the editor N times and stops, and
+// --meters-only feeds the shown editor's meters for three seconds and stops,
+// for a profiler (perf record) to see that work alone.
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -180,6 +181,11 @@ int main(int argc, char **argv)
     if (opensOnly > 0 && opensOnly + 1 < app.arguments().size()) {
         for (int i = app.arguments().at(opensOnly + 1).toInt(); i > 0; --i)
             paintInto(openEditor(model, memory, 1.0).get());
+        return 0;
+    }
+    if (app.arguments().contains(QStringLiteral("--meters-only"))) {
+        const std::unique_ptr<ORVChStripEditor> editor = openEditor(model, memory, 1.0);
+        std::printf("meters 30 Hz   %8.2f %% of one core\n", cpuPercentFed(editor.get(), memory, false));
         return 0;
     }
 
