@@ -111,6 +111,11 @@ void EffectEditor::initializeStyle(QWidget *widget, QStyle *style)
 
 void EffectEditor::initializePalette(QWidget *widget, const QPalette &palette)
 {
+    initializePalette(widget, palette, true);
+}
+
+void EffectEditor::initializePalette(QWidget *widget, const QPalette &palette, bool top)
+{
     QPalette result = widget->palette();
     for (int role = 0; role <= 18; ++role) {
         const auto colorRole = static_cast<QPalette::ColorRole>(role);
@@ -118,8 +123,14 @@ void EffectEditor::initializePalette(QWidget *widget, const QPalette &palette)
             result.setBrush(QPalette::Disabled, colorRole, palette.brush(QPalette::Disabled, colorRole));
     }
     for (QWidget *child : childWidgets(widget))
-        initializePalette(child, result);
-    widget->setPalette(result);
+        initializePalette(child, result, false);
+    // A widget that inherits its palette gets the same colours from its
+    // parent's result once that is set; setting them as its own as well
+    // would run the propagation through its subtree once more per level.
+    const bool inherits = !widget->testAttribute(Qt::WA_SetPalette) && !widget->isWindow()
+        && !widget->testAttribute(Qt::WA_StyleSheet);
+    if (top || !inherits)
+        widget->setPalette(result);
 }
 
 void EffectEditor::getWidgetInformationList(QWidget *widget, QList<WidgetInformation> &list)

@@ -75,6 +75,8 @@ public:
     static CommonController_MemAPI::FaderController::OperationType faderOperationType(int sliderEditMode);
 
 private:
+    static void initializePalette(QWidget *widget, const QPalette &palette, bool top);
+
     EffectStyle *m_pStyle;
     QList<WidgetInformation> m_widgetInformationList;
     ParameterLookup m_lookup;
