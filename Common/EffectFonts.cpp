@@ -1,6 +1,8 @@
 #include "Common/EffectFonts.h"
 
 #include <QFontDatabase>
+#include <QHash>
+#include <QPair>
 #include <QStringList>
 
 namespace {
@@ -63,7 +65,15 @@ QFont EffectFonts::font(Weight weight, int pointSize)
         font.setWeight(weight == Bold ? QFont::Bold : weight == Medium ? QFont::Medium : QFont::Normal);
         return font;
     }
-    QFont font = QFontDatabase::font(family.name, styleName(weight), pointSize);
-    font.setStyleName(styleName(weight));
-    return font;
+    // Every label of a panel asks for one of a few faces and sizes; the
+    // font database's matching is the costly part of building a panel.
+    static QHash<QPair<int, int>, QFont> matched;
+    const QPair<int, int> key(weight, pointSize);
+    auto found = matched.constFind(key);
+    if (found == matched.constEnd()) {
+        QFont font = QFontDatabase::font(family.name, styleName(weight), pointSize);
+        font.setStyleName(styleName(weight));
+        found = matched.insert(key, font);
+    }
+    return *found;
 }
