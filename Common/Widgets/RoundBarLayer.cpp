@@ -46,7 +46,11 @@ void RoundBarLayer::paint(QPainter *painter, const QRectF &bar, const QBrush &br
     const double copyTop = ownTop ? bar.top() - 1.0 : std::ceil((span.top() + radius) * ratio) / ratio;
     const double copyBottom
         = ownBottom ? bar.bottom() + 1.0 : std::floor((span.bottom() - radius) * ratio) / ratio;
-    if (copyBottom - copyTop < 1.0 / ratio) {
+    // A bar painted once (a panel opened for a glance) does not pay for a
+    // layer; the second paint builds it.
+    const bool firstPaint = m_layer.isNull() && !m_paintedOnce;
+    m_paintedOnce = true;
+    if (firstPaint || copyBottom - copyTop < 1.0 / ratio) {
         fillRoundBar(painter, span, brush);
         return;
     }

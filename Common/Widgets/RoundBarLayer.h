@@ -32,6 +32,7 @@ private:
     QHash<qint64, QPixmap> m_ends;
     QRectF m_bar;
     QBrush m_brush;
+    bool m_paintedOnce = false;
 };
 
 } // namespace CommonController_MemAPI
