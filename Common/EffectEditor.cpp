@@ -59,6 +59,7 @@ void EffectEditor::initialize()
     initializePalette(this, palette());
     m_widgetInformationList.clear();
     getWidgetInformationList(this, m_widgetInformationList);
+    m_initialized = true;
 }
 
 bool EffectEditor::getParameter(
@@ -153,23 +154,46 @@ void EffectEditor::setScale(double scale)
 {
     if (!(scale > 0.0) || !std::isfinite(scale))
         return; // a broken host value must not collapse the panel
-    for (const WidgetInformation &info : std::as_const(m_widgetInformationList)) {
-        QWidget *widget = info.widget;
-        widget->setGeometry(scaled(info.left, scale), scaled(info.top, scale),
-            scaled(info.right - info.left + 1, scale), scaled(info.bottom - info.top + 1, scale));
-        if (info.pixelSize > 0) {
-            QFont font = widget->font();
-            font.setPixelSize(static_cast<int>(info.pixelSize * scale));
-            widget->setFont(font);
-        } else if (info.pointSize > 0) {
-            QFont font = widget->font();
-            font.setPointSize(static_cast<int>(info.pointSize * scale));
-            widget->setFont(font);
-        }
-        if (auto *controller = dynamic_cast<CommonController_MemAPI::AbstractController *>(widget))
-            controller->setScale(scale);
-    }
+    for (const WidgetInformation &info : std::as_const(m_widgetInformationList))
+        applyScale(info, scale);
     m_scale = scale;
+}
+
+void EffectEditor::applyScale(const WidgetInformation &info, double scale)
+{
+    QWidget *widget = info.widget;
+    widget->setGeometry(scaled(info.left, scale), scaled(info.top, scale),
+        scaled(info.right - info.left + 1, scale), scaled(info.bottom - info.top + 1, scale));
+    if (info.pixelSize > 0) {
+        QFont font = widget->font();
+        font.setPixelSize(static_cast<int>(info.pixelSize * scale));
+        widget->setFont(font);
+    } else if (info.pointSize > 0) {
+        QFont font = widget->font();
+        font.setPointSize(static_cast<int>(info.pointSize * scale));
+        widget->setFont(font);
+    }
+    if (auto *controller = dynamic_cast<CommonController_MemAPI::AbstractController *>(widget))
+        controller->setScale(scale);
+}
+
+void EffectEditor::initializeLateWidgets(QWidget *root)
+{
+    if (!m_initialized)
+        return; // initialize() will find them
+    initializeFontStyle(root);
+    initializeFontSize(root);
+    initializeStyle(root, m_pStyle);
+    initializePalette(root, root->parentWidget() ? root->parentWidget()->palette() : palette());
+    // The root was listed before its contents were built; it is listed
+    // again, with the design geometry and font its form gave it.
+    m_widgetInformationList.removeIf([root](const WidgetInformation &info) {
+        return info.widget == root || root->isAncestorOf(info.widget);
+    });
+    const qsizetype first = m_widgetInformationList.size();
+    getWidgetInformationList(root, m_widgetInformationList);
+    for (qsizetype i = first; i < m_widgetInformationList.size(); ++i)
+        applyScale(m_widgetInformationList.at(i), m_scale);
 }
 
 KnobController::OperationType EffectEditor::knobOperationType(int dialEditMode)

@@ -48,6 +48,10 @@ public:
     // Fonts, pixel sizes, style, palette and the widget list; once, after
     // the form is built and the model info is set.
     void initialize();
+    // The same for widgets built later under `root` (a panel's contents
+    // built when it first opens, say), which then take the current scale.
+    // Before initialize() it does nothing: initialize() covers them.
+    void initializeLateWidgets(QWidget *root);
 
     IModelInfo *modelInfo() const { return m_lookup.modelInfo(); }
     bool getParameter(const char *key, unsigned short *prmId, unsigned short *second = nullptr) const
@@ -76,9 +80,11 @@ public:
 
 private:
     static void initializePalette(QWidget *widget, const QPalette &palette, bool top);
+    static void applyScale(const WidgetInformation &info, double scale);
 
     EffectStyle *m_pStyle;
     QList<WidgetInformation> m_widgetInformationList;
     ParameterLookup m_lookup;
     double m_scale = 1.0;
+    bool m_initialized = false;
 };
