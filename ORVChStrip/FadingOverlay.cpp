@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Common/EffectEditor.h"
+
 namespace {
 
 int alpha(double opacity, int full)
@@ -23,6 +25,36 @@ FadingOverlay::FadingOverlay(QWidget *parent)
     connect(&m_fade, &ReversibleProgress::changed, this, &FadingOverlay::setOpacity);
     connect(&m_fade, &ReversibleProgress::finished, this, &FadingOverlay::fadeFinished);
     hide(); // closed until opened
+}
+
+void FadingOverlay::buildContentsWhenNeeded()
+{
+    for (QWidget *ancestor = parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+        if (qobject_cast<EffectEditor *>(ancestor))
+            return;
+    }
+    buildContentsNow();
+}
+
+void FadingOverlay::buildContentsNow()
+{
+    m_hasContents = true;
+    buildContents();
+    for (QWidget *ancestor = parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+        if (auto *editor = qobject_cast<EffectEditor *>(ancestor)) {
+            editor->initializeLateWidgets(this);
+            break;
+        }
+    }
+    // A fade may have begun before there was anything to fade.
+    setOpacity(m_fade.visibleFraction());
+}
+
+void FadingOverlay::setVisible(bool visible)
+{
+    if (visible && !m_hasContents)
+        buildContentsNow();
+    QWidget::setVisible(visible);
 }
 
 void FadingOverlay::open()

@@ -10,6 +10,10 @@
 // stands, one in the same direction is ignored; the overlay hides when a fade
 // out ends. Subclasses apply the opacity to their own parts. While open it
 // holds the keyboard focus, and Escape closes it.
+//
+// An overlay inside an editor builds its contents when it first shows: most
+// sessions never open it, and the editor opens faster without it. The editor
+// then prepares and scales them as it did the rest of its tree.
 class FadingOverlay : public QWidget
 {
     Q_OBJECT
@@ -20,6 +24,8 @@ public:
     explicit FadingOverlay(QWidget *parent = nullptr);
 
     bool isFading() const { return m_fade.isRunning(); }
+    bool hasContents() const { return m_hasContents; }
+    void setVisible(bool visible) override;
     // How far the overlay shows: 0 closed, 1 open, in between while fading.
     double visibleFraction() const { return m_fade.visibleFraction(); }
 
@@ -32,6 +38,13 @@ public slots:
     virtual void escape() { close(); }
 
 protected:
+    // Called last by a subclass's constructor: builds the contents at once
+    // for an overlay outside an editor (a form preview, a test), else when
+    // it first shows.
+    void buildContentsWhenNeeded();
+    // Builds the form and applies opacity 0; called once.
+    virtual void buildContents() = 0;
+
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -44,7 +57,9 @@ protected:
 
 private:
     void fadeFinished(bool opened);
+    void buildContentsNow();
 
     ReversibleProgress m_fade;
     PanelFocus m_focus;
+    bool m_hasContents = false;
 };

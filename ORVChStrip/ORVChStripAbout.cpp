@@ -10,6 +10,11 @@ ORVChStripAbout::ORVChStripAbout(QWidget *parent)
     : FadingOverlay(parent)
     , m_ui(std::make_unique<Ui::ORVChStripAbout>())
 {
+    buildContentsWhenNeeded();
+}
+
+void ORVChStripAbout::buildContents()
+{
     initializeOrvChStripResources();
     m_ui->setupUi(this);
     retranslate();
@@ -20,6 +25,8 @@ ORVChStripAbout::~ORVChStripAbout() = default;
 
 void ORVChStripAbout::setOpacity(double opacity)
 {
+    if (!hasContents())
+        return;
     QPalette veil = palette();
     veil.setColor(QPalette::Window, veilColor(opacity));
     setPalette(veil);
@@ -43,7 +50,7 @@ void ORVChStripAbout::mousePressEvent(QMouseEvent *event)
 void ORVChStripAbout::changeEvent(QEvent *event)
 {
     FadingOverlay::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange) {
+    if (event->type() == QEvent::LanguageChange && hasContents()) {
         m_ui->retranslateUi(this);
         retranslate();
     }

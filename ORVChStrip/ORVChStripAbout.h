@@ -23,6 +23,7 @@ public slots:
     void setOpacity(double opacity) override;
 
 protected:
+    void buildContents() override;
     void mousePressEvent(QMouseEvent *event) override;
     void changeEvent(QEvent *event) override;
 

@@ -75,6 +75,11 @@ ORVChStripPresetConverter::ORVChStripPresetConverter(QWidget *parent)
     : FadingOverlay(parent)
     , m_ui(std::make_unique<Ui::ORVChStripPresetConverter>())
 {
+    buildContentsWhenNeeded();
+}
+
+void ORVChStripPresetConverter::buildContents()
+{
     initializeOrvChStripResources();
     m_ui->setupUi(this);
     m_question = { m_ui->m_pMessageLabel1->text(), m_ui->m_pMessageLabel2->text() };
@@ -97,7 +102,7 @@ ORVChStripPresetConverter::~ORVChStripPresetConverter()
 
 void ORVChStripPresetConverter::execute()
 {
-    if (isConverting())
+    if (isConverting() || !hasContents())
         return;
     setButtonsEnabled(false);
     // The same conversion as on the GUI thread, file for file and in the same
@@ -161,6 +166,8 @@ void ORVChStripPresetConverter::setButtonsEnabled(bool enabled)
 
 void ORVChStripPresetConverter::setOpacity(double opacity)
 {
+    if (!hasContents())
+        return;
     QPalette veil = palette();
     veil.setColor(QPalette::Window, veilColor(opacity));
     setPalette(veil);
@@ -219,7 +226,8 @@ void ORVChStripPresetConverter::styleResultList(double opacity)
 void ORVChStripPresetConverter::resizeEvent(QResizeEvent *event)
 {
     FadingOverlay::resizeEvent(event);
-    styleResultList(visibleFraction());
+    if (hasContents())
+        styleResultList(visibleFraction());
 }
 
 void ORVChStripPresetConverter::loadChoice()
@@ -245,13 +253,14 @@ void ORVChStripPresetConverter::showEvent(QShowEvent *event)
 void ORVChStripPresetConverter::hideEvent(QHideEvent *event)
 {
     // The only place the choice is saved, so every way of leaving saves it.
-    Conversion::setAskAgain(!m_ui->m_pAgainButton->isChecked());
+    if (hasContents())
+        Conversion::setAskAgain(!m_ui->m_pAgainButton->isChecked());
     FadingOverlay::hideEvent(event);
 }
 
 bool ORVChStripPresetConverter::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_ui->m_pAgainLabel && event->type() == QEvent::MouseButtonRelease
+    if (hasContents() && watched == m_ui->m_pAgainLabel && event->type() == QEvent::MouseButtonRelease
         && m_ui->m_pAgainLabel->isEnabled()) {
         const auto *mouse = static_cast<QMouseEvent *>(event);
         if (mouse->button() == Qt::LeftButton

@@ -32,7 +32,8 @@ public:
     bool isShowingResult() const { return m_showingResult; }
 
 public slots:
-    // Converts both folder pairs, then shows the outcome. Ignored while converting.
+    // Converts both folder pairs, then shows the outcome. Ignored while converting, and before the panel has
+    // its contents.
     void execute();
     void setOpacity(double opacity) override;
 
@@ -43,6 +44,7 @@ signals:
     void conversionFinished();
 
 protected:
+    void buildContents() override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

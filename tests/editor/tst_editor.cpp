@@ -13,6 +13,7 @@
 #include "EditorHost.h"
 #include "Interfaces/ChannelStripKeys.h"
 #include "Interfaces/ISpectrumSource.h"
+#include "ORVChStrip/FadingOverlay.h"
 #include "ORVChStrip/GraphDescription.h"
 #include "ORVChStrip/ORVChStripCompressorGraph.h"
 #include "ORVChStrip/ORVChStripEqualizerGraph.h"
@@ -96,6 +97,8 @@ private slots:
     void kneeArrowsMoveTheChoiceAndTheFocus();
     void escapeClosesPanelsAndGivesTheFocusBack_data();
     void escapeClosesPanelsAndGivesTheFocusBack();
+    void panelsBuiltOnFirstOpenScaleWithTheEditor_data();
+    void panelsBuiltOnFirstOpenScaleWithTheEditor();
     void focusMarkShowsAfterTabNotAfterClick_data();
     void focusMarkShowsAfterTabNotAfterClick();
 
@@ -397,6 +400,41 @@ void tst_Editor::escapeClosesPanelsAndGivesTheFocusBack()
     QCOMPARE(focusName(), QString::fromLatin1(opener));
     QTRY_VERIFY(panelWidget->isHidden());
     QCOMPARE(focusName(), QString::fromLatin1(opener));
+}
+
+void tst_Editor::panelsBuiltOnFirstOpenScaleWithTheEditor_data()
+{
+    QTest::addColumn<QByteArray>("panel");
+    QTest::newRow("about") << QByteArray("m_pAbout");
+    QTest::newRow("converter") << QByteArray("m_pPresetConverter");
+}
+
+void tst_Editor::panelsBuiltOnFirstOpenScaleWithTheEditor()
+{
+    // Built at scale 2 when first opened, the contents follow a later scale
+    // as the rest of the panel does: every part exactly half, fonts too.
+    QFETCH(QByteArray, panel);
+    auto *overlay = qobject_cast<FadingOverlay *>(m_host->widget(panel.constData()));
+    QVERIFY(overlay && !overlay->hasContents());
+    m_host->editor->setScale(2.0);
+    overlay->open();
+    QVERIFY(overlay->hasContents());
+    const QList<QWidget *> parts = overlay->findChildren<QWidget *>();
+    QVERIFY(parts.size() > 3);
+    QList<QRect> atTwo;
+    QList<int> fontsAtTwo;
+    for (const QWidget *part : parts) {
+        atTwo << part->geometry();
+        fontsAtTwo << part->font().pixelSize();
+    }
+    m_host->editor->setScale(1.0);
+    for (int i = 0; i < parts.size(); ++i) {
+        if (parts.at(i)->objectName().startsWith(QLatin1String("qt_")) || parts.at(i)->objectName().isEmpty())
+            continue; // a scroll area's own parts, laid out by it
+        const QRect one = parts.at(i)->geometry();
+        QCOMPARE(atTwo.at(i), QRect(one.topLeft() * 2, one.size() * 2));
+        QCOMPARE(fontsAtTwo.at(i), parts.at(i)->font().pixelSize() * 2);
+    }
 }
 
 void tst_Editor::focusMarkShowsAfterTabNotAfterClick_data()
