@@ -20,11 +20,22 @@ constexpr int WheelUnit = 120;
 
 TextEditController::TextEditController(QWidget *parent)
     : ValueController(parent)
-    , m_pLineEdit(new TextEditControllerPrivate::LineEdit(this))
 {
-    m_pLineEdit->setMaxLength(m_textMaxLength);
-    connect(m_pLineEdit, &QLineEdit::editingFinished, this, &TextEditController::editFinish);
     updateAccessibleText(); // the shown text, which the base could not read yet
+}
+
+TextEditControllerPrivate::LineEdit *TextEditController::typingField()
+{
+    // Built for the first edit: a panel has many fields and few are typed in.
+    if (!m_pLineEdit) {
+        m_pLineEdit = new TextEditControllerPrivate::LineEdit(this);
+        m_pLineEdit->hide();
+        m_pLineEdit->setMaxLength(m_textMaxLength);
+        if (testAttribute(Qt::WA_SetStyle))
+            m_pLineEdit->setStyle(style());
+        connect(m_pLineEdit, &QLineEdit::editingFinished, this, &TextEditController::editFinish);
+    }
+    return m_pLineEdit;
 }
 
 TextEditController::~TextEditController() = default;
@@ -48,7 +59,8 @@ void TextEditController::setAlignment(Qt::Alignment alignment)
     if (alignment == m_alignment)
         return;
     m_alignment = alignment;
-    m_pLineEdit->setAlignment(alignment);
+    if (m_pLineEdit)
+        m_pLineEdit->setAlignment(alignment);
     update();
 }
 
@@ -81,7 +93,8 @@ void TextEditController::setTextMaxLength(int length)
     if (length == m_textMaxLength)
         return;
     m_textMaxLength = length;
-    m_pLineEdit->setMaxLength(length);
+    if (m_pLineEdit)
+        m_pLineEdit->setMaxLength(length);
 }
 
 void TextEditController::setStepSize(int step)
@@ -98,7 +111,7 @@ QSize TextEditController::sizeHint() const
 
 bool TextEditController::isEditing() const
 {
-    return !m_pLineEdit->isHidden();
+    return m_pLineEdit && !m_pLineEdit->isHidden();
 }
 
 QString TextEditController::valueText() const
@@ -140,6 +153,7 @@ void TextEditController::edit()
 {
     if (!isEnabled() || isEditing())
         return;
+    typingField();
     m_pLineEdit->setGeometry(rect());
     m_pLineEdit->setFont(font());
     m_pLineEdit->setAlignment(m_alignment);
@@ -336,6 +350,10 @@ void TextEditController::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::EnabledChange && !isEnabled())
         endDrag();
+    // The field took the font when the edit began; a scale change meanwhile
+    // changes it.
+    if (event->type() == QEvent::FontChange && isEditing())
+        m_pLineEdit->setFont(font());
 }
 
 } // namespace CommonController_MemAPI

@@ -54,7 +54,8 @@ public:
     // The text offered for editing: without the postfix, units expanded.
     QString editText() const;
     bool isEditing() const;
-    TextEditControllerPrivate::LineEdit *lineEdit() const { return m_pLineEdit; }
+    // The field typed in, built when first needed.
+    TextEditControllerPrivate::LineEdit *lineEdit() { return typingField(); }
 
     QSize sizeHint() const override;
 
@@ -94,7 +95,9 @@ private:
     int m_textMaxLength = 10;
     int m_stepSize = 1;
 
-    TextEditControllerPrivate::LineEdit *m_pLineEdit;
+    TextEditControllerPrivate::LineEdit *typingField();
+
+    TextEditControllerPrivate::LineEdit *m_pLineEdit = nullptr;
     int m_anchorValue = 0;
     QPoint m_anchorPosition;
     WheelAccumulator m_wheel;
