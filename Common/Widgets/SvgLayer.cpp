@@ -17,12 +17,11 @@ namespace {
 // application's pixmap cache, keyed by everything that shapes them.
 QString sharedKey(const char *kind, const QString &path, const QSize &size, qreal dpr, qreal extra = 0)
 {
-    return QStringLiteral("orv:%1:%2:%3x%4@%5:%6")
-        .arg(QLatin1String(kind), path)
-        .arg(size.width())
-        .arg(size.height())
-        .arg(dpr)
-        .arg(extra);
+    // Built for every layer of every control a panel opens with: plain
+    // concatenation, and the ratio and radius in hundredths.
+    return QLatin1String("orv:") + QLatin1String(kind) + QLatin1Char(':') + path + QLatin1Char(':')
+        + QString::number(size.width()) + QLatin1Char('x') + QString::number(size.height()) + QLatin1Char('@')
+        + QString::number(qRound64(dpr * 100)) + QLatin1Char(':') + QString::number(qRound64(extra * 100));
 }
 
 // The parsed artwork files, one renderer per path for the life of the
