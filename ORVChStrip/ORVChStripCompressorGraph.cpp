@@ -149,7 +149,7 @@ void ORVChStripCompressorGraph::paintEvent(QPaintEvent *)
         m_readoutStale = false;
     }
     const double ratio = PixelGridSnap::devicePixelRatio(painter);
-    painter.drawPixmap(0, 0, curveLayer(currentSettings(), m_readout, ratio));
+    paintCurve(painter, currentSettings(), ratio);
     if (m_hasOperatingPoint && isEnabled()) {
         if (m_pointSprite.isNull() || m_pointSpriteSize != size()
             || m_pointSprite.devicePixelRatio() != ratio) {
@@ -177,27 +177,42 @@ void ORVChStripCompressorGraph::setOperatingPoint(double inputDb, double outputD
     update(before | operatingPointRect());
 }
 
-const QPixmap &ORVChStripCompressorGraph::curveLayer(const CompressorCurve::Settings &settings,
-    const CompressorGraphPainter::Readout &readout, double devicePixelRatio)
+void ORVChStripCompressorGraph::paintCurve(
+    QPainter &painter, const CompressorCurve::Settings &settings, double devicePixelRatio)
 {
     const QSize pixels = size() * devicePixelRatio;
-    const CompressorCurve::Settings &cached = m_curveSettings;
-    if (m_curveLayer.size() == pixels && m_curveLayer.devicePixelRatio() == devicePixelRatio
-        && m_curveEnabled == isEnabled() && cached.ratioIndex == settings.ratioIndex
-        && cached.knee == settings.knee && cached.thresholdOffset == settings.thresholdOffset
-        && cached.drive == settings.drive && m_curveReadout == readout)
-        return m_curveLayer;
+    const CompressorCurve::Settings &last = m_curveSettings;
+    const bool same = m_curvePixels == pixels && m_curveRatio == devicePixelRatio
+        && m_curveEnabled == isEnabled() && last.ratioIndex == settings.ratioIndex
+        && last.knee == settings.knee && last.thresholdOffset == settings.thresholdOffset
+        && last.drive == settings.drive && m_curveReadout == m_readout;
+    if (same && !m_curveLayer.isNull()) {
+        painter.drawPixmap(0, 0, m_curveLayer);
+        return;
+    }
+    m_painter.setEnabled(isEnabled());
+    if (!same) {
+        // A new curve (an open, a morph step) is drawn straight onto the
+        // widget; only one painted again (under the moving operating point)
+        // is worth a layer.
+        m_curveLayer = QPixmap();
+        m_curveSettings = settings;
+        m_curveReadout = m_readout;
+        m_curveEnabled = isEnabled();
+        m_curvePixels = pixels;
+        m_curveRatio = devicePixelRatio;
+        m_painter.paintCurve(painter, size(), settings);
+        m_painter.paintReadout(painter, size(), font(), m_readout);
+        return;
+    }
     m_curveLayer = QPixmap(pixels);
     m_curveLayer.setDevicePixelRatio(devicePixelRatio);
     m_curveLayer.fill(Qt::transparent);
-    QPainter painter(&m_curveLayer);
-    m_painter.setEnabled(isEnabled());
-    m_painter.paintCurve(painter, size(), settings);
-    m_painter.paintReadout(painter, size(), font(), readout);
-    m_curveSettings = settings;
-    m_curveReadout = readout;
-    m_curveEnabled = isEnabled();
-    return m_curveLayer;
+    QPainter layer(&m_curveLayer);
+    m_painter.paintCurve(layer, size(), settings);
+    m_painter.paintReadout(layer, size(), font(), m_readout);
+    layer.end();
+    painter.drawPixmap(0, 0, m_curveLayer);
 }
 
 QRect ORVChStripCompressorGraph::operatingPointRect() const

@@ -73,11 +73,10 @@ private:
     // out; `fallback` words the value where the host has no text for it.
     QString decibelText(Parameter parameter, double (*fallback)(int)) const;
 
-    // The curve and readout over a transparent background, kept while
-    // settings, readout, size and enabled state stay: the operating point
-    // moves over it at the meters' rate.
-    const QPixmap &curveLayer(const CompressorCurve::Settings &settings,
-        const CompressorGraphPainter::Readout &readout, double devicePixelRatio);
+    // The curve and readout for these settings. Painted again unchanged
+    // (the operating point moves over it at the meters' rate), they come
+    // from a layer kept while settings, readout, size and enabled state stay.
+    void paintCurve(QPainter &painter, const CompressorCurve::Settings &settings, double devicePixelRatio);
     QRect operatingPointRect() const;
 
     ObservedParameters m_parameters;
@@ -89,6 +88,8 @@ private:
     CompressorGraphPainter::Readout m_readout;
     bool m_readoutStale = true;
     bool m_curveEnabled = false;
+    QSize m_curvePixels;
+    double m_curveRatio = 0.0;
     QPixmap m_pointSprite;
     QSize m_pointSpriteSize;
     QPointF m_operatingPoint;
