@@ -31,13 +31,20 @@ void CompressorOperatingPoint::show(const unsigned int *values, unsigned int cou
     const double detectorDb = static_cast<int>(values[m_detectorIndex]) / 10.0;
     const double changeDb = static_cast<int>(values[m_reductionIndex]) / 10.0;
     m_pGraph->setOperatingPoint(detectorDb, detectorDb + changeDb);
-    m_timeout.start(TimeoutMs, m_pTimerOwner);
+    m_sinceMeters.start();
+    if (!m_timeout.isActive())
+        m_timeout.start(TimeoutMs, m_pTimerOwner);
 }
 
 bool CompressorOperatingPoint::timeout(QTimerEvent *event)
 {
     if (event->timerId() != m_timeout.timerId())
         return false;
+    const qint64 quiet = m_sinceMeters.elapsed();
+    if (quiet < TimeoutMs) {
+        m_timeout.start(int(TimeoutMs - quiet), m_pTimerOwner);
+        return true;
+    }
     m_timeout.stop();
     m_pGraph->clearOperatingPoint();
     return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QBasicTimer>
+#include <QElapsedTimer>
 
 class ORVChStripCompressorGraph;
 class ParameterLookup;
@@ -11,7 +12,8 @@ class QTimerEvent;
 // the host's meter array: the side-chain detector level and the gain change.
 // The point goes when no meters came for a while, as it would only show a
 // stale level. The timeout is delivered to `timerOwner`, whose timerEvent()
-// hands it to timeout().
+// hands it to timeout(). It is not restarted by every meter array (thirty a
+// second): when it fires while meters still come, it waits for the rest.
 class CompressorOperatingPoint
 {
 public:
@@ -30,6 +32,7 @@ private:
     ORVChStripCompressorGraph *m_pGraph;
     QObject *m_pTimerOwner;
     QBasicTimer m_timeout;
+    QElapsedTimer m_sinceMeters; // since the last meter array
     int m_detectorIndex = -1;
     int m_reductionIndex = -1;
 };
