@@ -41,7 +41,7 @@ QRectF RoundGainReductionMeterController::scaledTrackRect() const
 
 void RoundGainReductionMeterController::drawBackground(QPainter *painter)
 {
-    m_trackLayer.paint(painter, scaledTrackRect(), palette().brush(colorGroup(), QPalette::AlternateBase));
+    fillRoundBar(painter, scaledTrackRect(), palette().brush(colorGroup(), QPalette::AlternateBase));
 }
 
 void RoundGainReductionMeterController::drawMeter(QPainter *painter)
@@ -51,8 +51,8 @@ void RoundGainReductionMeterController::drawMeter(QPainter *painter)
         return;
     const QRectF track = scaledTrackRect();
     const double bottom = levelY(1.0 - depth);
-    m_barLayer.paint(painter, track, palette().brush(colorGroup(), QPalette::Mid),
-        QRectF(track.left(), track.top(), track.width(), bottom - track.top()));
+    fillRoundBar(painter, QRectF(track.left(), track.top(), track.width(), bottom - track.top()),
+        palette().brush(colorGroup(), QPalette::Mid));
 }
 
 QRectF RoundGainReductionMeterController::changedArea(const DisplayState &from, const DisplayState &to) const

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Common/Widgets/MeterController.h"
-#include "Common/Widgets/RoundBarLayer.h"
 
 namespace CommonController_MemAPI {
 
@@ -35,8 +34,6 @@ protected:
 
 private:
     int m_meterWidth = 4;
-    RoundBarLayer m_trackLayer;
-    RoundBarLayer m_barLayer;
 };
 
 } // namespace CommonController_MemAPI

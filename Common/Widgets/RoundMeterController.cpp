@@ -81,13 +81,13 @@ QRectF RoundMeterController::scaledOverLampRect() const
 void RoundMeterController::drawBackground(QPainter *painter)
 {
     const QBrush track = palette().brush(colorGroup(), QPalette::AlternateBase);
-    m_trackLayer.paint(painter, scaledTrackRect(), track);
-    m_socketLayer.paint(painter, scaledOverBackgroundRect(), track);
+    fillRoundBar(painter, scaledTrackRect(), track);
+    fillRoundBar(painter, scaledOverBackgroundRect(), track);
 }
 
 void RoundMeterController::drawOver(QPainter *painter)
 {
-    m_lampLayer.paint(painter, scaledOverLampRect(), palette().brush(colorGroup(), QPalette::Light));
+    fillRoundBar(painter, scaledOverLampRect(), palette().brush(colorGroup(), QPalette::Light));
 }
 
 void RoundMeterController::drawMeter(QPainter *painter)
@@ -107,7 +107,7 @@ void RoundMeterController::drawMeter(QPainter *painter)
     zones.setColorAt(stop, palette().color(group, QPalette::Mid));
     zones.setColorAt(std::min(1.0, stop + 1e-6), palette().color(group, QPalette::Dark));
     zones.setColorAt(1.0, palette().color(group, QPalette::Dark));
-    m_barLayer.paint(painter, track, zones, QRectF(track.left(), top, track.width(), track.bottom() - top));
+    fillRoundBar(painter, QRectF(track.left(), top, track.width(), track.bottom() - top), zones);
 }
 
 QRectF RoundMeterController::changedArea(const DisplayState &from, const DisplayState &to) const

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Common/Widgets/MeterController.h"
-#include "Common/Widgets/RoundBarLayer.h"
 
 namespace CommonController_MemAPI {
 
@@ -47,10 +46,6 @@ private:
     int m_overWidth = 4;
     int m_overBackgroundWidth = 8;
     int m_overBackgroundHeight = 8;
-    RoundBarLayer m_trackLayer;
-    RoundBarLayer m_socketLayer;
-    RoundBarLayer m_lampLayer;
-    RoundBarLayer m_barLayer;
 };
 
 // Fills a rounded bar whose ends are half circles.
