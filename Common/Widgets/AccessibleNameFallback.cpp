@@ -1,6 +1,5 @@
 #include "Common/Widgets/AccessibleNameFallback.h"
 
-#include <QRegularExpression>
 #include <QWidget>
 
 namespace CommonController_MemAPI {
@@ -25,11 +24,23 @@ void AccessibleNameFallback::apply(const QString &name)
 
 QString AccessibleNameFallback::readable(const QString &objectName)
 {
-    static const QRegularExpression memberPrefix(QStringLiteral("^m_p?"));
-    static const QRegularExpression wordStart(QStringLiteral("([a-z0-9])([A-Z])"));
-    QString name = objectName;
-    name.remove(memberPrefix);
-    name.replace(wordStart, QStringLiteral("\\1 \\2"));
+    // "m_pCompressorRatioKnob" reads "Compressor Ratio Knob": the member
+    // prefix goes, and a space comes before each capital that follows a small
+    // letter or a digit. By hand rather than by pattern: every control asks
+    // while a panel is being built.
+    QStringView rest(objectName);
+    if (rest.startsWith(u"m_p"))
+        rest = rest.mid(3);
+    else if (rest.startsWith(u"m_"))
+        rest = rest.mid(2);
+    const auto smallOrDigit = [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9'); };
+    QString name;
+    name.reserve(rest.size() + 8);
+    for (qsizetype i = 0; i < rest.size(); ++i) {
+        if (i > 0 && rest[i] >= u'A' && rest[i] <= u'Z' && smallOrDigit(rest[i - 1]))
+            name += QLatin1Char(' ');
+        name += rest[i];
+    }
     return name.trimmed();
 }
 
