@@ -71,6 +71,9 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
 {
     m_pComponent->addRef();
     AccessibleGraph::install(); // before the form builds the graphs
+    // Before the form: its widgets take the colours as they are made, rather
+    // than through a palette change sent down the whole built tree.
+    ORVChStripPalette::applyTo(this);
     m_pUi->setupUi(this);
     // The list slides up over the panel; it is part of the tree so that it
     // scales with it.
@@ -88,7 +91,6 @@ ORVChStripEditor::ORVChStripEditor(QWidget *parent)
     m_pPresetConverter->setObjectName(QStringLiteral("m_pPresetConverter"));
     m_pPresetConverter->setGeometry(rect());
     m_pConverterOffer = std::make_unique<PresetConverterOffer>(m_pPresetConverter);
-    ORVChStripPalette::applyTo(this);
     // Explicit roles: a host's container (a scroll area with a dark
     // background role, say) must not change the panel's colours.
     setBackgroundRole(QPalette::Window);
