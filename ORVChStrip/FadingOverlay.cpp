@@ -15,6 +15,16 @@ int alpha(double opacity, int full)
     return int(std::lround(full * fraction));
 }
 
+// The editor the overlay lies in, if any.
+EffectEditor *editorAbove(const QWidget *widget)
+{
+    for (QWidget *ancestor = widget->parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
+        if (auto *editor = qobject_cast<EffectEditor *>(ancestor))
+            return editor;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 FadingOverlay::FadingOverlay(QWidget *parent)
@@ -29,23 +39,16 @@ FadingOverlay::FadingOverlay(QWidget *parent)
 
 void FadingOverlay::buildContentsWhenNeeded()
 {
-    for (QWidget *ancestor = parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-        if (qobject_cast<EffectEditor *>(ancestor))
-            return;
-    }
-    buildContentsNow();
+    if (!editorAbove(this))
+        buildContentsNow();
 }
 
 void FadingOverlay::buildContentsNow()
 {
     m_hasContents = true;
     buildContents();
-    for (QWidget *ancestor = parentWidget(); ancestor; ancestor = ancestor->parentWidget()) {
-        if (auto *editor = qobject_cast<EffectEditor *>(ancestor)) {
-            editor->initializeLateWidgets(this);
-            break;
-        }
-    }
+    if (EffectEditor *editor = editorAbove(this))
+        editor->initializeLateWidgets(this);
     // A fade may have begun before there was anything to fade.
     setOpacity(m_fade.visibleFraction());
 }
