@@ -1,8 +1,8 @@
 // The editor panel's costs beside a panel of stock Qt widgets with the same
 // count and geometry: opening, repainting, one morph step, the meters at
 // 30 Hz (alone and with the spectrum) beside what the simulated host's feed
-// costs by itself, a spectrum frame's repaint and the wake-ups while nothing
-// changes.
+// costs by itself and beside the stock panel's sliders moved the same way, a
+// spectrum frame's repaint and the wake-ups while nothing changes.
 //
 //   bench_editor [--json] [--opens-only N] [--meters-only]
 //
@@ -16,6 +16,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
+#include <QSlider>
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
@@ -143,26 +144,23 @@ void publishSpectrum(ParameterMemory &memory, int frame)
     memory.spectrumObservers().publish(output, input);
 }
 
-// 30 meter arrays a second (and spectrum frames, if asked) published into
-// `memory` for three seconds, with `editor` shown if there is one: the
-// processor time as a share of one core. Without an editor the figure is
-// what the simulated host's feed costs by itself.
-double cpuPercentFed(ORVChStripEditor *editor, ParameterMemory &memory, bool spectrum)
+// A level that moves like the bench's meters: meter `i` in frame `frame`, in
+// tenths of a dB between -30 and -2.1.
+int benchLevel(int frame, int i)
 {
-    if (editor)
-        editor->show();
+    return -300 + ((frame * 7 + i * 13) % 280);
+}
+
+// `feedFrame` called 30 times a second for three seconds, with `shown` on
+// screen if there is one: the processor time as a share of one core.
+double cpuPercentFed(QWidget *shown, const std::function<void(int frame)> &feedFrame)
+{
+    if (shown)
+        shown->show();
     runEventLoop(200);
-    QVector<unsigned int> values(int(memory.model()->meterArraySize()));
     int frame = 0;
     QTimer feed;
-    QObject::connect(&feed, &QTimer::timeout, [&] {
-        ++frame;
-        for (int i = 0; i < values.size(); ++i)
-            values[i] = unsigned(-300 + ((frame * 7 + i * 13) % 280));
-        memory.publishMeters(values);
-        if (spectrum)
-            publishSpectrum(memory, frame);
-    });
+    QObject::connect(&feed, &QTimer::timeout, [&] { feedFrame(++frame); });
     feed.start(33);
     const double cpuStart = processSeconds();
     QElapsedTimer timer;
@@ -170,6 +168,38 @@ double cpuPercentFed(ORVChStripEditor *editor, ParameterMemory &memory, bool spe
     runEventLoop(3000);
     feed.stop();
     return 100.0 * (processSeconds() - cpuStart) / (timer.nsecsElapsed() / 1e9);
+}
+
+// 30 meter arrays a second (and spectrum frames, if asked) published into
+// `memory`, with `editor` shown if there is one. Without an editor the
+// figure is what the simulated host's feed costs by itself.
+double cpuPercentFed(ORVChStripEditor *editor, ParameterMemory &memory, bool spectrum)
+{
+    QVector<unsigned int> values(int(memory.model()->meterArraySize()));
+    return cpuPercentFed(editor, [&](int frame) {
+        for (int i = 0; i < values.size(); ++i)
+            values[i] = unsigned(benchLevel(frame, i));
+        memory.publishMeters(values);
+        if (spectrum)
+            publishSpectrum(memory, frame);
+    });
+}
+
+// The stock panel's shown sliders, which stand where the meters are, set to
+// the same moving levels 30 times a second.
+double stockCpuPercentFed(QWidget *stock)
+{
+    QList<QSlider *> meters;
+    for (QSlider *slider : stock->findChildren<QSlider *>()) {
+        if (slider->isVisibleTo(stock)) {
+            slider->setRange(-300, 0);
+            meters << slider;
+        }
+    }
+    return cpuPercentFed(stock, [&](int frame) {
+        for (int i = 0; i < meters.size(); ++i)
+            meters.at(i)->setValue(benchLevel(frame, i));
+    });
 }
 
 } // namespace
@@ -284,6 +314,10 @@ int main(int argc, char **argv)
         runEventLoop(2000);
         figures[QStringLiteral("idle_wakeups_per_s")] = counter.count() / 2.0;
     }
+    {
+        const std::unique_ptr<QWidget> stock(makeStockPanel(template1.get(), 1.0));
+        figures[QStringLiteral("stock_meters_30hz_cpu_percent")] = stockCpuPercentFed(stock.get());
+    }
 
     if (json) {
         std::printf("%s\n", QJsonDocument(figures).toJson(QJsonDocument::Compact).constData());
@@ -298,8 +332,8 @@ int main(int argc, char **argv)
     std::printf("repaint x2     editor %8.1f us   stock %8.1f us\n", f("editor_repaint_us_scale2"),
         f("stock_repaint_us_scale2"));
     std::printf("morph step x2  %8.1f us\n", f("morph_step_us_scale2"));
-    std::printf("meters 30 Hz   %8.2f %% of one core (the feed alone: %.2f %%)\n",
-        f("meters_30hz_cpu_percent"), f("feed_30hz_cpu_percent"));
+    std::printf("meters 30 Hz   editor %6.2f %%   stock %6.2f %% of one core (the feed alone: %.2f %%)\n",
+        f("meters_30hz_cpu_percent"), f("stock_meters_30hz_cpu_percent"), f("feed_30hz_cpu_percent"));
     std::printf("and spectrum   %8.2f %% of one core (goal: below 3 %%)\n", f("spectrum_30hz_cpu_percent"));
     std::printf("spectrum frame x2 %8.1f us (goal: below 1000 us)\n", f("spectrum_frame_paint_us_scale2"));
     std::printf("idle wake-ups  %8.1f per second\n", f("idle_wakeups_per_s"));
